@@ -1,0 +1,34 @@
+# Language level, warnings, sanitizers, and the optional speed-ups (ccache, mold).
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_AUTOMOC ON)
+set(CMAKE_UNITY_BUILD_BATCH_SIZE 8)
+
+add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
+                    -Wcast-qual -Wformat=2 -Wimplicit-fallthrough -Werror)
+add_compile_definitions(QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH
+                        QT_NO_KEYWORDS QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+
+if(CMAKE_BUILD_TYPE STREQUAL "Debug")
+  add_compile_options(-O1)
+endif()
+
+if(VELLUMRY_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all
+                      -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+
+find_program(CCACHE ccache)
+if(CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE}")
+endif()
+
+find_program(MOLD mold)
+if(MOLD AND NOT VELLUMRY_FUZZ)
+  add_link_options(-fuse-ld=mold)
+endif()
