@@ -1,0 +1,38 @@
+#pragma once
+
+#include "models/Collection.h"
+#include "models/CollectionFileData.h"
+#include "models/JSONWriter.h"
+#include "models/LegacyExportData.h"
+#include "models/MetadataFileData.h"
+#include "models/VellumryData.h"
+
+namespace vellumry {
+
+/// Encodes the records of the stored files: pretty-printed JSON with sorted keys, dates in the
+/// form of formatDate, absent optional fields left out. Keeps its buffer between calls, so that
+/// one encoder serves a whole save. Not shared between threads.
+class JSONEncoder {
+public:
+    /// The encoder of every stored file.
+    [[nodiscard]] static JSONEncoder vellumry() { return {}; }
+
+    /// The text of the record, in UTF-8; valid until the next call or the end of the encoder.
+    [[nodiscard]] QByteArrayView encode(const Snippet& record);
+    [[nodiscard]] QByteArrayView encode(const Collection& record);
+    [[nodiscard]] QByteArrayView encode(const SyncCollection& record);
+    [[nodiscard]] QByteArrayView encode(const SyncSettings& record);
+    [[nodiscard]] QByteArrayView encode(const SyncDataContent& record);
+    [[nodiscard]] QByteArrayView encode(const VellumryData& record);
+    [[nodiscard]] QByteArrayView encode(const CollectionFileData& record);
+    [[nodiscard]] QByteArrayView encode(const MetadataFileData& record);
+    [[nodiscard]] QByteArrayView encode(const LegacyExportCollection& record);
+    [[nodiscard]] QByteArrayView encode(const LegacyExportData& record);
+
+private:
+    JSONEncoder() = default;
+
+    JSONWriter writer;
+};
+
+} // namespace vellumry

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "core/Date.h"
+
+#include <QByteArrayView>
+#include <QString>
+
+#include <cstdlib>
+#include <memory>
+
+namespace vellumry {
+
+/// Writes pretty-printed JSON (RFC 8259, UTF-8), one key a line, into one growing buffer.
+/// The caller writes the keys of each object in sorted order. A lone surrogate of a text becomes
+/// U+FFFD, since it has no UTF-8 form.
+class JSONWriter {
+public:
+    void beginObject() { open('{'); }
+    void endObject() { close('}'); }
+    void beginArray() { open('['); }
+    void endArray() { close(']'); }
+
+    /// A key of the program's own: ASCII without characters that need an escape.
+    void key(QByteArrayView name);
+    /// A key that the user chose.
+    void key(const QString& name);
+
+    void value(const QString& text);
+    void value(qint64 number);
+    void value(bool truth);
+    void value(Date date);
+
+    /// Starts anew and keeps the memory.
+    void clear();
+
+    /// What was written so far; valid until the next call.
+    [[nodiscard]] QByteArrayView bytes() const
+    {
+        return {buffer.get(), static_cast<qsizetype>(used)};
+    }
+
+private:
+    void open(char bracket);
+    void close(char bracket);
+    void startElement();
+    void newLine();
+    void quoted(const QString& text);
+    char* room(size_t count);
+    void append(QByteArrayView text);
+
+    struct Free {
+        void operator()(char* memory) const { std::free(memory); }
+    };
+    std::unique_ptr<char, Free> buffer;
+    size_t used = 0;
+    size_t capacity = 0;
+    int depth = 0;
+    bool isFirst = true;     ///< no element yet in the innermost object or array
+    bool isAfterKey = false; ///< the next value belongs to the key just written
+};
+
+} // namespace vellumry

@@ -1,0 +1,55 @@
+#include "models/Snippet.h"
+
+#include "core/Text.h"
+
+#include <utility>
+
+namespace vellumry {
+
+namespace {
+
+constexpr int longestSubtitle = 200;
+
+/// Breaks become blanks before characters are counted, so a long text of two lines keeps its blank.
+QString normalizedSubtitle(QString text)
+{
+    if (text.contains(u'\n') || text.contains(u'\r')) {
+        text.replace(QLatin1StringView("\r\n"), QLatin1StringView(" "));
+        text.replace(u'\n', u' ');
+        text.replace(u'\r', u' ');
+    }
+    return prefixOfCharacters(text, longestSubtitle);
+}
+
+size_t hashOf(const std::optional<Date>& date, size_t seed)
+{
+    return date ? ::qHash(date->time_since_epoch().count(), seed) : seed;
+}
+
+} // namespace
+
+Snippet::Snippet() : d(new Data) {}
+
+Snippet::Snippet(SnippetFields given) : d(new Data)
+{
+    d->fields = std::move(given);
+    d->fields.subtitle = normalizedSubtitle(std::move(d->fields.subtitle));
+}
+
+void Snippet::setSubtitle(const QString& value)
+{
+    d->fields.subtitle = normalizedSubtitle(value);
+}
+
+size_t qHash(const Snippet& snippet, size_t seed)
+{
+    const SnippetFields& f = snippet.fields();
+    const size_t variables = qHashRangeCommutative(f.variables.constKeyValueBegin(),
+                                                   f.variables.constKeyValueEnd(), seed);
+    return qHashMulti(seed, f.id, f.title, f.subtitle, f.collection, f.content, f.keywords,
+                      f.createdAt.time_since_epoch().count(),
+                      f.updatedAt.time_since_epoch().count(), f.usageCount,
+                      hashOf(f.lastUsedAt, seed), f.displayOrder.value_or(-1), variables);
+}
+
+} // namespace vellumry

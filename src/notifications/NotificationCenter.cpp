@@ -1,0 +1,11 @@
+#include "notifications/NotificationCenter.h"
+
+namespace vellumry {
+
+NotificationCenter& NotificationCenter::defaultCenter()
+{
+    static NotificationCenter center;
+    return center;
+}
+
+} // namespace vellumry

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QString>
+
+namespace vellumry {
+
+/// Puts what the person chose on the clipboard.
+class ClipboardServiceProtocol {
+public:
+    virtual ~ClipboardServiceProtocol() = default;
+
+    /// Replaces the clipboard's contents by plain text.
+    virtual void copy(const QString& text) = 0;
+};
+
+} // namespace vellumry

@@ -1,0 +1,110 @@
+#pragma once
+
+#include "core/Scheduler.h"
+#include "models/Snippet.h"
+
+#include <QList>
+#include <QObject>
+#include <QString>
+
+#include <functional>
+#include <optional>
+
+namespace vellumry {
+
+class ClipboardServiceProtocol;
+class NotificationCenter;
+class SearchServiceProtocol;
+class StorageServiceProtocol;
+
+/// The logic of the command palette: what the typed text means, which rows there are, which one is
+/// selected, and what a chosen row does. The view renders these values and forwards keys.
+/// Main thread only.
+///
+/// The rows are one numbered sequence. With an empty query: row 0 opens the main window, then come
+/// at most maxTodayResults of todaySnippets, then at most maxDisplayResults of filteredSnippets.
+/// With a query: at most maxDisplayResults of filteredSnippets.
+class CommandPaletteViewModel : public QObject {
+    Q_OBJECT
+
+public:
+    static constexpr int maxDisplayResults = 10;
+    static constexpr int maxTodayResults = 5;
+
+    /// What the model works with; all outlive it.
+    struct Dependencies {
+        StorageServiceProtocol& storageService;
+        SearchServiceProtocol& searchService;
+        ClipboardServiceProtocol& clipboardService;
+        NotificationCenter& notifications;
+        Scheduler& scheduler;
+        const Clock& clock;
+    };
+
+    /// `onSelect` is called with each copied snippet, `onDismiss` asks the owner to close the
+    /// panel. Loads nothing.
+    CommandPaletteViewModel(const Dependencies& dependencies,
+                            std::function<void(const Snippet&)> onSelect,
+                            std::function<void()> onDismiss, QObject* parent = nullptr);
+    ~CommandPaletteViewModel() override;
+
+    /// The text of the search field. A change is searched after 50 ms of quiet, and the selection
+    /// then goes back to the first row.
+    [[nodiscard]] const QString& query() const { return queryText; }
+    void setQuery(const QString& text);
+
+    /// The results, or the whole library when the query is empty; not cut to the display limit.
+    [[nodiscard]] const QList<Snippet>& filteredSnippets() const { return filtered; }
+    /// The snippets used today, latest first, while the query is empty; not cut.
+    [[nodiscard]] const QList<Snippet>& todaySnippets() const { return today; }
+    [[nodiscard]] int selectedIndex() const { return selection; }
+    void setSelectedIndex(int index);
+    /// The snippet to mark as just copied. Only ever reset: no path fills it.
+    [[nodiscard]] const std::optional<QString>& justCopiedID() const { return justCopied; }
+
+    /// How many rows there are.
+    [[nodiscard]] int totalItemCount() const;
+
+    /// To be called each time the panel appears: reads the library and starts afresh. The old
+    /// query is searched at once, so the panel is filled before the field is cleared.
+    void onAppear();
+
+    void moveSelectionUp();
+    void moveSelectionDown();
+
+    /// Carries out the selected row; without such a row nothing happens.
+    void selectCurrentItem();
+    /// Opens the selected snippet in the main window.
+    void openCurrentItemInApp();
+    /// Copies the snippet with its placeholders filled, counts the use and closes the panel.
+    void copyAndDismiss(const Snippet& snippet);
+
+    /// Asks the owner to close the panel.
+    void dismiss();
+
+Q_SIGNALS:
+    void queryChanged();
+    /// filteredSnippets and todaySnippets have been computed anew.
+    void resultsChanged();
+    void selectedIndexChanged();
+
+private:
+    void setupBindings();
+    void performSearch();
+    [[nodiscard]] QList<Snippet> filterTodaySnippets(const QList<Snippet>& snippets) const;
+    [[nodiscard]] std::optional<Snippet> snippetAtEmptyQuery(int index) const;
+
+    Dependencies services;
+    std::function<void(const Snippet&)> onSelect;
+    std::function<void()> onDismiss;
+    Debouncer queryDebounce;
+
+    QString queryText;
+    QList<Snippet> filtered;
+    QList<Snippet> today;
+    int selection = 0;
+    std::optional<QString> justCopied;
+    QList<Snippet> allSnippets; ///< the library as of the last onAppear
+};
+
+} // namespace vellumry

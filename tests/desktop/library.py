@@ -1,0 +1,67 @@
+"""A library folder as the program stores it: one file for each collection and a metadata file."""
+import datetime
+import json
+import os
+
+METADATA = "_metadata.json"
+DEVICE = "another-machine"
+
+
+def date_text(moment):
+    return moment.strftime("%Y-%m-%dT%H:%M:%S.") + f"{moment.microsecond // 1000:03}Z"
+
+
+def now():
+    return datetime.datetime.now(datetime.timezone.utc)
+
+
+def snippet(title, content, variables=None, keywords=(), age_days=1):
+    """A stored snippet, never used, last edited `age_days` ago; its id is made from the title."""
+    edited = date_text(now() - datetime.timedelta(days=age_days))
+    return {"id": f"ID-{title}", "title": title, "subtitle": "", "content": content,
+            "keywords": list(keywords), "createdAt": edited, "updatedAt": edited, "usageCount": 0,
+            "variables": variables or {}}
+
+
+class Library:
+    """The library in a home folder, written and read without the program."""
+
+    def __init__(self, home):
+        self.folder = os.path.join(home, "Documents", "Apps", "Vellumry")
+
+    def write(self, collections):
+        """collections: name -> list of snippets. The file of a collection is `<name>.json`."""
+        os.makedirs(self.folder, exist_ok=True)
+        for name, snippets in collections.items():
+            self.write_collection(name, snippets)
+        self._save(METADATA, {"version": "3.1", "collectionOrder": [f"ID-{n}" for n in collections]})
+
+    def write_collection(self, name, snippets):
+        self._save(f"{name}.json", {
+            "version": "1.0",
+            "collection": {"id": f"ID-{name}", "name": name, "createdAt": date_text(now())},
+            "snippets": [{**record, "collection": name} for record in snippets]})
+
+    def _save(self, file_name, record):
+        """Writes the whole file atomically, as every program that shares the folder does."""
+        path = os.path.join(self.folder, file_name)
+        with open(path + ".part", "w", encoding="utf-8") as file:
+            json.dump({**record, "lastModified": date_text(now()), "deviceId": DEVICE}, file,
+                      indent=2, sort_keys=True, ensure_ascii=False)
+        os.replace(path + ".part", path)
+
+    def file_bytes(self, name):
+        with open(os.path.join(self.folder, f"{name}.json"), "rb") as file:
+            return file.read()
+
+    def exists(self):
+        return os.path.exists(os.path.join(self.folder, METADATA))
+
+    def snippets(self):
+        """All snippets on disk, by title."""
+        found = {}
+        for file_name in sorted(os.listdir(self.folder)):
+            if file_name.endswith(".json") and file_name != METADATA:
+                with open(os.path.join(self.folder, file_name), encoding="utf-8") as file:
+                    found.update({s["title"]: s for s in json.load(file)["snippets"]})
+        return found

@@ -1,0 +1,86 @@
+"""The program under test, and what its log and its palette tell."""
+import os
+
+from processes import LoggedProcess
+from waiting import wait_for, wait_until_stable
+
+READY = "HotkeyService: 已注册热键 ⌥T"
+SHOWING = "AppDelegate: showing palette"
+SHOWN = "AppDelegate: palette shown, isPalettePresented = true"
+HIDING = "AppDelegate: hiding palette"
+LOST_FOCUS = "AppDelegate: palette lost focus, hiding"
+
+PALETTE, TOAST, MAIN_WINDOW = "Palette", "Toast", "Vellumry"
+HOTKEY = "alt+t"
+
+# A query is searched 50 ms after its last letter; rows that stand still for this long are final.
+SEARCHED = 0.25
+# Where the toast, which stands in the middle of the palette, does not cover the rows.
+UNCOVERED_WIDTH, FIELD_HEIGHT = 180, 62
+# The grey of the selected row: white level 0.18.
+SELECTED_GREY = 46
+
+
+class Program(LoggedProcess):
+    """Starts the program with a home folder of its own and waits until its hot key is in force."""
+
+    def __init__(self, desktop, home):
+        super().__init__([os.environ["VELLUMRY_PROGRAM"]], {**desktop.env, **home})
+        self.desktop = desktop
+        wait_for("the program is ready", lambda: READY in self.lines or not self.running())
+        if not self.running():
+            raise AssertionError("the program ended at its start:\n" + "\n".join(self.lines))
+
+    def open_palette(self):
+        """Presses the hot key and waits until the palette has the keyboard."""
+        shown = self.count(SHOWN)
+        self.desktop.key(HOTKEY)
+        wait_for("palette shown", lambda: self.count(SHOWN) > shown)
+        return self.wait_palette()
+
+    def wait_palette(self):
+        self.desktop.window(PALETTE)
+        self.desktop.wait_focus(PALETTE)
+        return self.desktop.geometry(self.desktop.window(PALETTE))
+
+    def wait_palette_gone(self):
+        self.desktop.wait_gone(PALETTE)
+
+    def search(self, query):
+        """Types into the open palette and waits for the rows."""
+        self.desktop.type_text(query)
+        self.wait_searched()
+
+    def wait_searched(self):
+        x, y, width, height = self.desktop.geometry(self.desktop.window(PALETTE))
+        areas = ((x + 1, y + 1, width - 2, FIELD_HEIGHT - 4),
+                 (x + 1, y + FIELD_HEIGHT, UNCOVERED_WIDTH, height - FIELD_HEIGHT - 1))
+        wait_until_stable("the palette stands still",
+                          lambda: [self.desktop.x.pixels(*area) for area in areas], SEARCHED)
+
+    def selected_row(self):
+        """Waits for the selected row; returns the y where it begins and ends on the screen."""
+        x, y, _, height = self.desktop.geometry(self.desktop.window(PALETTE))
+
+        def band():
+            # In the row's own padding, where nothing is drawn upon its ground.
+            column = self.desktop.x.pixels(x + 18, y, 1, height)
+            lit = [row for row in range(height)
+                   if all(abs(level - SELECTED_GREY) <= 1 for level in column[row * 4:row * 4 + 3])]
+            return (y + lit[0], y + lit[-1]) if len(lit) >= 16 else None
+        return wait_for("a selected row", band)
+
+    def row_below(self):
+        """A point on the row below the selected one; the selection ends where it was."""
+        x, _, width, _ = self.desktop.geometry(self.desktop.window(PALETTE))
+        first = self.selected_row()
+        self.desktop.key("Down")
+        wait_for("the selection has moved down", lambda: self.selected_row() != first)
+        top, bottom = self.selected_row()
+        self.desktop.key("Up")
+        wait_for("the selection is back", lambda: self.selected_row() == first)
+        return x + width // 2, (top + bottom) // 2
+
+    def wait_new_toast(self, seen=()):
+        """Waits for a toast that is not one of those seen before; returns its window id."""
+        return wait_for("toast", lambda: set(self.desktop.windows(TOAST)) - set(seen)).pop()
