@@ -2,6 +2,7 @@
 
 #include "core/Scheduler.h"
 #include "models/Snippet.h"
+#include "palette/RecencyOrder.h"
 
 #include <QList>
 #include <QObject>
@@ -42,14 +43,14 @@ public:
     };
 
     /// `onSelect` is called with each copied snippet, `onDismiss` asks the owner to close the
-    /// panel. Loads nothing.
+    /// panel; both must be callable. Loads nothing.
     CommandPaletteViewModel(const Dependencies& dependencies,
                             std::function<void(const Snippet&)> onSelect,
                             std::function<void()> onDismiss, QObject* parent = nullptr);
     ~CommandPaletteViewModel() override;
 
-    /// The text of the search field. A change is searched after 50 ms of quiet, and the selection
-    /// then goes back to the first row.
+    /// The text of the search field. Each assignment, also of the same text, is searched after
+    /// 50 ms of quiet, and the selection then goes back to the first row.
     [[nodiscard]] const QString& query() const { return queryText; }
     void setQuery(const QString& text);
 
@@ -89,15 +90,17 @@ Q_SIGNALS:
     void selectedIndexChanged();
 
 private:
-    void setupBindings();
+    [[nodiscard]] Debouncer setupBindings();
     void performSearch();
-    [[nodiscard]] QList<Snippet> filterTodaySnippets(const QList<Snippet>& snippets) const;
+    [[nodiscard]] QList<Snippet> filterTodaySnippets(const QList<Snippet>& mostRecentFirst) const;
     [[nodiscard]] std::optional<Snippet> snippetAtEmptyQuery(int index) const;
+    [[nodiscard]] std::optional<Snippet> filteredSnippet(int index) const;
+    [[nodiscard]] int todayRowCount() const;
 
     Dependencies services;
     std::function<void(const Snippet&)> onSelect;
     std::function<void()> onDismiss;
-    Debouncer queryDebounce;
+    Debouncer queryDebounce; ///< searches once the typing rests
 
     QString queryText;
     QList<Snippet> filtered;
@@ -105,6 +108,7 @@ private:
     int selection = 0;
     std::optional<QString> justCopied;
     QList<Snippet> allSnippets; ///< the library as of the last onAppear
+    RecencyOrder recencyOrder;
 };
 
 } // namespace vellumry

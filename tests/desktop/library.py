@@ -57,11 +57,13 @@ class Library:
     def exists(self):
         return os.path.exists(os.path.join(self.folder, METADATA))
 
+    def collection(self, name):
+        """The record in the file of that collection."""
+        return json.loads(self.file_bytes(name))
+
     def snippets(self):
         """All snippets on disk, by title."""
-        found = {}
-        for file_name in sorted(os.listdir(self.folder)):
-            if file_name.endswith(".json") and file_name != METADATA:
-                with open(os.path.join(self.folder, file_name), encoding="utf-8") as file:
-                    found.update({s["title"]: s for s in json.load(file)["snippets"]})
-        return found
+        names = [name.removesuffix(".json") for name in sorted(os.listdir(self.folder))
+                 if name.endswith(".json") and name != METADATA]
+        return {record["title"]: record
+                for name in names for record in self.collection(name)["snippets"]}

@@ -17,8 +17,10 @@ HOTKEY = "alt+t"
 SEARCHED = 0.25
 # Where the toast, which stands in the middle of the palette, does not cover the rows.
 UNCOVERED_WIDTH, FIELD_HEIGHT = 180, 62
-# The grey of the selected row: white level 0.18.
-SELECTED_GREY = 46
+# The grounds of rows: white levels 0.18 and 0.15.
+SELECTED_GREY, HOVERED_GREY = 46, 38
+# From the palette's left edge to the rows' own padding, where nothing is drawn upon the ground.
+ROW_PADDING = 16
 
 
 class Program(LoggedProcess):
@@ -31,11 +33,14 @@ class Program(LoggedProcess):
         if not self.running():
             raise AssertionError("the program ended at its start:\n" + "\n".join(self.lines))
 
-    def open_palette(self):
-        """Presses the hot key and waits until the palette has the keyboard."""
-        shown = self.count(SHOWN)
-        self.desktop.key(HOTKEY)
-        wait_for("palette shown", lambda: self.count(SHOWN) > shown)
+    def shown_count(self):
+        return self.count(SHOWN)
+
+    def open_palette(self, press=HOTKEY):
+        """Presses the hot key and waits until the palette has the keyboard; returns its place."""
+        shown = self.shown_count()
+        self.desktop.key(press)
+        wait_for("palette shown", lambda: self.shown_count() > shown)
         return self.wait_palette()
 
     def wait_palette(self):
@@ -63,12 +68,17 @@ class Program(LoggedProcess):
         x, y, _, height = self.desktop.geometry(self.desktop.window(PALETTE))
 
         def band():
-            # In the row's own padding, where nothing is drawn upon its ground.
-            column = self.desktop.x.pixels(x + 18, y, 1, height)
+            column = self.desktop.x.pixels(x + ROW_PADDING, y, 1, height)
             lit = [row for row in range(height)
-                   if all(abs(level - SELECTED_GREY) <= 1 for level in column[row * 4:row * 4 + 3])]
+                   if column[row * 4:row * 4 + 3] == bytes([SELECTED_GREY] * 3)]
             return (y + lit[0], y + lit[-1]) if len(lit) >= 16 else None
         return wait_for("a selected row", band)
+
+    def ground_at(self, y):
+        """The grey of the row at that height of the screen; None for another colour."""
+        x = self.desktop.geometry(self.desktop.window(PALETTE))[0]
+        blue, green, red, _ = self.desktop.x.pixels(x + ROW_PADDING, y, 1, 1)
+        return blue if blue == green == red else None
 
     def row_below(self):
         """A point on the row below the selected one; the selection ends where it was."""

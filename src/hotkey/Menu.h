@@ -1,0 +1,29 @@
+#pragma once
+
+#include "hotkey/ModifierFlags.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace vellumry::hotkey {
+
+struct MenuItem;
+
+/// A menu as far as its keys matter: whoever draws the real menu describes it by this value.
+struct Menu {
+    std::vector<MenuItem> items;
+
+    /// Tells the program's main menu at the moment of the call, or nothing while there is none.
+    /// Set by the application; empty at first.
+    inline static std::function<std::optional<Menu>()> main;
+};
+
+struct MenuItem {
+    std::string keyEquivalent; ///< As keyFromString reads it; empty for an item without a key.
+    ModifierFlags modifiers;
+    Menu subMenu;
+};
+
+} // namespace vellumry::hotkey

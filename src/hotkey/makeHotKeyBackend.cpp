@@ -1,0 +1,17 @@
+#include "hotkey/makeHotKeyBackend.h"
+
+#include "hotkey/NullHotKeyBackend.h"
+#include "hotkey/X11HotKeyBackend.h"
+
+#include <utility>
+
+namespace vellumry::hotkey {
+
+std::unique_ptr<HotKeyBackend> makeHotKeyBackend(MainThreadExecutor executor)
+{
+    if (auto x11 = X11HotKeyBackend::connect(std::move(executor)))
+        return x11;
+    return std::make_unique<NullHotKeyBackend>();
+}
+
+} // namespace vellumry::hotkey

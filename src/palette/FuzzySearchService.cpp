@@ -1,0 +1,117 @@
+#include "palette/FuzzySearchService.h"
+
+#include "core/Text.h"
+
+#include <QTextBoundaryFinder>
+
+#include <algorithm>
+
+namespace vellumry {
+
+namespace {
+
+/// Puts together the terms of a query from its characters.
+class KeywordSplitter {
+public:
+    void take(QStringView character)
+    {
+        if (character == u"\"") {
+            // An opening quote does not flush: what stands before it becomes part of the term.
+            if (inQuotes)
+                flush();
+            inQuotes = !inQuotes;
+        } else if (character == u" " && !inQuotes) {
+            flush();
+        } else {
+            buffer += character;
+        }
+    }
+
+    [[nodiscard]] QStringList finish()
+    {
+        flush();
+        return keywords;
+    }
+
+private:
+    void flush()
+    {
+        const QStringView keyword = trimmedHorizontally(buffer);
+        if (!keyword.isEmpty())
+            keywords.append(keyword.toString());
+        buffer.clear();
+    }
+
+    QStringList keywords;
+    QString buffer;
+    bool inQuotes = false;
+};
+
+bool isAscii(QStringView text)
+{
+    return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; });
+}
+
+} // namespace
+
+FuzzySearchService::FuzzySearchService(ByteScanner::Instructions instructions)
+    : index(instructions)
+{
+}
+
+void FuzzySearchService::prepare(const QList<Snippet>& snippets) const
+{
+    index.prepare(snippets);
+}
+
+QList<Snippet> FuzzySearchService::search(const QString& query,
+                                          const QList<Snippet>& snippets) const
+{
+    if (query.isEmpty())
+        return updateOrder.sorted(snippets);
+    QString lowerCased = query.toLower();
+    // The filter takes effect as soon as its ">" is typed.
+    if (lowerCased.endsWith(u" >"))
+        lowerCased += u' ';
+    return lowerCased.contains(separator) ? searchWithSeparator(lowerCased, snippets)
+                                          : searchDefault(lowerCased, snippets);
+}
+
+QList<Snippet> FuzzySearchService::searchWithSeparator(const QString& query,
+                                                       const QList<Snippet>& snippets) const
+{
+    // Separators may not overlap, so the first one from the left is where the query is split.
+    const qsizetype at = query.indexOf(separator);
+    if (at < 0)
+        return searchDefault(query, snippets);
+    const QStringView whole(query);
+    return index.inCollection(splitKeywords(whole.first(at)),
+                              splitKeywords(whole.sliced(at + separator.size())), snippets);
+}
+
+QList<Snippet> FuzzySearchService::searchDefault(const QString& query,
+                                                 const QList<Snippet>& snippets) const
+{
+    const QStringList keywords = splitKeywords(query);
+    return keywords.isEmpty() ? updateOrder.sorted(snippets)
+                              : index.holdingAnywhere(keywords, snippets);
+}
+
+QStringList FuzzySearchService::splitKeywords(QStringView query)
+{
+    KeywordSplitter splitter;
+    if (isAscii(query)) {
+        for (qsizetype i = 0; i < query.size(); ++i)
+            splitter.take(query.sliced(i, 1));
+        return splitter.finish();
+    }
+    // A quote or a blank with a combining mark is a user-perceived character of its own, and
+    // neither a quote nor a blank.
+    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, query.constData(), query.size());
+    for (qsizetype begin = 0, end = characters.toNextBoundary(); end > begin;
+         begin = end, end = characters.toNextBoundary())
+        splitter.take(query.sliced(begin, end - begin));
+    return splitter.finish();
+}
+
+} // namespace vellumry

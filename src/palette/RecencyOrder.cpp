@@ -1,0 +1,84 @@
+#include "palette/RecencyOrder.h"
+
+#include <algorithm>
+
+namespace vellumry {
+
+namespace {
+
+/// Beyond this many changed snippets, sorting anew is cheaper than moving each.
+constexpr size_t mostMoves = 32;
+
+} // namespace
+
+std::strong_ordering operator<=>(const RecencyOrder::Entry& a, const RecencyOrder::Entry& b)
+{
+    if (a.isNeverUsed != b.isNeverUsed)
+        return a.isNeverUsed <=> b.isNeverUsed;
+    if (a.date != b.date)
+        return b.date.time_since_epoch().count() <=> a.date.time_since_epoch().count();
+    return a.position <=> b.position;
+}
+
+RecencyOrder::Entry RecencyOrder::entryFor(const Snippet& snippet, qsizetype position)
+{
+    const auto lastUsedAt = snippet.lastUsedAt();
+    return {.isNeverUsed = !lastUsedAt,
+            .position = static_cast<quint32>(position),
+            .date = lastUsedAt ? *lastUsedAt : snippet.updatedAt()};
+}
+
+const QList<Snippet>& RecencyOrder::sorted(const QList<Snippet>& snippets)
+{
+    if (snippets.size() != library.size()) {
+        sortAnew(snippets);
+        return order;
+    }
+    if (snippets.constData() == library.constData())
+        return order;
+
+    std::vector<qsizetype> changed;
+    for (qsizetype i = 0; i < snippets.size(); ++i) {
+        if (snippets[i].sharesDataWith(library[i]))
+            continue;
+        if (changed.size() == mostMoves) {
+            sortAnew(snippets);
+            return order;
+        }
+        changed.push_back(i);
+    }
+    for (const qsizetype position : changed)
+        move(position, library[position], snippets[position]);
+    library = snippets;
+    return order;
+}
+
+void RecencyOrder::sortAnew(const QList<Snippet>& snippets)
+{
+    library = snippets;
+    entries.clear();
+    entries.reserve(static_cast<size_t>(snippets.size()));
+    for (qsizetype i = 0; i < snippets.size(); ++i)
+        entries.push_back(entryFor(snippets[i], i));
+    std::sort(entries.begin(), entries.end());
+
+    order.clear();
+    order.reserve(snippets.size());
+    for (const Entry& entry : entries)
+        order.append(snippets[entry.position]);
+}
+
+void RecencyOrder::move(qsizetype position, const Snippet& previous, const Snippet& present)
+{
+    const auto from =
+        std::lower_bound(entries.begin(), entries.end(), entryFor(previous, position));
+    order.removeAt(from - entries.begin());
+    entries.erase(from);
+
+    const Entry entry = entryFor(present, position);
+    const auto to = std::lower_bound(entries.begin(), entries.end(), entry);
+    order.insert(to - entries.begin(), present);
+    entries.insert(to, entry);
+}
+
+} // namespace vellumry

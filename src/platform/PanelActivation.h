@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QObject>
+#include <QRect>
+
+class QWindow;
+
+namespace vellumry {
+
+/// What a floating panel needs from the desktop: the keyboard when it is raised, no entry in the
+/// task bar, and whether its pixels may be translucent. Main thread only.
+class PanelActivation : public QObject {
+    Q_OBJECT
+
+public:
+    /// To be called with the created but hidden window, before each show. `eventTime` is the time
+    /// of the key or mouse event that asks for the panel, in milliseconds of the display server,
+    /// 0 when there was none.
+    virtual void prepareToShow(QWindow& window, quint32 eventTime) = 0;
+
+    /// To be called right after show: asks for the keyboard.
+    virtual void activate(QWindow& window, quint32 eventTime) = 0;
+
+    /// Whether translucent pixels let through what lies below. Without it windows are masked.
+    [[nodiscard]] virtual bool isCompositing() const = 0;
+
+Q_SIGNALS:
+    void compositingChanged(bool isCompositing);
+};
+
+} // namespace vellumry

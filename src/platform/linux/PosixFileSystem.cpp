@@ -1,0 +1,428 @@
+#include "platform/linux/PosixFileSystem.h"
+
+#include <QRandomGenerator>
+#include <QStringBuilder>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <fcntl.h>
+#include <filesystem>
+#include <linux/magic.h>
+#include <string>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+
+namespace vellumry {
+
+namespace {
+
+using namespace std::chrono_literals;
+namespace fs = std::filesystem;
+
+/// Repeats a call that a signal broke off.
+template <typename Call>
+auto uninterrupted(Call call)
+{
+    decltype(call()) result = 0;
+    do {
+        result = call();
+    } while (result < 0 && errno == EINTR);
+    return result;
+}
+
+[[noreturn]] void fail(const char* action, const QString& path, int errorNumber = errno)
+{
+    throw FileError(QLatin1StringView(action), path, errorNumber);
+}
+
+/// The path as the system wants it. A zero byte would silently cut it off.
+QByteArray native(const QString& path)
+{
+    QByteArray bytes = path.toUtf8();
+    if (bytes.contains('\0'))
+        fail("use", path, EINVAL);
+    return bytes;
+}
+
+QByteArray folderOf(const QByteArray& path)
+{
+    const qsizetype slash = path.lastIndexOf('/');
+    return slash < 0 ? QByteArray(".") : path.left(std::max<qsizetype>(slash, 1));
+}
+
+Date dateOf(const timespec& time)
+{
+    return Date(std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec));
+}
+
+FileStamp stampOf(const struct ::stat& status)
+{
+    return {status.st_dev, status.st_ino, status.st_size, dateOf(status.st_mtim),
+            dateOf(status.st_ctim)};
+}
+
+/// The file that a chain of links ends at, there or not. The folders of the path are the system's
+/// business.
+QByteArray withoutLinks(const QString& path, QByteArray nativePath)
+{
+    constexpr int longestChain = 40;
+    std::array<char, 4096> target{};
+    for (int step = 0; step < longestChain; ++step) {
+        const ssize_t length = ::readlink(nativePath.constData(), target.data(), target.size());
+        if (length < 0 && (errno == EINVAL || errno == ENOENT))
+            return nativePath;
+        if (length < 0)
+            fail("write", path);
+        if (length == static_cast<ssize_t>(target.size()))
+            fail("write", path, ENAMETOOLONG);
+        const QByteArray next(target.data(), length);
+        nativePath = next.startsWith('/') ? next : folderOf(nativePath) + '/' + next;
+    }
+    fail("write", path, ELOOP);
+}
+
+QString textOf(const fs::path& name)
+{
+    return QString::fromStdString(name.native());
+}
+
+bool saysUnsupported(int errorNumber)
+{
+    return errorNumber == EINVAL || errorNumber == ENOSYS || errorNumber == EOPNOTSUPP;
+}
+
+} // namespace
+
+/// An open file, closed in the end.
+class PosixFileSystem::Descriptor {
+public:
+    Descriptor(FileCalls& systemCalls, int openDescriptor)
+        : calls(systemCalls), number(openDescriptor)
+    {
+    }
+    ~Descriptor()
+    {
+        if (number >= 0)
+            calls.close(number);
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+
+    [[nodiscard]] bool isOpen() const { return number >= 0; }
+    [[nodiscard]] int get() const { return number; }
+
+private:
+    FileCalls& calls;
+    int number;
+};
+
+/// The new contents beside the old file, until they take its place. Removed if they never do.
+class PosixFileSystem::TemporaryFile {
+public:
+    TemporaryFile(FileCalls& systemCalls, QByteArray pathInFolder, int openDescriptor)
+        : calls(systemCalls), path(std::move(pathInFolder)), descriptor(systemCalls, openDescriptor)
+    {
+    }
+    ~TemporaryFile()
+    {
+        if (descriptor.isOpen() && !isInPlace)
+            calls.unlink(path.constData());
+    }
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+    /// Makes an empty file with a name of its own: hidden, short however long the target's name
+    /// is, and without the extension by which folders are scanned.
+    static TemporaryFile create(FileCalls& calls, const QByteArray& folder)
+    {
+        constexpr int attempts = 100;
+        constexpr mode_t ownerOnly = S_IRUSR | S_IWUSR;
+        QByteArray path;
+        int descriptor = -1;
+        for (int attempt = 0; attempt < attempts; ++attempt) {
+            const QByteArray random =
+                QByteArray::number(QRandomGenerator::global()->generate64(), 36);
+            path = folder + "/.vellumry-" + random;
+            descriptor = uninterrupted([&] {
+                return calls.open(path.constData(),
+                                  O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, ownerOnly);
+            });
+            if (descriptor >= 0 || errno != EEXIST)
+                break;
+        }
+        return {calls, path, descriptor};
+    }
+
+    [[nodiscard]] bool isOpen() const { return descriptor.isOpen(); }
+    [[nodiscard]] int get() const { return descriptor.get(); }
+
+    /// False with errno set when not every byte could be written.
+    bool write(QByteArrayView bytes)
+    {
+        while (!bytes.isEmpty()) {
+            const ssize_t written = uninterrupted([&] {
+                return calls.write(descriptor.get(), bytes.data(),
+                                   static_cast<size_t>(bytes.size()));
+            });
+            if (written <= 0) {
+                if (written == 0)
+                    errno = EIO;
+                return false;
+            }
+            bytes = bytes.sliced(written);
+        }
+        return true;
+    }
+
+    /// Gives the file the mode of the one it replaces. A file system without modes is no failure.
+    bool takeMode(mode_t mode)
+    {
+        struct ::stat status {};
+        if (calls.fstat(descriptor.get(), &status) != 0)
+            return false;
+        if ((status.st_mode & ALLPERMS) == mode)
+            return true;
+        return uninterrupted([&] { return calls.fchmod(descriptor.get(), mode); }) == 0 ||
+               errno == EPERM || saysUnsupported(errno);
+    }
+
+    bool flush()
+    {
+        return uninterrupted([&] { return calls.fdatasync(descriptor.get()); }) == 0;
+    }
+
+    bool takePlaceOf(const QByteArray& target)
+    {
+        isInPlace =
+            uninterrupted([&] { return calls.rename(path.constData(), target.constData()); }) == 0;
+        return isInPlace;
+    }
+
+private:
+    FileCalls& calls;
+    QByteArray path;
+    Descriptor descriptor;
+    bool isInPlace = false;
+};
+
+QStringList PosixFileSystem::list(const QString& folder)
+{
+    QStringList names;
+    std::error_code error;
+    fs::directory_iterator entry(native(folder).toStdString(), error);
+    for (; !error && entry != fs::directory_iterator(); entry.increment(error))
+        names.append(textOf(entry->path().filename()));
+    if (error)
+        fail("list", folder, error.value());
+    return names;
+}
+
+bool PosixFileSystem::exists(const QString& path)
+{
+    return status(path).has_value();
+}
+
+bool PosixFileSystem::isFolder(const QString& path)
+{
+    const auto found = status(path);
+    return found && S_ISDIR(found->st_mode);
+}
+
+bool PosixFileSystem::isWritable(const QString& path)
+{
+    return status(path) && ::access(native(path).constData(), W_OK) == 0;
+}
+
+std::optional<FileStamp> PosixFileSystem::stamp(const QString& path)
+{
+    const auto found = status(path);
+    if (!found || !S_ISREG(found->st_mode))
+        return std::nullopt;
+    return stampOf(*found);
+}
+
+std::optional<struct ::stat> PosixFileSystem::status(const QString& path)
+{
+    struct ::stat result {};
+    if (path.contains(QChar(u'\0')) || calls.stat(native(path).constData(), &result) != 0)
+        return std::nullopt;
+    return result;
+}
+
+FileContents PosixFileSystem::read(const QString& path)
+{
+    constexpr int attempts = 3;
+    const QByteArray nativePath = native(path);
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        if (auto contents = readOnce(path, nativePath))
+            return std::move(*contents);
+    }
+    throw FileError(QStringLiteral("read"), path, QStringLiteral("it keeps changing"));
+}
+
+/// Nothing when the file changed meanwhile.
+std::optional<FileContents> PosixFileSystem::readOnce(const QString& path,
+                                                      const QByteArray& nativePath)
+{
+    struct ::stat status {};
+    const auto refuseUnlessRegular = [&] {
+        if (S_ISDIR(status.st_mode))
+            fail("read", path, EISDIR);
+        if (!S_ISREG(status.st_mode))
+            throw FileError(QStringLiteral("read"), path, QStringLiteral("not a regular file"));
+        if (status.st_size > largestFile)
+            throw FileError(QStringLiteral("read"), path, QStringLiteral("larger than 1 GiB"));
+    };
+    // Looked at before it is opened, since opening alone can set a device off.
+    if (calls.stat(nativePath.constData(), &status) != 0)
+        fail("read", path);
+    refuseUnlessRegular();
+
+    const Date readAt = SystemClock::shared().now();
+    const Descriptor file(calls, uninterrupted([&] {
+                              return calls.open(nativePath.constData(),
+                                                O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0);
+                          }));
+    if (!file.isOpen() || calls.fstat(file.get(), &status) != 0)
+        fail("read", path);
+    refuseUnlessRegular();
+    const FileStamp before = stampOf(status);
+
+    PaddedBytes bytes(static_cast<size_t>(before.size));
+    size_t filled = 0;
+    while (filled < bytes.size()) {
+        const ssize_t count = uninterrupted(
+            [&] { return calls.read(file.get(), bytes.data() + filled, bytes.size() - filled); });
+        if (count < 0)
+            fail("read", path);
+        if (count == 0)
+            break;
+        filled += static_cast<size_t>(count);
+    }
+    if (calls.fstat(file.get(), &status) != 0)
+        fail("read", path);
+    if (stampOf(status) != before || filled != bytes.size())
+        return std::nullopt;
+    return FileContents{std::move(bytes), before, precision(file.get(), before), readAt};
+}
+
+StampPrecision PosixFileSystem::precision(int descriptor, const FileStamp& stamp)
+{
+    constexpr StampPrecision fine{10ms, true};
+    constexpr StampPrecision coarse{3s, true};
+    constexpr StampPrecision foreign{3s, false};
+    struct ::statfs system {};
+    if (calls.fstatfs(descriptor, &system) != 0)
+        return foreign;
+    // Some older file systems share a magic number with a newer one and keep whole seconds only.
+    const bool keepsFractions = stamp.changed.time_since_epoch() % 1s != 0ns;
+    constexpr decltype(system.f_type) xfs = 0x58465342;
+    constexpr decltype(system.f_type) exfat = 0x2011BAB0;
+    switch (system.f_type) {
+    case EXT4_SUPER_MAGIC:
+    case xfs:
+    case BTRFS_SUPER_MAGIC:
+    case TMPFS_MAGIC:
+        return keepsFractions ? fine : coarse;
+    case OVERLAYFS_SUPER_MAGIC:
+    case F2FS_SUPER_MAGIC:
+    case MSDOS_SUPER_MAGIC:
+    case exfat:
+        return coarse;
+    default:
+        return foreign;
+    }
+}
+
+std::optional<FileStamp> PosixFileSystem::write(const QString& path, QByteArrayView bytes)
+{
+    const QByteArray target = withoutLinks(path, native(path));
+    const QByteArray folder = folderOf(target);
+    struct ::stat status {};
+    const bool isNew = calls.stat(target.constData(), &status) != 0;
+    if (isNew && errno != ENOENT)
+        fail("write", path);
+    if (!isNew && !S_ISREG(status.st_mode))
+        throw FileError(QStringLiteral("write"), path, QStringLiteral("not a regular file"));
+
+    TemporaryFile file = TemporaryFile::create(calls, folder);
+    if (!file.isOpen() || !file.write(bytes) ||
+        (!isNew && !file.takeMode(status.st_mode & ALLPERMS)) || !file.flush() ||
+        !file.takePlaceOf(target))
+        fail("write", path);
+
+    // Compared while the file is still open, so that its inode number cannot belong to another.
+    struct ::stat inPlace {};
+    const bool isOurs = calls.fstat(file.get(), &status) == 0 &&
+                        calls.stat(target.constData(), &inPlace) == 0 &&
+                        stampOf(status) == stampOf(inPlace);
+    flushFolder(path, folder);
+    return isOurs ? std::optional(stampOf(inPlace)) : std::nullopt;
+}
+
+/// Makes the names in a folder survive a power cut, where the file system knows how.
+void PosixFileSystem::flushFolder(const QString& path, const QByteArray& nativePath)
+{
+    const Descriptor folder(calls, uninterrupted([&] {
+                                return calls.open(nativePath.constData(),
+                                                  O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);
+                            }));
+    if (!folder.isOpen()) {
+        // A folder may be open for writing and not for reading; then there is nothing to flush.
+        if (errno == EACCES)
+            return;
+        fail("flush the folder of", path);
+    }
+    if (uninterrupted([&] { return calls.fsync(folder.get()); }) != 0 && !saysUnsupported(errno))
+        fail("flush the folder of", path);
+}
+
+void PosixFileSystem::move(const QString& from, const QString& to)
+{
+    const QByteArray source = native(from);
+    const QByteArray target = native(to);
+    if (calls.renameWithoutReplacing(source.constData(), target.constData()) != 0) {
+        if (!saysUnsupported(errno))
+            fail("move", from);
+        // A second name for the file is refused where there is one already, too.
+        if (calls.link(source.constData(), target.constData()) == 0) {
+            if (calls.unlink(source.constData()) != 0) {
+                const int reason = errno;
+                calls.unlink(target.constData());
+                fail("move", from, reason);
+            }
+        } else if (errno != EPERM && !saysUnsupported(errno)) {
+            fail("move", from);
+        } else if (std::error_code error; fs::exists(fs::symlink_status(target.toStdString(), error))) {
+            fail("move", from, EEXIST);
+        } else if (calls.rename(source.constData(), target.constData()) != 0) {
+            fail("move", from);
+        }
+    }
+    flushFolder(to, folderOf(target));
+}
+
+void PosixFileSystem::remove(const QString& path)
+{
+    if (calls.unlink(native(path).constData()) != 0)
+        fail("remove", path);
+}
+
+void PosixFileSystem::createFolders(const QString& path)
+{
+    std::error_code error;
+    fs::create_directories(native(path).toStdString(), error);
+    if (error)
+        fail("create", path, error.value());
+}
+
+FileSystem& FileSystem::local()
+{
+    static FileCalls calls;
+    static PosixFileSystem files(calls);
+    return files;
+}
+
+} // namespace vellumry

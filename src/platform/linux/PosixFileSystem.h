@@ -1,0 +1,38 @@
+#pragma once
+
+#include "platform/FileSystem.h"
+#include "platform/linux/FileCalls.h"
+
+namespace vellumry {
+
+/// Files through the system's own calls.
+class PosixFileSystem final : public FileSystem {
+public:
+    /// `systemCalls` outlives this object.
+    explicit PosixFileSystem(FileCalls& systemCalls) : calls(systemCalls) {}
+
+    [[nodiscard]] QStringList list(const QString& folder) override;
+    [[nodiscard]] bool exists(const QString& path) override;
+    [[nodiscard]] bool isFolder(const QString& path) override;
+    [[nodiscard]] bool isWritable(const QString& path) override;
+    [[nodiscard]] std::optional<FileStamp> stamp(const QString& path) override;
+    [[nodiscard]] FileContents read(const QString& path) override;
+    std::optional<FileStamp> write(const QString& path, QByteArrayView bytes) override;
+    void move(const QString& from, const QString& to) override;
+    void remove(const QString& path) override;
+    void createFolders(const QString& path) override;
+
+private:
+    class Descriptor;
+    class TemporaryFile;
+
+    [[nodiscard]] std::optional<struct ::stat> status(const QString& path);
+    [[nodiscard]] std::optional<FileContents> readOnce(const QString& path,
+                                                       const QByteArray& nativePath);
+    [[nodiscard]] StampPrecision precision(int descriptor, const FileStamp& stamp);
+    void flushFolder(const QString& path, const QByteArray& nativePath);
+
+    FileCalls& calls;
+};
+
+} // namespace vellumry

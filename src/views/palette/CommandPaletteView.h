@@ -1,0 +1,69 @@
+#pragma once
+
+#include "core/Date.h"
+#include "core/Scheduler.h"
+#include "views/palette/PaletteRows.h"
+
+#include <QColor>
+#include <QWidget>
+
+#include <functional>
+
+namespace vellumry {
+
+class CommandPaletteViewModel;
+class DarkPaletteEmptyState;
+class DarkSearchFieldView;
+class NotificationCenter;
+class PaletteListView;
+
+/// The palette's contents: search field, list of rows, footer. Shows the model's state and
+/// forwards input to it. Main thread only.
+class CommandPaletteView : public QWidget {
+    Q_OBJECT
+
+public:
+    /// What the view works with; all outlive it.
+    struct Dependencies {
+        CommandPaletteViewModel& viewModel;
+        NotificationCenter& notifications;
+        Scheduler& scheduler;
+        const Clock& clock;
+        std::function<QColor(const QString& collection)> collectionColor;
+    };
+
+    explicit CommandPaletteView(const Dependencies& dependencies, QWidget* parent = nullptr);
+    ~CommandPaletteView() override;
+
+    /// Whether the panel is showing, as its owner says. Each time it becomes true, and when the
+    /// view is first shown, the model's onAppear runs.
+    [[nodiscard]] bool isPresented() const { return presented; }
+    void setPresented(bool isPresented);
+
+    [[nodiscard]] DarkSearchFieldView& searchField() const { return *field; }
+    [[nodiscard]] PaletteListView& list() const { return *listView; }
+
+    /// The lines of the list as they follow from the model's present state.
+    [[nodiscard]] const PaletteRows& rows();
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void appear();
+    void invalidateRows();
+    void selectedIndexDidChange();
+    void activate(const PaletteRow& row);
+
+    Dependencies services;
+    DarkSearchFieldView* field;
+    PaletteListView* listView;
+    DarkPaletteEmptyState* emptyState;
+    PaletteRows currentRows;
+    bool areRowsCurrent = false;
+    bool presented = false;
+    bool hasAppeared = false;
+};
+
+} // namespace vellumry

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QPoint>
+#include <QWidget>
+
+#include <optional>
+
+namespace vellumry {
+
+class PanelActivation;
+
+/// The palette's window: floats above all others, has no frame and no task-bar entry, takes the
+/// keyboard when it is raised, and is moved by its background. Main thread only.
+class KeyablePanel : public QWidget {
+    Q_OBJECT
+
+public:
+    /// `activation` outlives the panel. Shows nothing yet.
+    explicit KeyablePanel(PanelActivation& activation, QWidget* parent = nullptr);
+
+    /// The widget that fills the panel from now on, which takes its size; owned by the panel.
+    void setContentView(QWidget* view);
+
+    /// Creates the window and paints it once unseen, so that the first showing is as fast as any
+    /// later one. To be called when there is time, after start.
+    void prepare();
+
+    /// Puts the panel in the middle of the screen that the pointer is on.
+    void center();
+
+    /// Shows the panel above all others and gives it the keyboard. `eventTime` is the time of the
+    /// event that asks for it, in milliseconds of the display server; 0 when there was none.
+    void orderFront(quint32 eventTime);
+
+    /// Takes the panel off the screen.
+    void orderOut();
+
+    /// Whether the panel has the keyboard.
+    [[nodiscard]] bool isKey() const { return isActiveWindow(); }
+
+Q_SIGNALS:
+    void gainedKeyStatus();
+    void resignedKeyStatus();
+
+protected:
+    void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void updateMask();
+
+    PanelActivation& desktop;
+    QWidget* contentView = nullptr;
+    std::optional<QPoint> dragOffset; ///< of the pointer from the panel's corner
+    bool wasKey = false;
+};
+
+} // namespace vellumry

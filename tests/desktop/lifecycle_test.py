@@ -1,0 +1,36 @@
+"""Start and end of the process."""
+from case import LETTER_TEXT, DesktopCase, main
+from program import PALETTE
+from waiting import wait_for
+
+
+class Lifecycle(DesktopCase):
+
+    def test_termination_signal_ends_cleanly(self):
+        """SIGTERM ends the program with status 0, and the hot key is free again: the keys reach
+        the other program."""
+        self.assertEqual(self.program.finish(), 0, self.program.lines)
+        self.desktop.key("alt+t")
+        wait_for("the key in the other program", lambda: self.recorder.keys() == ["t"])
+
+    def test_termination_with_the_palette_open(self):
+        """SIGTERM while the palette has the keyboard ends the program too, and frees the keyboard."""
+        self.program.open_palette()
+        self.assertEqual(self.program.finish(), 0, self.program.lines)
+        self.assertEqual(self.desktop.windows(PALETTE), [])
+        self.desktop.activate("Recorder")
+        self.assert_nothing_leaked()
+
+    def test_starts_again(self):
+        """A second start after the end finds its hot key free and works."""
+        self.program.finish()
+        self.program = self.start_program()
+        self.recorder.focus()
+        self.program.open_palette()
+        self.program.search("letter")
+        self.desktop.key("Return")
+        self.desktop.wait_clipboard(LETTER_TEXT)
+
+
+if __name__ == "__main__":
+    main()

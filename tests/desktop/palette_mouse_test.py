@@ -1,0 +1,46 @@
+"""The pointer in and around the palette."""
+from case import DesktopCase, main
+from program import HOVERED_GREY, LOST_FOCUS
+from waiting import wait_for
+
+
+class PaletteMouse(DesktopCase):
+
+    def open_notes(self):
+        """Opens the palette with two rows; returns a point on the second, unselected one."""
+        self.desktop.move_pointer(5, 5)
+        self.program.open_palette()
+        self.program.search("note")
+        return self.program.row_below()
+
+    def test_click_on_a_row_copies_it(self):
+        """A click copies the row under the pointer, whatever row is selected."""
+        self.desktop.click(*self.open_notes())
+        self.desktop.wait_clipboard("second of the notes")
+        self.program.wait_palette_gone()
+        self.desktop.wait_focus("Recorder")
+
+    def test_hover_does_not_change_what_return_does(self):
+        """The row under the pointer is lit, the selected row stays selected, and Return copies
+        the selected one."""
+        point = self.open_notes()
+        selected = self.program.selected_row()
+        self.desktop.move_pointer(*point)
+        wait_for("the row is lit", lambda: self.program.ground_at(point[1]) == HOVERED_GREY)
+        self.assertEqual(self.program.selected_row(), selected)
+        self.save_picture("palette-hover")
+        self.desktop.key("Return")
+        self.desktop.wait_clipboard("first of the notes")
+
+    def test_click_outside_closes(self):
+        """A click on the other program gives it the focus and closes the palette."""
+        self.program.open_palette()
+        self.desktop.click(100, 80)
+        self.program.wait_palette_gone()
+        self.assertEqual(self.program.count(LOST_FOCUS), 1)
+        self.assert_nothing_leaked()
+        self.assert_not_copied()
+
+
+if __name__ == "__main__":
+    main()

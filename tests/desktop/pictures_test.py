@@ -1,0 +1,71 @@
+"""The states of the palette as pictures, to look at and to show; each under a stable name."""
+import collections
+import datetime
+
+from case import DesktopCase, main
+from library import date_text, now, snippet
+from program import PALETTE
+from waiting import wait_for
+
+PANEL = bytes([0x17, 0x17, 0x17])
+
+
+def used(record, count, minutes_ago):
+    moment = date_text(now() - datetime.timedelta(minutes=minutes_ago))
+    return {**record, "usageCount": count, "lastUsedAt": moment}
+
+
+class Pictures(DesktopCase):
+    options = {"compositor": True}
+    collections = {
+        "Mail": [
+            used(snippet("Meeting follow-up", "Hi {{name}},\nthank you for your time."), 12, 1),
+            used(snippet("Sign-off", "Best regards,\n{{me}}", {"me": "Ada"}), 31, 60 * 26)],
+        "Shell": [
+            used(snippet("Find large files", "find . -size +100M -printf '%s %p\\n'"), 4, 60 * 50),
+            snippet("Follow a log", "journalctl --follow --unit {{unit}}")],
+        "Text": [
+            snippet("Shrug", "¯\\_(ツ)_/¯"),
+            snippet("Party 🎉", "Congratulations! 🎉"),
+            snippet("日本語の挨拶", "はじめまして。")]}
+
+    def picture(self, name):
+        """Saves the picture, which must show the panel with something on it."""
+        self.save_picture(name)
+        pixels = self.desktop.x.pixels(*self.desktop.geometry(self.desktop.window(PALETTE)))
+        colours = collections.Counter(pixels[i:i + 3] for i in range(0, len(pixels), 4))
+        self.assertEqual(colours.most_common(1)[0][0], PANEL)
+        self.assertGreater(len(colours), 20, "a panel without text")
+
+    def test_empty_query(self):
+        """All snippets, the ones used today first, and the row that opens the main window."""
+        self.program.open_palette()
+        self.program.wait_searched()
+        self.picture("palette-empty-query")
+
+    def test_results(self):
+        """Results of a query, best first."""
+        self.program.open_palette()
+        self.program.search("fo")
+        self.picture("palette-results")
+
+    def test_no_results(self):
+        """The empty state."""
+        self.program.open_palette()
+        self.program.search("nowhere")
+        self.picture("palette-no-results")
+
+    def test_toast(self):
+        """The toast, where the palette was, takes neither focus nor keys, and goes by itself."""
+        x, y, width, height = self.program.open_palette()
+        self.program.search("shrug")
+        self.desktop.key("Return")
+        self.program.wait_new_toast()
+        self.desktop.screenshot(self.picture_path("copy-toast"), (x, y, width, height))
+        self.assert_nothing_leaked()
+        self.desktop.wait_gone("Toast")
+        wait_for("clipboard", lambda: self.desktop.clipboard() == "¯\\_(ツ)_/¯")
+
+
+if __name__ == "__main__":
+    main()
