@@ -69,7 +69,7 @@ constexpr std::array<KeyRow, keyCount> keyRows{{
     {Key::section, 10, "§", {"§", "section"}},
     {Key::space, 49, "␣", {"space", "␣"}},
     {Key::tab, 48, "⇥", {"tab", "⇥"}},
-    {Key::return_, 36, "↩︎", {"return", "↩︎"}},
+    {Key::return_, 36, "↩\ufe0e", {"return", "↩\ufe0e"}},
     {Key::command, 55, "⌘", {"command"}},
     {Key::rightCommand, 54, "⌘", {"rightcommand"}},
     {Key::option, 58, "⌥", {"option"}},

@@ -110,12 +110,12 @@ void X11HotKeyBackend::readConnection()
         });
     };
     while (!isStopping) {
-        // Events first: the requests of the last round may have read some, and the connection is
-        // not readable any more then.
-        connection->processEvents(passOn);
-        connection->runDeadlines(X11HotKeyConnection::Clock::now());
-        waitForWork();
         runTasks();
+        connection->runDeadlines(X11HotKeyConnection::Clock::now());
+        // Last, since the requests before may have read events, and the connection is not readable
+        // any more then.
+        connection->processEvents(passOn);
+        waitForWork();
     }
     connection.reset();
 }

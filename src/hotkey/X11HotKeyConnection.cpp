@@ -22,6 +22,10 @@ using Message = std::unique_ptr<T, FreeMessage>;
 /// Changes of the keyboard come in bursts, one event for each part of it.
 constexpr std::chrono::milliseconds keyboardSettleTime{50};
 
+/// Other programs move their keys at the same time, so that the new place of one of ours may be
+/// theirs for a moment. It is asked for again, ever less often.
+constexpr std::chrono::minutes longestRetryDelay{1};
+
 /// Bits 0 to 7 of an event's state are the modifiers; above are buttons and the layout group.
 constexpr std::uint16_t modifierBits = 0xFF;
 
@@ -164,33 +168,40 @@ void X11HotKeyConnection::thaw(std::uint64_t pressNumber)
 
 void X11HotKeyConnection::processEvents(const EventReceiver& receiver)
 {
-    while (const Message<xcb_generic_event_t> event{xcb_poll_for_event(connection.get())}) {
+    const auto next = [this] {
+        if (auto* event = xcb_poll_for_event(connection.get()))
+            return event;
+        // Writing reads, too, when the server has something to say.
+        xcb_flush(connection.get());
+        return xcb_poll_for_queued_event(connection.get());
+    };
+    while (const Message<xcb_generic_event_t> event{next()}) {
         const auto type = static_cast<std::uint8_t>(event->response_type & ~sentEventBit);
         if (type == XCB_KEY_PRESS) {
             handlePress(reinterpret_cast<const xcb_key_press_event_t&>(*event), receiver);
         } else if (type == XCB_GE_GENERIC) {
             handleRawRelease(reinterpret_cast<const xcb_ge_generic_event_t&>(*event), receiver);
-        } else if (type == xkbEvent && !keyboardChangedSettled) {
-            keyboardChangedSettled = Clock::now() + keyboardSettleTime;
+        } else if (type == xkbEvent) {
+            const auto settled = Clock::now() + keyboardSettleTime;
+            nextFollow = nextFollow ? std::min(*nextFollow, settled) : settled;
+            retryDelay = keyboardSettleTime;
         }
     }
-    xcb_flush(connection.get());
 }
 
 std::optional<X11HotKeyConnection::Clock::time_point> X11HotKeyConnection::nextDeadline() const
 {
     if (!freeze)
-        return keyboardChangedSettled;
-    return keyboardChangedSettled ? std::min(freeze->until, *keyboardChangedSettled)
-                                  : freeze->until;
+        return nextFollow;
+    return nextFollow ? std::min(freeze->until, *nextFollow) : freeze->until;
 }
 
 void X11HotKeyConnection::runDeadlines(Clock::time_point now)
 {
     if (freeze && freeze->until <= now)
         thaw(presses);
-    if (keyboardChangedSettled && *keyboardChangedSettled <= now) {
-        keyboardChangedSettled.reset();
+    if (nextFollow && *nextFollow <= now) {
+        nextFollow.reset();
         followKeyboard();
     }
 }
@@ -223,6 +234,7 @@ bool X11HotKeyConnection::isHeld(const std::vector<Grab>& grabs) const
 bool X11HotKeyConnection::take(const std::vector<Grab>& grabs)
 {
     std::vector<xcb_void_cookie_t> requests;
+    requests.reserve(grabs.size());
     for (const Grab& grab : grabs)
         requests.push_back(xcb_grab_key_checked(connection.get(), 0, root, grab.modifiers,
                                                 grab.keycode, XCB_GRAB_MODE_ASYNC,
@@ -254,8 +266,7 @@ void X11HotKeyConnection::waitForServer()
         connection.get(), xcb_get_input_focus(connection.get()), nullptr));
 }
 
-/// Moves the grabs to where the keys are now. A combination that is not to be had in the new layout
-/// is tried again at the next change.
+/// Moves the grabs to where the keys are now.
 void X11HotKeyConnection::followKeyboard()
 {
     auto map = X11KeyboardMap::read(connection.get());
@@ -273,9 +284,15 @@ void X11HotKeyConnection::followKeyboard()
         giveBack(std::exchange(registration->grabs, {}));
     for (HeldRegistration* registration : moved) {
         std::vector<Grab> grabs = grabsFor(registration->keyCode, registration->modifiers);
-        if (!isHeld(grabs) && take(grabs))
+        if (grabs.empty())
+            continue; // Until the keyboard has the key again.
+        if (!isHeld(grabs) && take(grabs)) {
             registration->grabs = std::move(grabs);
+        } else {
+            nextFollow = Clock::now() + retryDelay;
+        }
     }
+    retryDelay = std::min<Clock::duration>(2 * retryDelay, longestRetryDelay);
     xcb_flush(connection.get());
 }
 

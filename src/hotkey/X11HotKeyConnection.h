@@ -38,8 +38,8 @@ public:
     X11HotKeyConnection(const X11HotKeyConnection&) = delete;
     X11HotKeyConnection& operator=(const X11HotKeyConnection&) = delete;
 
-    /// Readable when processEvents() has something to do. After each of the other calls it may have
-    /// something to do without this being so.
+    /// Readable when processEvents() has something to do. The other calls may read events without
+    /// working on them, so that processEvents() must be the last before a wait for this.
     [[nodiscard]] int fileDescriptor() const;
     /// The server is gone; everything is refused from now on.
     [[nodiscard]] bool isLost() const;
@@ -53,6 +53,7 @@ public:
     /// Lets the keys go on if the press of this number is what holds them.
     void thaw(std::uint64_t pressNumber);
 
+    /// Works on all events that have come.
     void processEvents(const EventReceiver& receiver);
 
     /// When runDeadlines() has something to do.
@@ -104,7 +105,8 @@ private:
     std::uint8_t inputOpcode = 0;
 
     X11KeyboardMap keyboard;
-    std::optional<Clock::time_point> keyboardChangedSettled;
+    std::optional<Clock::time_point> nextFollow; ///< When to look at the keyboard again.
+    Clock::duration retryDelay{};
 
     std::map<HotKeyBackend::Reference, HeldRegistration> registrations;
     HotKeyBackend::Reference lastReference = 0;

@@ -1,6 +1,7 @@
 #include "palette/FuzzySearchService.h"
 
 #include "core/Text.h"
+#include "palette/SearchEncoding.h"
 
 #include <QTextBoundaryFinder>
 
@@ -69,12 +70,12 @@ QList<Snippet> FuzzySearchService::search(const QString& query,
 {
     if (query.isEmpty())
         return updateOrder.sorted(snippets);
-    QString lowerCased = query.toLower();
+    QString lowerCasedQuery = lowerCased(query);
     // The filter takes effect as soon as its ">" is typed.
-    if (lowerCased.endsWith(u" >"))
-        lowerCased += u' ';
-    return lowerCased.contains(separator) ? searchWithSeparator(lowerCased, snippets)
-                                          : searchDefault(lowerCased, snippets);
+    if (lowerCasedQuery.endsWith(u" >"))
+        lowerCasedQuery += u' ';
+    return lowerCasedQuery.contains(separator) ? searchWithSeparator(lowerCasedQuery, snippets)
+                                               : searchDefault(lowerCasedQuery, snippets);
 }
 
 QList<Snippet> FuzzySearchService::searchWithSeparator(const QString& query,

@@ -11,21 +11,13 @@ constexpr size_t mostMoves = 32;
 
 } // namespace
 
-std::strong_ordering operator<=>(const RecencyOrder::Entry& a, const RecencyOrder::Entry& b)
-{
-    if (a.isNeverUsed != b.isNeverUsed)
-        return a.isNeverUsed <=> b.isNeverUsed;
-    if (a.date != b.date)
-        return b.date.time_since_epoch().count() <=> a.date.time_since_epoch().count();
-    return a.position <=> b.position;
-}
-
 RecencyOrder::Entry RecencyOrder::entryFor(const Snippet& snippet, qsizetype position)
 {
     const auto lastUsedAt = snippet.lastUsedAt();
+    const Date date = lastUsedAt ? *lastUsedAt : snippet.updatedAt();
     return {.isNeverUsed = !lastUsedAt,
-            .position = static_cast<quint32>(position),
-            .date = lastUsedAt ? *lastUsedAt : snippet.updatedAt()};
+            .dateKey = ~qint64{date.time_since_epoch().count()},
+            .position = static_cast<quint32>(position)};
 }
 
 const QList<Snippet>& RecencyOrder::sorted(const QList<Snippet>& snippets)

@@ -22,21 +22,20 @@ public:
     [[nodiscard]] const QList<Snippet>& sorted(const QList<Snippet>& snippets);
 
 private:
-    /// What an element is sorted by. No two are equal, since the position decides last.
+    /// What a snippet is sorted by, ascending. No two are equal, since the position decides last.
     struct Entry {
         bool isNeverUsed;
+        qint64 dateKey;   ///< falls as the date rises
         quint32 position; ///< in the library
-        Date date;
 
-        friend std::strong_ordering operator<=>(const Entry& a, const Entry& b);
-        friend bool operator==(const Entry& a, const Entry& b) = default;
+        friend auto operator<=>(const Entry&, const Entry&) = default;
     };
 
     [[nodiscard]] static Entry entryFor(const Snippet& snippet, qsizetype position);
     void sortAnew(const QList<Snippet>& snippets);
     void move(qsizetype position, const Snippet& previous, const Snippet& present);
 
-    QList<Snippet> library; ///< what `order` was made from
+    QList<Snippet> library; ///< what the order was made from
     std::vector<Entry> entries;
     QList<Snippet> order; ///< the snippets of `entries`
 };

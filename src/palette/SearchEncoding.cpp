@@ -111,7 +111,29 @@ inline bool encodeBlockLowerCased(const char16_t* in, unsigned char* out)
 
 #endif
 
+bool isPair(QStringView text, qsizetype at)
+{
+    return at + 1 < text.size() && text[at].isHighSurrogate() && text[at + 1].isLowSurrogate();
+}
+
 } // namespace
+
+QString lowerCased(const QString& text)
+{
+    if (text.isValidUtf16())
+        return text.toLower();
+    QString result;
+    result.reserve(text.size());
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (isPair(text, i))
+            result += text.mid(i++, 2).toLower();
+        else if (text[i].isSurrogate())
+            result += text[i];
+        else
+            result += QString(text[i]).toLower();
+    }
+    return result;
+}
 
 unsigned char* encodeLowerCased(QStringView text, unsigned char* out)
 {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QString>
 #include <QStringView>
 
 #include <string>
@@ -12,7 +13,11 @@ namespace vellumry {
 /// when its bytes occur in the other's, for every text there can be. The byte 0xFF never occurs.
 inline constexpr qsizetype mostBytesPerUnit = 3;
 
-/// Writes the lower-cased text (the same as QString::toLower, in any context) to `out`, which has
+/// The text in lower case, whatever stands around a letter. The same as QString::toLower, but a
+/// surrogate that stands alone is left alone; QString takes what follows one for its other half.
+[[nodiscard]] QString lowerCased(const QString& text);
+
+/// Writes the bytes of the lower-cased text to `out`, which has
 /// room for mostBytesPerUnit bytes for each unit. Returns the end of what was written.
 [[nodiscard]] unsigned char* encodeLowerCased(QStringView text, unsigned char* out);
 

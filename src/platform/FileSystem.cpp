@@ -12,8 +12,7 @@ FileError::FileError(const QString& action, const QString& path, const QString& 
 }
 
 FileError::FileError(const QString& action, const QString& path, int errorNumber)
-    : FileError(action, path,
-                QString::fromStdString(std::system_category().message(errorNumber)))
+    : FileError(action, path, QString::fromStdString(std::system_category().message(errorNumber)))
 {
 }
 

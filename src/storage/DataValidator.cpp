@@ -30,9 +30,8 @@ VellumryData DataValidator::migrateFromLegacy(const LegacyExportData& legacy, co
         return collection.displayOrder.value_or(std::numeric_limits<qint64>::max());
     };
     QList<LegacyExportCollection> collections = legacy.collections;
-    std::stable_sort(collections.begin(), collections.end(), [&](const auto& a, const auto& b) {
-        return position(a) < position(b);
-    });
+    std::stable_sort(collections.begin(), collections.end(),
+                     [&](const auto& a, const auto& b) { return position(a) < position(b); });
     SyncDataContent content;
     for (const LegacyExportCollection& collection : std::as_const(collections)) {
         content.collections.append({.id = collection.id ? *collection.id : makeIdentifier(),

@@ -58,8 +58,7 @@ QString StorageLocationManager::defaultLocation() const
 
 QString StorageLocationManager::currentLocation() const
 {
-    const QString custom =
-        with.preferences.string(customStorageLocationKey()).value_or(QString());
+    const QString custom = with.preferences.string(customStorageLocationKey()).value_or(QString());
     const bool isCustom = with.preferences.boolean(useCustomLocationKey()).value_or(false);
     return isCustom && !custom.isEmpty() ? custom : defaultLocation();
 }

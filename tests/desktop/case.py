@@ -1,4 +1,5 @@
 """The base of the desktop tests: a desktop for each class, a program and a library for each test."""
+import contextlib
 import os
 import sys
 import unittest
@@ -56,6 +57,14 @@ class DesktopCase(unittest.TestCase):
             print("\n".join(self.program.lines), file=sys.stderr)
             print("keys in the other program:", self.recorder.keys(), file=sys.stderr)
             raise
+
+    @contextlib.contextmanager
+    def told(self, what):
+        """Adds to a failure inside what was being done."""
+        try:
+            yield
+        except AssertionError as failure:
+            raise AssertionError(f"{what}: {failure}") from failure
 
     @staticmethod
     def picture_path(name):

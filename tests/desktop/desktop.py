@@ -30,6 +30,10 @@ class Desktop(VirtualDesktop):
         """Presses and releases each key or combination, as in key("alt+t", "h", "Return")."""
         self.command("xdotool", "key", "--delay", str(delay), *keys)
 
+    def physical_key(self, *keycodes):
+        """Presses keys together by their place on the keyboard; the layout in force stays."""
+        self.x.press(*keycodes)
+
     def type_text(self, text):
         self.command("xdotool", "type", "--delay", "5", text)
 

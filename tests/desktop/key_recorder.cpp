@@ -87,8 +87,9 @@ int main()
                 symbols, reinterpret_cast<xcb_key_press_event_t*>(event.get()), 0));
             break;
         case XCB_MAPPING_NOTIFY:
-            xcb_refresh_keyboard_mapping(
-                symbols, reinterpret_cast<xcb_mapping_notify_event_t*>(event.get()));
+            // Made anew, because a refresh forgets changes that come before the first key.
+            xcb_key_symbols_free(symbols);
+            symbols = xcb_key_symbols_alloc(connection);
             break;
         default:
             break;

@@ -36,10 +36,14 @@ class Program(LoggedProcess):
     def shown_count(self):
         return self.count(SHOWN)
 
-    def open_palette(self, press=HOTKEY):
-        """Presses the hot key and waits until the palette has the keyboard; returns its place."""
+    def open_palette(self, press=None):
+        """Presses the hot key, or calls `press` to do so, and waits until the palette has the
+        keyboard; returns its place."""
         shown = self.shown_count()
-        self.desktop.key(press)
+        if press:
+            press()
+        else:
+            self.desktop.key(HOTKEY)
         wait_for("palette shown", lambda: self.shown_count() > shown)
         return self.wait_palette()
 

@@ -3,13 +3,13 @@ import datetime
 
 from case import LETTER_TEXT, DesktopCase
 from library import date_text, now
-from program import TOAST
+from program import HOTKEY, TOAST
 from waiting import wait_for
 
 
 class StoryCase(DesktopCase):
 
-    def tell_story(self, press="alt+t"):
+    def tell_story(self):
         """In front of another program: hot key, query, Return; everything that must follow."""
         before = self.library.snippets()["letter"]
         started = date_text(now() - datetime.timedelta(milliseconds=1))
@@ -17,7 +17,7 @@ class StoryCase(DesktopCase):
         toasts = self.desktop.windows(TOAST)
         self.assertEqual(self.desktop.focused_window(), "Recorder")
 
-        self.program.open_palette(press)
+        self.program.open_palette()
         self.program.search("letter")
         self.desktop.key("Return")
 
@@ -29,12 +29,12 @@ class StoryCase(DesktopCase):
                  ["usageCount"] == before["usageCount"] + 1)
         self.assertGreaterEqual(self.library.snippets()["letter"]["lastUsedAt"], started)
 
-    def open_after_layout_change(self, press="alt+t"):
+    def open_after_layout_change(self):
         """The hot key moves with the keyboard map a moment after the change: press until it does.
         Presses that came too early are forgotten in the other program."""
         def pressed():
             shown = self.program.shown_count()
-            self.desktop.key(press)
+            self.desktop.key(HOTKEY)
             try:
                 wait_for("palette", lambda: self.program.shown_count() > shown, timeout=1)
             except AssertionError:

@@ -5,6 +5,8 @@ from program import HIDING, SHOWING
 from story import StoryCase
 
 ROUNDS = 50
+# Physical keys, by their numbers.
+ALT_KEY, T_KEY, CAPS_LOCK_KEY = 64, 28, 66
 
 
 class MainStory(StoryCase):
@@ -14,7 +16,7 @@ class MainStory(StoryCase):
         query and Return put the filled text on the clipboard; the toast shows, the palette goes,
         the focus returns, and the use is counted in the file. Fifty times in one run."""
         for number in range(1, ROUNDS + 1):
-            with self.subTest(round=number):
+            with self.told(f"round {number}"):
                 self.tell_story()
         self.assertEqual(self.library.snippets()["letter"]["usageCount"], ROUNDS)
         self.assert_nothing_leaked()
@@ -50,7 +52,7 @@ class MainStory(StoryCase):
 class KeyboardLayouts(StoryCase):
     # The letters of "привет" stand on the keys g, h, b, d, t, n of a Russian keyboard.
     collections = {**SAMPLE, "Russian": [snippet("привет", "здравствуйте")]}
-    PRIVET = ["42", "27", "31", "40", "28", "57"]
+    PRIVET = [42, 43, 56, 40, 28, 57]
 
     def test_german(self):
         """After a change to the German layout the story holds."""
@@ -73,9 +75,10 @@ class KeyboardLayouts(StoryCase):
         self.desktop.set_layout("-layout", "us,ru", "-option", "grp:caps_toggle")
         self.open_after_layout_change()
         self.tell_story()
-        self.desktop.key("Caps_Lock")
-        self.program.open_palette("alt+28")
-        self.desktop.key(*self.PRIVET)
+        self.desktop.physical_key(CAPS_LOCK_KEY)
+        self.program.open_palette(lambda: self.desktop.physical_key(ALT_KEY, T_KEY))
+        for key in self.PRIVET:
+            self.desktop.physical_key(key)
         self.program.wait_searched()
         self.desktop.key("Return")
         self.desktop.wait_clipboard("здравствуйте")

@@ -11,7 +11,7 @@ class TypeAhead(TypeAheadCase):
         """A word typed at once behind the hot key arrives whole in the palette, and nothing of it
         in the other program, fifty times of fifty."""
         for number in range(1, ROUNDS + 1):
-            with self.subTest(round=number):
+            with self.told(f"round {number}"):
                 self.type_ahead()
         self.assert_nothing_leaked()
 

@@ -107,10 +107,17 @@ class VirtualDesktop:
                             "screen" if index == 0 else "none"], env=self.env, check=True)
         if self.wm != "none":
             process = self._service("wm", COMMANDS.get(self.wm, [self.wm]))
-            self._ready(self.wm, process, lambda: self.x.root_has_property("_NET_SUPPORTING_WM_CHECK"))
+            self._ready(self.wm, process, self._windows_are_managed)
         if self.compositor:
             process = self._service("picom", ["picom", "--config", "/dev/null", "--backend", "xrender"])
             self._ready("picom", process, lambda: self.x.selection_has_owner("_NET_WM_CM_S0"))
+
+    def _windows_are_managed(self):
+        """The first property tells only that the manager has begun; windows shown then get lost.
+        The others it sets once it looks after windows: most set the one, xfwm4 the other."""
+        return self.x.root_has_property("_NET_SUPPORTING_WM_CHECK") and (
+            self.x.root_has_property("_NET_CLIENT_LIST")
+            or self.x.root_has_property("_NET_ACTIVE_WINDOW"))
 
     def _service(self, name, argv, **options):
         with open(os.path.join(self.folder, name + ".log"), "ab") as log:

@@ -25,6 +25,10 @@ _X.XGetImage.argtypes = [_POINTER, _LONG, _INT, _INT, _INT, _INT, _LONG, _INT]
 _X.XDestroyImage.argtypes = [ctypes.POINTER(_Image)]
 _X.XCloseDisplay.argtypes = [_POINTER]
 
+_XTEST = ctypes.CDLL("libXtst.so.6")
+_XTEST.XTestFakeKeyEvent.argtypes = [_POINTER, ctypes.c_uint, _INT, _LONG]
+_X.XSync.argtypes = [_POINTER, _INT]
+
 _ALL_PLANES, _Z_PIXMAP = 0xFFFFFFFF, 2
 
 
@@ -58,6 +62,13 @@ class Connection:
         content = image.contents.data[:image.contents.bytes_per_line * height]
         _X.XDestroyImage(image)
         return content
+
+    def press(self, *keycodes):
+        """Presses the physical keys one after another, whatever they mean, and releases them."""
+        for codes, down in ((keycodes, 1), (reversed(keycodes), 0)):
+            for code in codes:
+                _XTEST.XTestFakeKeyEvent(self.display, code, down, 0)
+        _X.XSync(self.display, 0)
 
     def close(self):
         _X.XCloseDisplay(self.display)

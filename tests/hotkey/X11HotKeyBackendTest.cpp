@@ -94,7 +94,8 @@ protected:
     {
         const std::size_t before = releases();
         keyboard->strike(keycode::alt, code);
-        ASSERT_TRUE(waitForReleases(before + 1)) << "key code " << int{code};
+        ASSERT_TRUE(waitForReleases(before + 1))
+            << "key code " << int{code} << ", presses " << presses() << ", releases " << before;
         EXPECT_EQ(presses(), before + 1);
         EXPECT_EQ(releases(), before + 1);
     }
@@ -396,7 +397,20 @@ TEST_F(X11HotKeyBackendTest, followsNumLockToAnotherModifier)
     expectFires(keycode::t);
 }
 
-TEST_F(X11HotKeyBackendTest, takesAKeyAtTheNextChangeWhenItsNewPlaceWasTaken)
+TEST_F(X11HotKeyBackendTest, takesTheNewPlaceOfAKeyOnceAnotherProgramHasLeftIt)
+{
+    connect();
+    registerAltT();
+    XClient other(server.displayName());
+    ASSERT_TRUE(other.grab(keycode::k, altBit));
+    ASSERT_TRUE(server.run({"setxkbmap", "dvorak"}));
+    ASSERT_TRUE(queue.runUntil([&] { return !isHeld(keycode::t, altBit); }));
+    other.ungrab(keycode::k, altBit);
+    ASSERT_TRUE(queue.runUntil([&] { return isHeld(keycode::k, altBit); }));
+    expectFires(keycode::k);
+}
+
+TEST_F(X11HotKeyBackendTest, comesBackWithTheOldLayoutWhenTheNewPlaceStaysTaken)
 {
     connect();
     registerAltT();

@@ -13,7 +13,9 @@ QString subtitleOf(const QString& given)
 {
     Snippet snippet;
     snippet.setSubtitle(given);
-    EXPECT_EQ(Snippet(SnippetFields{.subtitle = given}).subtitle(), snippet.subtitle());
+    SnippetFields fields;
+    fields.subtitle = given;
+    EXPECT_EQ(Snippet(fields).subtitle(), snippet.subtitle());
     return snippet.subtitle();
 }
 

@@ -1,10 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <sys/stat.h>
 #include <sys/types.h>
 #include <sys/vfs.h>
-
-#include <cstddef>
 
 namespace vellumry {
 

@@ -395,7 +395,8 @@ void PosixFileSystem::move(const QString& from, const QString& to)
             }
         } else if (errno != EPERM && !saysUnsupported(errno)) {
             fail("move", from);
-        } else if (std::error_code error; fs::exists(fs::symlink_status(target.toStdString(), error))) {
+        } else if (std::error_code error;
+                   fs::exists(fs::symlink_status(target.toStdString(), error))) {
             fail("move", from, EEXIST);
         } else if (calls.rename(source.constData(), target.constData()) != 0) {
             fail("move", from);

@@ -43,8 +43,8 @@ public:
     [[nodiscard]] DarkSearchFieldView& searchField() const { return *field; }
     [[nodiscard]] PaletteListView& list() const { return *listView; }
 
-    /// The lines of the list as they follow from the model's present state.
-    [[nodiscard]] const PaletteRows& rows();
+    /// The lines of the list, as they follow from the model's state.
+    [[nodiscard]] const PaletteRows& rows() const { return currentRows; }
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -52,16 +52,15 @@ protected:
 
 private:
     void appear();
-    void invalidateRows();
-    void selectedIndexDidChange();
-    void activate(const PaletteRow& row);
+    void updateRows();
+    void scrollToSelected();
+    void rowClicked(const PaletteRow& row);
 
     Dependencies services;
     DarkSearchFieldView* field;
     PaletteListView* listView;
     DarkPaletteEmptyState* emptyState;
     PaletteRows currentRows;
-    bool areRowsCurrent = false;
     bool presented = false;
     bool hasAppeared = false;
 };

@@ -28,8 +28,9 @@ public:
     /// Puts the panel in the middle of the screen that the pointer is on.
     void center();
 
-    /// Shows the panel above all others and gives it the keyboard. `eventTime` is the time of the
-    /// event that asks for it, in milliseconds of the display server; 0 when there was none.
+    /// Shows the panel above all others, centred anew if it was off the screen, and gives it the
+    /// keyboard. `eventTime` is the time of the event that asks for it, in milliseconds of the
+    /// display server; 0 when there was none.
     void orderFront(quint32 eventTime);
 
     /// Takes the panel off the screen.
@@ -44,17 +45,14 @@ Q_SIGNALS:
 
 protected:
     void changeEvent(QEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
-    void closeEvent(QCloseEvent* event) override;
 
 private:
     void updateMask();
 
     PanelActivation& desktop;
-    QWidget* contentView = nullptr;
     std::optional<QPoint> dragOffset; ///< of the pointer from the panel's corner
     bool wasKey = false;
 };

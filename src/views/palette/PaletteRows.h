@@ -5,6 +5,7 @@
 #include <QList>
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 namespace vellumry {
@@ -69,8 +70,9 @@ public:
 
 private:
     void addHeader(const QString& title);
-    void addOpenAppRow();
-    void addSnippets(const QList<Snippet>& snippets, const QString& idPrefix, const State& state,
+    void addRow(PaletteRow row);
+    void addSnippets(const QList<Snippet>& snippets, const QString& idPrefix,
+                     const std::optional<QString>& copiedID,
                      const std::function<QString(const Snippet&)>& trailingText);
 
     QList<PaletteRow> rows;

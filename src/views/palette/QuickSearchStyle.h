@@ -44,6 +44,7 @@ struct QuickSearchStyle {
     static constexpr int rowPadding = 12; ///< inside a row, and between its parts
     static constexpr int listMargin = 8;
     static constexpr int listTopMargin = 4;
+    static constexpr int listInset = 1; ///< of the list, which leaves the panel's inner line free
     static constexpr int iconSlot = 20;
     static constexpr int badgeHeight = 20;
     static constexpr int keycapSize = 20;

@@ -1,0 +1,239 @@
+#include "app/AppDelegate.h"
+
+#include "core/Log.h"
+#include "hotkey/HotKeysController.h"
+#include "notifications/NotificationCenter.h"
+#include "palette/CommandPaletteViewModel.h"
+#include "settings/HotkeyServiceProtocol.h"
+#include "settings/SettingsService.h"
+#include "storage/StorageServiceProtocol.h"
+#include "views/common/KeyboardText.h"
+#include "views/common/ToastWindow.h"
+#include "views/palette/CommandPaletteView.h"
+#include "views/palette/KeyablePanel.h"
+#include "views/window/MainWindow.h"
+
+#include <QStringBuilder>
+
+namespace vellumry {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr QSize paletteSize{680, 480};
+/// A moment's loss of the keyboard, shorter than this, does not close the palette.
+constexpr auto focusLossGrace = 100ms;
+constexpr auto openingGuardTime = 300ms;
+/// A start so soon after the machine's counts as one by the login.
+constexpr std::chrono::duration<double> loginStartLimit = 120s;
+/// Where a toast stands when there is no palette.
+constexpr QRect toastPlaceWithoutPalette{190, 195, ToastWindow::toastWidth,
+                                         ToastWindow::toastHeight};
+
+void log(QStringView message)
+{
+    vellumry::log(u"AppDelegate", message);
+}
+
+QString text(bool value)
+{
+    return value ? QStringLiteral("true") : QStringLiteral("false");
+}
+
+/// The time of the press or release that is being handled, for asking for the keyboard.
+quint32 hotKeyEventTime()
+{
+    return hotkey::HotKeysController::backend().lastEventTime();
+}
+
+void dismiss(ToastWindow* toast)
+{
+    if (!toast)
+        return;
+    toast->hide();
+    toast->deleteLater();
+}
+
+/// Lets the keys go that were typed behind the hot key.
+void releaseKeyboard()
+{
+    hotkey::HotKeysController::backend().releaseKeyboard();
+}
+
+} // namespace
+
+AppDelegate::AppDelegate(const Dependencies& dependencies, QObject* parent)
+    : QObject(parent), services(dependencies)
+{
+}
+
+AppDelegate::~AppDelegate()
+{
+    delete toastWindow;
+}
+
+void AppDelegate::applicationDidFinishLaunching()
+{
+    const bool isLaunchAtLoginStart = services.systemUptime() < loginStartLimit;
+    logLine(QString(u"Vellumry launched, isLaunchAtLoginStart: " % text(isLaunchAtLoginStart)));
+    setupPalette();
+    setupHotkey();
+    registerObservers();
+}
+
+void AppDelegate::setupPalette()
+{
+    paletteWindow = std::make_unique<KeyablePanel>(services.panelActivation);
+    paletteWindow->setFixedSize(paletteSize);
+    paletteViewModel = std::make_unique<CommandPaletteViewModel>(
+        CommandPaletteViewModel::Dependencies{services.storageService, services.searchService,
+                                              services.clipboardService, services.notifications,
+                                              services.scheduler, services.clock},
+        [](const Snippet&) {}, [this] { hidePalette(); });
+    paletteView = new CommandPaletteView({*paletteViewModel, services.notifications,
+                                          services.scheduler, services.clock,
+                                          services.collectionColor});
+    paletteWindow->setContentView(paletteView);
+    paletteWindow->center();
+    connect(paletteWindow.get(), &KeyablePanel::gainedKeyStatus, this, releaseKeyboard);
+    connect(paletteWindow.get(), &KeyablePanel::resignedKeyStatus, this,
+            &AppDelegate::paletteResignedKey);
+}
+
+void AppDelegate::preparePalette()
+{
+    paletteWindow->prepare();
+}
+
+void AppDelegate::togglePalette()
+{
+    log(QString(u"togglePalette called, paletteWindow: " % text(paletteWindow != nullptr)));
+    if (!paletteWindow) {
+        log(u"paletteWindow is nil, recreating...");
+        setupPalette();
+    }
+    if (paletteWindow->isVisible() && isPalettePresented) {
+        log(u"hiding palette");
+        hidePalette();
+        releaseKeyboard();
+        return;
+    }
+    log(u"showing palette");
+    paletteViewModel->onAppear();
+    if (mainWindowRef)
+        mainWindowRef->hide();
+    services.scheduler.after(0ms, this, [this, eventTime = hotKeyEventTime()] {
+        paletteWindow->center();
+        paletteWindow->orderFront(eventTime);
+        setPalettePresented(true);
+        log(u"palette shown, isPalettePresented = true");
+    });
+}
+
+void AppDelegate::showQuickSearchToast(const QString& message)
+{
+    toastWindow = new ToastWindow(services.panelActivation);
+    toastWindow->showText(message,
+                          paletteWindow ? paletteWindow->geometry() : toastPlaceWithoutPalette);
+    // Each toast's time ends the toast that stands by then, which can be a newer one.
+    services.scheduler.after(ToastWindow::holdTime, this, [this, own = toastWindow] {
+        const auto end = [this, own] {
+            dismiss(toastWindow);
+            dismiss(own);
+            toastWindow = nullptr;
+        };
+        if (toastWindow)
+            toastWindow->fade(ToastWindow::fadeTime, end);
+        else
+            end();
+    });
+}
+
+void AppDelegate::openOrCreateMainWindow()
+{
+    logLine(u"openOrCreateMainWindow called");
+    if (isOpeningMainWindow) {
+        logLine(u"openOrCreateMainWindow: already in progress, skipping");
+        return;
+    }
+    isOpeningMainWindow = true;
+    if (!mainWindowRef)
+        mainWindowRef = std::make_unique<MainWindow>();
+    mainWindowRef->setHotkeyText(keyboardText(services.settings.quickSearchHotkey()));
+    mainWindowRef->setLibrary(services.storageService.loadSnippets().size(),
+                              services.libraryFolderName());
+    mainWindowRef->show();
+    mainWindowRef->raise();
+    mainWindowRef->activateWindow();
+    resetOpeningFlag();
+}
+
+void AppDelegate::setupHotkey()
+{
+    const HotkeyConfig config = services.settings.quickSearchHotkey();
+    log(QString(u"setupHotkey - key: " % config.key % u", modifiers: " %
+                QString::fromStdString(config.modifiers.description())));
+    services.hotkeyService.registerGlobalHotkey(config.key, config.modifiers, [this] {
+        log(u"hotkey callback triggered");
+        log(u"calling togglePalette");
+        togglePalette();
+    });
+}
+
+void AppDelegate::reregisterHotkey(const HotkeyConfig& config)
+{
+    services.hotkeyService.unregisterHotkey();
+    services.hotkeyService.registerGlobalHotkey(config.key, config.modifiers,
+                                                [this] { togglePalette(); });
+}
+
+void AppDelegate::registerObservers()
+{
+    const NotificationCenter& center = services.notifications;
+    connect(&center, &NotificationCenter::openMainWindow, this,
+            &AppDelegate::openOrCreateMainWindow);
+    connect(&center, &NotificationCenter::openSnippetInApp, this,
+            &AppDelegate::openOrCreateMainWindow);
+    connect(&center, &NotificationCenter::hotkeyDidChange, this, &AppDelegate::reregisterHotkey);
+    connect(&center, &NotificationCenter::quickSearchShowToast, this,
+            [this](const std::optional<QString>& message) {
+                showQuickSearchToast(message.value_or(QStringLiteral("Copied to Clipboard")));
+            });
+    connect(&center, &NotificationCenter::togglePalette, this, &AppDelegate::togglePalette);
+    connect(&center, &NotificationCenter::dismissQuickSearch, this, [this] {
+        if (paletteWindow && paletteWindow->isVisible()) {
+            log(u"dismissPalette called");
+            hidePalette();
+        }
+    });
+}
+
+void AppDelegate::setPalettePresented(bool isPresented)
+{
+    isPalettePresented = isPresented;
+    paletteView->setPresented(isPresented);
+}
+
+void AppDelegate::hidePalette()
+{
+    paletteWindow->orderOut();
+    setPalettePresented(false);
+}
+
+void AppDelegate::paletteResignedKey()
+{
+    services.scheduler.after(focusLossGrace, this, [this] {
+        if (paletteWindow->isKey() || !isPalettePresented)
+            return;
+        log(u"palette lost focus, hiding");
+        hidePalette();
+    });
+}
+
+void AppDelegate::resetOpeningFlag()
+{
+    services.scheduler.after(openingGuardTime, this, [this] { isOpeningMainWindow = false; });
+}
+
+} // namespace vellumry

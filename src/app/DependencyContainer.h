@@ -1,0 +1,46 @@
+#pragma once
+
+#include <memory>
+
+namespace vellumry {
+
+class ClipboardServiceProtocol;
+class CollectionFileStorageService;
+class FuzzySearchService;
+class HotkeyService;
+class Pasteboard;
+class SearchServiceProtocol;
+class SettingsService;
+class StorageServiceProtocol;
+
+/// The services of the program. Each slot is filled when it is first read and kept for the life
+/// of the process. Main thread only, but for the construction of shared().
+class DependencyContainer {
+public:
+    [[nodiscard]] static DependencyContainer& shared();
+
+    DependencyContainer();
+    ~DependencyContainer();
+    DependencyContainer(const DependencyContainer&) = delete;
+    DependencyContainer& operator=(const DependencyContainer&) = delete;
+
+    [[nodiscard]] CollectionFileStorageService& collectionFileStorageService();
+    /// The same object, seen through the protocol.
+    [[nodiscard]] StorageServiceProtocol& storageService();
+    [[nodiscard]] ClipboardServiceProtocol& clipboardService();
+    [[nodiscard]] SearchServiceProtocol& searchService();
+    [[nodiscard]] HotkeyService& hotkeyService();
+    [[nodiscard]] SettingsService& settings();
+
+    /// The search service as what it is, for preparing it ahead of the first query.
+    [[nodiscard]] FuzzySearchService& fuzzySearchService();
+
+private:
+    std::unique_ptr<Pasteboard> pasteboard;
+    std::unique_ptr<ClipboardServiceProtocol> clipboard;
+    std::unique_ptr<FuzzySearchService> search;
+    std::unique_ptr<HotkeyService> hotkey;
+    std::unique_ptr<SettingsService> settingsService;
+};
+
+} // namespace vellumry

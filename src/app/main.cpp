@@ -1,0 +1,6 @@
+#include "app/VellumryApp.h"
+
+int main(int argc, char** argv)
+{
+    return vellumry::VellumryApp::run(argc, argv);
+}

@@ -1,0 +1,170 @@
+#include "platform/linux/X11WindowActivation.h"
+
+#include <QGuiApplication>
+#include <QWindow>
+#include <xcb/xcb.h>
+#include <xcb/xfixes.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+namespace vellumry {
+
+namespace {
+
+struct FreeReply {
+    void operator()(void* reply) const { std::free(reply); }
+};
+template <typename Reply>
+using ReplyPointer = std::unique_ptr<Reply, FreeReply>;
+
+/// Tells the window manager that the person, not the program, asks for the window.
+constexpr std::uint32_t sourceIsPerson = 2;
+
+xcb_connection_t* connectionOfQt()
+{
+    // On other platforms the interface may exist without a connection behind it.
+    if (QGuiApplication::platformName() != QLatin1String("xcb"))
+        return nullptr;
+    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    return x11 ? x11->connection() : nullptr;
+}
+
+} // namespace
+
+X11WindowActivation::X11WindowActivation() : connection(connectionOfQt())
+{
+    if (!connection)
+        return;
+    root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+    compositorSelection = atom("_NET_WM_CM_S0");
+    compositing = hasCompositor();
+    followCompositor();
+}
+
+X11WindowActivation::~X11WindowActivation()
+{
+    if (selectionNotifyEvent >= 0 && qApp)
+        qApp->removeNativeEventFilter(this);
+}
+
+void X11WindowActivation::prepareToShow(QWindow& window, quint32 eventTime)
+{
+    if (!connection)
+        return;
+    const auto id = static_cast<xcb_window_t>(window.winId());
+    if (eventTime != 0) {
+        xcb_change_property(connection, XCB_PROP_MODE_REPLACE, id, atom("_NET_WM_USER_TIME"),
+                            XCB_ATOM_CARDINAL, 32, 1, &eventTime);
+    }
+    // Qt keeps what it finds here and adds its own states when it shows the window.
+    const std::uint32_t states[] = {atom("_NET_WM_STATE_SKIP_TASKBAR"),
+                                    atom("_NET_WM_STATE_SKIP_PAGER")};
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, id, atom("_NET_WM_STATE"), XCB_ATOM_ATOM,
+                        32, 2, states);
+}
+
+void X11WindowActivation::activate(QWindow& window, quint32 eventTime)
+{
+    if (!connection) {
+        window.requestActivate();
+        return;
+    }
+    const auto id = static_cast<xcb_window_t>(window.winId());
+    if (hasWindowManager()) {
+        xcb_client_message_event_t message{};
+        message.response_type = XCB_CLIENT_MESSAGE;
+        message.format = 32;
+        message.window = id;
+        message.type = atom("_NET_ACTIVE_WINDOW");
+        message.data.data32[0] = sourceIsPerson;
+        message.data.data32[1] = eventTime;
+        xcb_send_event(connection, 0, root,
+                       XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                       reinterpret_cast<const char*>(&message));
+    } else {
+        xcb_set_input_focus(connection, XCB_INPUT_FOCUS_POINTER_ROOT, id, XCB_CURRENT_TIME);
+    }
+    xcb_flush(connection);
+}
+
+std::uint32_t X11WindowActivation::atom(const char* name) const
+{
+    const auto cookie =
+        xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(std::strlen(name)), name);
+    const ReplyPointer<xcb_intern_atom_reply_t> reply(
+        xcb_intern_atom_reply(connection, cookie, nullptr));
+    return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
+}
+
+bool X11WindowActivation::hasWindowManager() const
+{
+    const auto property = atom("_NET_SUPPORTING_WM_CHECK");
+    const auto check = [this, property](xcb_window_t window) -> xcb_window_t {
+        const auto cookie =
+            xcb_get_property(connection, 0, window, property, XCB_ATOM_WINDOW, 0, 1);
+        const ReplyPointer<xcb_get_property_reply_t> reply(
+            xcb_get_property_reply(connection, cookie, nullptr));
+        if (!reply || reply->format != 32 || xcb_get_property_value_length(reply.get()) < 4)
+            return XCB_WINDOW_NONE;
+        xcb_window_t value = XCB_WINDOW_NONE;
+        std::memcpy(&value, xcb_get_property_value(reply.get()), sizeof value);
+        return value;
+    };
+    // A manager that has gone may have left the property on the root, but not its own window.
+    const xcb_window_t manager = check(root);
+    return manager != XCB_WINDOW_NONE && check(manager) == manager;
+}
+
+bool X11WindowActivation::hasCompositor() const
+{
+    const auto cookie = xcb_get_selection_owner(connection, compositorSelection);
+    const ReplyPointer<xcb_get_selection_owner_reply_t> reply(
+        xcb_get_selection_owner_reply(connection, cookie, nullptr));
+    return reply && reply->owner != XCB_WINDOW_NONE;
+}
+
+void X11WindowActivation::followCompositor()
+{
+    const auto* extension = xcb_get_extension_data(connection, &xcb_xfixes_id);
+    if (!extension || !extension->present)
+        return;
+    const ReplyPointer<xcb_xfixes_query_version_reply_t> version(xcb_xfixes_query_version_reply(
+        connection,
+        xcb_xfixes_query_version(connection, XCB_XFIXES_MAJOR_VERSION, XCB_XFIXES_MINOR_VERSION),
+        nullptr));
+    if (!version)
+        return;
+    xcb_xfixes_select_selection_input(connection, root, compositorSelection,
+                                      XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
+                                          XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
+                                          XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
+    selectionNotifyEvent = extension->first_event + XCB_XFIXES_SELECTION_NOTIFY;
+    qApp->installNativeEventFilter(this);
+}
+
+bool X11WindowActivation::nativeEventFilter(const QByteArray& eventType, void* message, qintptr*)
+{
+    if (eventType != "xcb_generic_event_t")
+        return false;
+    const auto* event = static_cast<const xcb_generic_event_t*>(message);
+    if ((event->response_type & 0x7f) != selectionNotifyEvent)
+        return false;
+    const auto* change = reinterpret_cast<const xcb_xfixes_selection_notify_event_t*>(event);
+    if (change->selection == compositorSelection)
+        QMetaObject::invokeMethod(this, &X11WindowActivation::updateCompositing,
+                                  Qt::QueuedConnection);
+    return false;
+}
+
+void X11WindowActivation::updateCompositing()
+{
+    const bool isOn = hasCompositor();
+    if (isOn == compositing)
+        return;
+    compositing = isOn;
+    Q_EMIT compositingChanged(isOn);
+}
+
+} // namespace vellumry

@@ -1,0 +1,191 @@
+#include "storage/CollectionFileCache.h"
+
+#include <QHashFunctions>
+#include <QStringBuilder>
+
+#include <algorithm>
+#include <utility>
+
+namespace vellumry {
+
+namespace {
+
+quint64 hashOf(QByteArrayView bytes)
+{
+    constexpr size_t seed = 0x76656c6c756d7279;
+    static_assert(sizeof(size_t) == sizeof(quint64));
+    return qHashBits(bytes.data(), static_cast<size_t>(bytes.size()), seed);
+}
+
+/// The text that comes back from UTF-8: a lone surrogate has no form there.
+QString storedText(const QString& text)
+{
+    return text.isValidUtf16() ? text : QString::fromUtf8(text.toUtf8());
+}
+
+std::optional<Date> storedDate(std::optional<Date> date)
+{
+    return date ? std::optional(truncatedToMilliseconds(*date)) : std::nullopt;
+}
+
+SyncCollection storedCollection(const SyncCollection& collection)
+{
+    return {.id = storedText(collection.id),
+            .name = storedText(collection.name),
+            .color = collection.color ? std::optional(storedText(*collection.color)) : std::nullopt,
+            .createdAt = truncatedToMilliseconds(collection.createdAt)};
+}
+
+/// The snippet that comes back from a file; the very same handle where nothing is lost.
+Snippet storedSnippet(const Snippet& snippet)
+{
+    SnippetFields stored = snippet.fields();
+    for (QString* text :
+         {&stored.id, &stored.title, &stored.subtitle, &stored.collection, &stored.content})
+        *text = storedText(*text);
+    for (QString& keyword : stored.keywords) {
+        if (!keyword.isValidUtf16())
+            keyword = storedText(keyword);
+    }
+    stored.createdAt = truncatedToMilliseconds(stored.createdAt);
+    stored.updatedAt = truncatedToMilliseconds(stored.updatedAt);
+    stored.lastUsedAt = storedDate(stored.lastUsedAt);
+    QMap<QString, QString> variables;
+    for (auto it = stored.variables.cbegin(); it != stored.variables.cend(); ++it)
+        variables.insert(storedText(it.key()), storedText(it.value()));
+    stored.variables = variables;
+    return stored == snippet.fields() ? snippet : Snippet(std::move(stored));
+}
+
+/// The snippets that come back from a file. `before` are those that it held until now: what they
+/// have in common by memory has been through a file already.
+QList<Snippet> storedSnippets(const QList<Snippet>& snippets, const QList<Snippet>& before)
+{
+    QList<Snippet> stored;
+    stored.reserve(snippets.size());
+    qsizetype next = 0;
+    for (const Snippet& snippet : snippets) {
+        const auto isAt = [&](qsizetype i) {
+            return i < before.size() && before[i].sharesDataWith(snippet);
+        };
+        if (!isAt(next) && isAt(next + 1))
+            ++next;
+        if (isAt(next)) {
+            stored.append(snippet);
+            ++next;
+        } else {
+            stored.append(storedSnippet(snippet));
+        }
+    }
+    return stored;
+}
+
+} // namespace
+
+void CollectionFileCache::beginWalk(const QString& walkedFolder, const QStringList& baseNames)
+{
+    ++walk;
+    if (folder != walkedFolder) {
+        folder = walkedFolder;
+        entries.clear();
+        folderTime.reset();
+    }
+    const QSet<QString> listed(baseNames.cbegin(), baseNames.cend());
+    entries.removeIf([&](const auto& entry) { return !listed.contains(entry.key()); });
+}
+
+CollectionFile& CollectionFileCache::file(const QString& baseName, JSONDecoder& decoder)
+{
+    const auto known = entries.constFind(baseName);
+    if (known == entries.cend() || known->walk != walk)
+        check(baseName, decoder);
+    Entry& entry = entries[baseName];
+    if (entry.failure)
+        throw *entry.failure;
+    return entry.file;
+}
+
+CollectionFile* CollectionFileCache::decodableFile(const QString& baseName, JSONDecoder& decoder)
+{
+    try {
+        return &file(baseName, decoder);
+    } catch (const FileError&) {
+        return nullptr;
+    } catch (const DecodingError&) {
+        return nullptr;
+    }
+}
+
+void CollectionFileCache::check(const QString& baseName, JSONDecoder& decoder)
+{
+    const QString path = folder % u'/' % baseName % u".json";
+    const auto known = entries.find(baseName);
+    if (known != entries.end() && known->isSettled && files.stamp(path) == known->stamp) {
+        known->walk = walk;
+        return;
+    }
+    // Whatever fails from here on, nothing is known about the file any more.
+    const std::optional<Entry> before =
+        known == entries.end() ? std::nullopt : std::optional(entries.take(baseName));
+
+    const FileContents contents = files.read(path);
+    Entry entry;
+    entry.stamp = contents.stamp;
+    entry.isSettled = isSettled(contents);
+    entry.walk = walk;
+    const bool wasInDoubt = before && before->hash;
+    if (wasInDoubt || !entry.isSettled)
+        entry.hash = hashOf(contents.bytes.view());
+    if (wasInDoubt && before->hash == entry.hash) {
+        entry.file = before->file;
+        entry.failure = before->failure;
+    } else {
+        try {
+            CollectionFileData decoded = decoder.decode<CollectionFileData>(contents.bytes);
+            entry.file = {.collection = std::move(decoded.collection),
+                          .snippets = std::move(decoded.snippets)};
+        } catch (const DecodingError& error) {
+            entry.failure = error;
+        }
+    }
+    if (entry.isSettled)
+        entry.hash.reset();
+    entries.insert(baseName, std::move(entry));
+}
+
+void CollectionFileCache::remember(const QString& baseName, const std::optional<FileStamp>& stamp,
+                                   QByteArrayView bytes, const CollectionFileData& written)
+{
+    const Entry before = entries.take(baseName);
+    // A file that is too large to be read will not come back.
+    if (!stamp || bytes.size() > FileSystem::largestFile)
+        return;
+    Entry entry;
+    entry.stamp = *stamp;
+    entry.hash = hashOf(bytes);
+    entry.walk = walk;
+    entry.file = {.collection = storedCollection(written.collection),
+                  .snippets = storedSnippets(written.snippets, before.file.snippets)};
+    entries.insert(baseName, std::move(entry));
+}
+
+void CollectionFileCache::noteTime(const std::optional<FileStamp>& stamp)
+{
+    folderTime = stamp;
+}
+
+/// Whether the time on the file's system, when the file was read, was surely another tick than
+/// that of the file's last change.
+bool CollectionFileCache::isSettled(const FileContents& contents) const
+{
+    Date now = contents.readAt;
+    if (!contents.precision.followsMachineClock) {
+        if (!folderTime || folderTime->device != contents.stamp.device)
+            return false;
+        now = folderTime->modified;
+    }
+    const Date lastChange = std::max(contents.stamp.modified, contents.stamp.changed);
+    return now - lastChange > contents.precision.slack;
+}
+
+} // namespace vellumry

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "models/CollectionFileData.h"
+#include "models/JSONDecoder.h"
+#include "platform/FileSystem.h"
+
+#include <QHash>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace vellumry {
+
+/// What a collection file says, with dates and texts as the file holds them.
+struct CollectionFile {
+    SyncCollection collection;
+    QList<Snippet> snippets;
+    bool hasUniqueIds = false; ///< whether the ids of the snippets are known to differ
+};
+
+/// The collection files of the data folder as they stand on disk. To its users it is as if every
+/// file were read and decoded each time; in truth a file is opened only if it may have changed
+/// since the last time.
+///
+/// An unchanged stamp proves an unchanged file only if the file's last change is far enough in
+/// the past: file systems keep time in ticks, and a second change within the tick of the first
+/// leaves the stamp as it is. A file that was read soon after a change is therefore read again and
+/// compared by a hash of its bytes, until the tick is over for sure.
+///
+/// Main thread only.
+class CollectionFileCache {
+public:
+    explicit CollectionFileCache(FileSystem& fileSystem) : files(fileSystem) {}
+
+    /// Starts a walk over the folder, which lists collection files of these base names. Whatever
+    /// else was known is forgotten, and each file is checked against the disk once in the walk.
+    void beginWalk(const QString& folder, const QStringList& baseNames);
+
+    /// The file as it stands. Throws FileError when it cannot be read and DecodingError when it is
+    /// no collection file. Valid until the next call.
+    [[nodiscard]] CollectionFile& file(const QString& baseName, JSONDecoder& decoder);
+
+    /// The same; null when it cannot be read or is no collection file.
+    [[nodiscard]] CollectionFile* decodableFile(const QString& baseName, JSONDecoder& decoder);
+
+    /// Remembers what was written, `bytes`, so that the own file need not be decoded. The stamp
+    /// is that of FileSystem::write.
+    void remember(const QString& baseName, const std::optional<FileStamp>& stamp,
+                  QByteArrayView bytes, const CollectionFileData& written);
+
+    void forget(const QString& baseName) { entries.remove(baseName); }
+    void clear() { entries.clear(); }
+
+    /// Tells the time by the clock of the folder's file system: the stamp of a file written there
+    /// just now.
+    void noteTime(const std::optional<FileStamp>& stamp);
+
+private:
+    struct Entry {
+        FileStamp stamp;
+        bool isSettled = false;      ///< an equal stamp proves an unchanged file
+        std::optional<quint64> hash; ///< of the bytes, while not settled
+        unsigned walk = 0;           ///< the last walk in which it was checked
+        CollectionFile file;
+        std::optional<DecodingError> failure; ///< why the file is no collection file
+    };
+
+    void check(const QString& baseName, JSONDecoder& decoder);
+    [[nodiscard]] bool isSettled(const FileContents& contents) const;
+
+    FileSystem& files;
+    QString folder;
+    QHash<QString, Entry> entries; ///< by base name
+    std::optional<FileStamp> folderTime;
+    unsigned walk = 0;
+};
+
+} // namespace vellumry

@@ -1,0 +1,79 @@
+#include "views/palette/PaletteFooter.h"
+
+#include "views/common/Fonts.h"
+#include "views/common/Icon.h"
+#include "views/common/Strokes.h"
+#include "views/palette/QuickSearchStyle.h"
+
+#include <QPainter>
+
+#include <array>
+
+namespace vellumry {
+
+namespace {
+
+const std::array<DarkKeyboardHint, 3> hints{
+    {{QStringLiteral("↵"), QStringLiteral("Copy")},
+     {QStringLiteral("→"), QStringLiteral("Open")},
+     {QStringLiteral("esc"), QStringLiteral("Close")}},
+};
+
+constexpr int marginLeft = 18;
+constexpr int marginRight = 16;
+constexpr int logoSize = 16;
+constexpr int logoGap = 8;
+constexpr int hintGap = 16;
+constexpr int labelGap = 6;
+constexpr int keyPadding = 6;
+constexpr int keyRadius = 4;
+
+} // namespace
+
+PaletteFooter::PaletteFooter(QWidget* parent) : QWidget(parent)
+{
+    setAccessibleName(QStringLiteral("Vellumry"));
+    setAccessibleDescription(QStringLiteral("Return: Copy, Right Arrow: Open, Escape: Close"));
+}
+
+void PaletteFooter::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.fillRect(QRectF(0, 0, width(), lineWidth(painter)), QuickSearchStyle::hairline);
+
+    const QFont labelFont = uiFont(12);
+    const QFont keyFont = uiFont(11, QFont::Medium);
+    const QFontMetrics labelMetrics(labelFont);
+    const QFontMetrics keyMetrics(keyFont);
+
+    Icon(QStringLiteral("SidebarLogo"))
+        .paint(painter, {marginLeft, (height() - logoSize) / 2.0}, logoSize,
+               QuickSearchStyle::iconNeutral);
+    painter.setFont(labelFont);
+    painter.setPen(QuickSearchStyle::badgeText);
+    painter.drawText(rect().adjusted(marginLeft + logoSize + logoGap, 0, 0, 0),
+                     Qt::AlignVCenter | Qt::AlignLeft, QStringLiteral("Vellumry"));
+
+    int right = width() - marginRight;
+    for (auto hint = hints.rbegin(); hint != hints.rend(); ++hint) {
+        const int labelWidth = labelMetrics.horizontalAdvance(hint->label);
+        painter.setFont(labelFont);
+        painter.setPen(QuickSearchStyle::badgeText);
+        painter.drawText(QRect(right - labelWidth, 0, labelWidth, height()), Qt::AlignCenter,
+                         hint->label);
+        right -= labelWidth + labelGap;
+
+        const int keyWidth = std::max(QuickSearchStyle::keycapSize,
+                                      keyMetrics.horizontalAdvance(hint->key) + 2 * keyPadding);
+        const QRect cap(right - keyWidth, (height() - QuickSearchStyle::keycapSize) / 2, keyWidth,
+                        QuickSearchStyle::keycapSize);
+        fillRounded(painter, cap, keyRadius, QuickSearchStyle::keycapFill);
+        strokeRounded(painter, cap, keyRadius, QuickSearchStyle::keycapStroke);
+        painter.setFont(keyFont);
+        painter.setPen(QuickSearchStyle::keycapText);
+        painter.drawText(cap, Qt::AlignCenter, hint->key);
+        right -= keyWidth + hintGap;
+    }
+}
+
+} // namespace vellumry

@@ -1,0 +1,216 @@
+#include "views/palette/PaletteRowDelegate.h"
+
+#include "core/Text.h"
+#include "views/common/Fonts.h"
+#include "views/common/Icon.h"
+#include "views/common/Strokes.h"
+#include "views/palette/PaletteListModel.h"
+#include "views/palette/QuickSearchStyle.h"
+
+#include <QPainter>
+
+#include <utility>
+
+namespace vellumry {
+
+namespace {
+
+constexpr int cachedRows = 500;
+constexpr int longestShownText = 300; ///< characters; more never fits, but costs to lay out
+constexpr int dotSize = 8;
+constexpr int symbolSize = 18;
+constexpr int badgePadding = 8;
+constexpr int badgeRadius = 5;
+constexpr int leastDetailWidth = 24; ///< below it the detail gives way altogether
+constexpr int textX = 2 * QuickSearchStyle::rowPadding + QuickSearchStyle::iconSlot;
+
+QString singleLine(const QString& text)
+{
+    QString line = prefixOfCharacters(text, longestShownText);
+    for (QChar& c : line) {
+        if (c == u'\t' || (isSpaceOrLineBreak(c) && !isHorizontalSpace(c)))
+            c = u' ';
+    }
+    return line;
+}
+
+QStaticText laidOut(const QString& text, const QFont& font)
+{
+    QStaticText result(text);
+    result.setTextFormat(Qt::PlainText);
+    result.setPerformanceHint(QStaticText::AggressiveCaching);
+    result.prepare({}, font);
+    return result;
+}
+
+QStaticText fitted(const QString& text, const QFont& font, qreal width)
+{
+    return laidOut(QFontMetricsF(font).elidedText(text, Qt::ElideRight, width), font);
+}
+
+void drawCentered(QPainter& painter, qreal x, qreal centerY, const QStaticText& text)
+{
+    painter.drawStaticText(QPointF(x, centerY - text.size().height() / 2), text);
+}
+
+} // namespace
+
+PaletteRowDelegate::PaletteRowDelegate(const PaletteListModel& lines, CollectionColor color,
+                                       QObject* parent)
+    : QAbstractItemDelegate(parent), model(lines), collectionColor(std::move(color)),
+      headerFont(uiFont(11, QFont::DemiBold)), titleFont(uiFont(14, QFont::Medium)),
+      detailFont(uiFont(12)), badgeFont(uiFont(11, QFont::Medium)), texts(cachedRows)
+{
+    headerFont.setLetterSpacing(QFont::PercentageSpacing, 102);
+}
+
+int PaletteRowDelegate::lineHeight(int line) const
+{
+    const int own =
+        model.line(line).isHeader() ? QuickSearchStyle::headerHeight : QuickSearchStyle::rowHeight;
+    const int above = line == 0 ? QuickSearchStyle::listTopMargin : 0;
+    const int below = line == model.rowCount() - 1 ? QuickSearchStyle::listMargin : 0;
+    return above + own + below;
+}
+
+QRect PaletteRowDelegate::rowRect(int line, const QRect& lineRect) const
+{
+    const int above = line == 0 ? QuickSearchStyle::listTopMargin : 0;
+    const int margin = QuickSearchStyle::listMargin - QuickSearchStyle::listInset;
+    return {lineRect.x() + margin, lineRect.y() + above, lineRect.width() - 2 * margin,
+            QuickSearchStyle::rowHeight};
+}
+
+QSize PaletteRowDelegate::sizeHint(const QStyleOptionViewItem&, const QModelIndex& index) const
+{
+    return {0, lineHeight(index.row())};
+}
+
+void PaletteRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                               const QModelIndex& index) const
+{
+    const PaletteRow& row = model.line(index.row());
+    if (row.isHeader())
+        paintHeader(*painter, option.rect, row);
+    else
+        paintRow(*painter, rowRect(index.row(), option.rect), row, index.row() == selectedLine);
+}
+
+void PaletteRowDelegate::paintHeader(QPainter& painter, const QRect& line,
+                                     const PaletteRow& row) const
+{
+    constexpr int lowering = 1; // the text stands nearer to the rows below it
+    const int x = line.x() + QuickSearchStyle::listMargin - QuickSearchStyle::listInset +
+                  QuickSearchStyle::rowPadding;
+    const qreal centerY = line.bottom() + 1 - QuickSearchStyle::headerHeight / 2.0 + lowering;
+    painter.setFont(headerFont);
+    painter.setPen(QuickSearchStyle::subtleTextColor);
+    drawCentered(painter, x, centerY, textsOf(row, line.width()).title);
+}
+
+void PaletteRowDelegate::paintRow(QPainter& painter, const QRect& rect, const PaletteRow& row,
+                                  bool isSelected) const
+{
+    if (isSelected) {
+        fillRounded(painter, rect, QuickSearchStyle::rowRadius,
+                    QuickSearchStyle::selectionBackground);
+        strokeRounded(painter, rect, QuickSearchStyle::rowRadius,
+                      QuickSearchStyle::selectionStroke);
+    } else if (hoveredIndex == row.hoverIndex) {
+        fillRounded(painter, rect, QuickSearchStyle::rowRadius, QuickSearchStyle::hoverBackground);
+    }
+    paintLeading(painter, rect, row);
+
+    const RowTexts& text = textsOf(row, rect.width());
+    const qreal centerY = rect.y() + rect.height() / 2.0;
+    const QColor secondary =
+        isSelected ? QuickSearchStyle::textOnSelection : QuickSearchStyle::badgeText;
+    qreal x = rect.x() + textX;
+    painter.setFont(titleFont);
+    painter.setPen(QuickSearchStyle::text);
+    drawCentered(painter, x, centerY, text.title);
+
+    x += text.title.size().width() + QuickSearchStyle::rowPadding;
+    painter.setFont(detailFont);
+    painter.setPen(secondary);
+    drawCentered(painter, x, centerY, text.detail);
+
+    const qreal right = rect.right() + 1 - QuickSearchStyle::rowPadding;
+    if (row.isCopied) {
+        Icon(QStringLiteral("checkmark"))
+            .paint(painter, {right - symbolSize, centerY - symbolSize / 2.0}, symbolSize,
+                   QuickSearchStyle::iconGreen);
+    } else if (!row.badge.isEmpty()) {
+        const qreal width = text.badge.size().width() + 2 * badgePadding;
+        const QRectF badge(right - width, centerY - QuickSearchStyle::badgeHeight / 2.0, width,
+                           QuickSearchStyle::badgeHeight);
+        fillRounded(painter, badge, badgeRadius, QuickSearchStyle::badgeFill);
+        painter.setFont(badgeFont);
+        painter.setPen(secondary);
+        drawCentered(painter, badge.x() + badgePadding, centerY, text.badge);
+    } else {
+        drawCentered(painter, right - text.trailing.size().width(), centerY, text.trailing);
+    }
+}
+
+void PaletteRowDelegate::paintLeading(QPainter& painter, const QRect& rect,
+                                      const PaletteRow& row) const
+{
+    const QPointF center(rect.x() + QuickSearchStyle::rowPadding + QuickSearchStyle::iconSlot / 2.0,
+                         rect.y() + rect.height() / 2.0);
+    if (row.kind == PaletteRowKind::openApp) {
+        Icon(QStringLiteral("macwindow"))
+            .paint(painter, center - QPointF(symbolSize, symbolSize) / 2, symbolSize,
+                   QuickSearchStyle::iconNeutral);
+    } else {
+        fillRounded(
+            painter,
+            QRectF(0, 0, dotSize, dotSize).translated(center - QPointF(dotSize, dotSize) / 2),
+            dotSize / 2.0, collectionColor(row.detail));
+    }
+}
+
+const PaletteRowDelegate::RowTexts& PaletteRowDelegate::textsOf(const PaletteRow& row,
+                                                                int rowWidth) const
+{
+    constexpr QChar separator(0x1f);
+    const QString key = QString::number(rowWidth) + separator +
+                        QString::number(static_cast<int>(row.kind)) + separator + row.title +
+                        separator + row.detail + separator + row.trailing + separator + row.badge;
+    if (const RowTexts* known = texts.object(key))
+        return *known;
+    auto fresh = layOut(row, rowWidth);
+    const RowTexts& result = *fresh;
+    texts.insert(key, fresh.release());
+    return result;
+}
+
+std::unique_ptr<PaletteRowDelegate::RowTexts> PaletteRowDelegate::layOut(const PaletteRow& row,
+                                                                         int rowWidth) const
+{
+    auto result = std::make_unique<RowTexts>();
+    if (row.isHeader()) {
+        result->title = laidOut(row.title, headerFont);
+        return result;
+    }
+    constexpr int gap = QuickSearchStyle::rowPadding;
+    result->badge = laidOut(row.badge, badgeFont);
+    result->trailing = laidOut(row.trailing, detailFont);
+    qreal endWidth = result->trailing.size().width();
+    if (!row.badge.isEmpty())
+        endWidth = result->badge.size().width() + 2 * badgePadding;
+    if (row.isCopied)
+        endWidth = symbolSize;
+    const qreal room = rowWidth - textX - QuickSearchStyle::rowPadding - endWidth - gap;
+
+    // The detail is cut first, the title only when the detail has gone.
+    const QString title = singleLine(row.title);
+    const QString detail = singleLine(row.detail);
+    result->title = fitted(title, titleFont, room);
+    const qreal detailRoom = room - result->title.size().width() - gap;
+    if (detailRoom >= leastDetailWidth)
+        result->detail = fitted(detail, detailFont, detailRoom);
+    return result;
+}
+
+} // namespace vellumry
