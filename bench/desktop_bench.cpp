@@ -40,7 +40,7 @@ constexpr int presses = 50;
 constexpr int starts = 15;
 constexpr uint32_t desktopColour = 0xff00ff; ///< no program here shows it
 constexpr const char* hotKeyReady = "已注册热键";
-constexpr const char* barePrograms = "ready";
+constexpr const char* bareReady = "ready";
 
 double milliseconds(Clock::duration time)
 {
@@ -303,7 +303,7 @@ void startToReady(int count)
     std::vector<double> bare;
     for (int i = 0; i < starts; ++i) {
         ours.push_back(Process({VELLUMRY_PROGRAM}).waitFor(hotKeyReady));
-        bare.push_back(Process({BARE_PROGRAM}).waitFor(barePrograms));
+        bare.push_back(Process({BARE_PROGRAM}).waitFor(bareReady));
     }
     std::printf("process start to hot key ready, N=%d: median %.1f ms; bare Qt Widgets program to "
                 "QApplication: median %.1f ms; ratio %.2f (goal 3.00)\n",
@@ -315,7 +315,7 @@ void idleMemory(int count)
     Process program({VELLUMRY_PROGRAM});
     Process bare({BARE_PROGRAM});
     program.waitFor("加载成功");
-    bare.waitFor(barePrograms);
+    bare.waitFor(bareReady);
     std::this_thread::sleep_for(2s);
     std::printf("memory (PSS) idle, N=%d: %ld KiB; bare Qt Widgets program: %ld KiB; ratio %.2f "
                 "(goal 1.60)\n",

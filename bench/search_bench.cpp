@@ -1,4 +1,5 @@
-// Search and what prepares it, against what the machine can do at best and against the plainest way.
+// Search and what prepares it, against what the machine can do at best and against the plainest
+// way.
 //
 //   search_bench [N ...]     measures with libraries of N snippets, by default 1000 10000 100000
 
@@ -51,12 +52,11 @@ __attribute__((target("avx2"))) quint64 vectorSum(const unsigned char* begin,
     for (; end - begin >= 128; begin += 128) {
         for (int i = 0; i < 4; ++i) {
             const auto* source = reinterpret_cast<const __m256i*>(begin) + i;
-            sums[i] = _mm256_add_epi64(
-                sums[i], _mm256_sad_epu8(_mm256_loadu_si256(source), zero));
+            sums[i] = _mm256_add_epi64(sums[i], _mm256_sad_epu8(_mm256_loadu_si256(source), zero));
         }
     }
-    const __m256i sum = _mm256_add_epi64(_mm256_add_epi64(sums[0], sums[1]),
-                                         _mm256_add_epi64(sums[2], sums[3]));
+    const __m256i sum =
+        _mm256_add_epi64(_mm256_add_epi64(sums[0], sums[1]), _mm256_add_epi64(sums[2], sums[3]));
     alignas(32) quint64 parts[4];
     _mm256_store_si256(reinterpret_cast<__m256i*>(parts), sum);
     return std::accumulate(begin, end, parts[0] + parts[1] + parts[2] + parts[3]);
@@ -137,8 +137,7 @@ void measureSearches(const QList<Snippet>& snippets)
         const double share = static_cast<double>(found.size()) / count * 100;
         char what[128];
         std::snprintf(what, sizeof what, "search, %s: %.1f %% hits", query.what.c_str(), share);
-        bench::printTimes(
-            {what, count, times[0], sumName, times[1], goalAt(count, query.goal)});
+        bench::printTimes({what, count, times[0], sumName, times[1], goalAt(count, query.goal)});
         if (!query.isNaiveToo)
             continue;
         variants[1] = {[&] { keep(test::naiveSearch(query.text, snippets)); }, {}};
@@ -151,8 +150,8 @@ void measureSearches(const QList<Snippet>& snippets)
 
 struct FreshPages {
     explicit FreshPages(size_t bytes)
-        : size(bytes), memory(mmap(nullptr, size, PROT_READ | PROT_WRITE,
-                                   MAP_PRIVATE | MAP_ANONYMOUS, -1, 0))
+        : size(bytes),
+          memory(mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0))
     {
         if (memory == MAP_FAILED)
             std::abort();
@@ -203,8 +202,8 @@ void measurePreparing(const QList<Snippet>& snippets)
                        times[1], goalAt(count, 4)});
     bench::printTimes({"preparing again after one changed snippet", count, times[2],
                        "preparing the whole", times[0], goalAt(count, 0.001)});
-    bench::printTimes({"  of that, comparing all handles", count, times[3], "preparing the whole",
-                       times[0], {}});
+    bench::printTimes(
+        {"  of that, comparing all handles", count, times[3], "preparing the whole", times[0], {}});
 }
 
 double heapInUse()
@@ -240,8 +239,8 @@ void measureMemory(int count)
     const double all = heapInUse() - before;
     std::printf("files, N=%d: %.2f MB, %.0f bytes for each snippet\n", count, fileBytes / 1e6,
                 fileBytes / count);
-    bench::printBytes({"records in memory", count, records, "the files' bytes", fileBytes,
-                       goalAt(count, 1.8)});
+    bench::printBytes(
+        {"records in memory", count, records, "the files' bytes", fileBytes, goalAt(count, 1.8)});
     bench::printBytes({"records with search text", count, all, "the files' bytes", fileBytes,
                        goalAt(count, 2.5)});
 }

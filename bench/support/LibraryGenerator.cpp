@@ -47,10 +47,9 @@ private:
 
 QStringList makeVocabulary()
 {
-    constexpr std::array<QStringView, 24> starts{u"b",  u"br", u"c",  u"cl", u"d", u"f",
-                                                 u"g",  u"gr", u"h",  u"j",  u"k", u"l",
-                                                 u"m",  u"n",  u"p",  u"pr", u"r", u"s",
-                                                 u"st", u"t",  u"tr", u"v",  u"w", u"z"};
+    constexpr std::array<QStringView, 24> starts{
+        u"b", u"br", u"c", u"cl", u"d", u"f", u"g",  u"gr", u"h",  u"j", u"k", u"l",
+        u"m", u"n",  u"p", u"pr", u"r", u"s", u"st", u"t",  u"tr", u"v", u"w", u"z"};
     constexpr std::array<QStringView, 8> vowels{u"a", u"e", u"i", u"o", u"u", u"ea", u"io", u"ou"};
     constexpr std::array<QStringView, 10> ends{u"", u"n", u"r", u"s",  u"t",
                                                u"", u"l", u"m", u"nd", u"ck"};
@@ -133,7 +132,8 @@ public:
                 nextBytes += 2;
             } else if (script == Script::emoji && random.below(10) == 0) {
                 next = QChar::fromUcs4(U'\U0001F600' + static_cast<char32_t>(random.below(64)))
-                           .operator QStringView()
+                           .
+                           operator QStringView()
                            .toString();
                 nextBytes = 4;
             }
@@ -242,8 +242,11 @@ QList<CollectionFileData> LibraryGenerator::collectionFiles(const VellumryData& 
     QHash<QString, qsizetype> fileOf;
     for (const SyncCollection& collection : library.data.collections) {
         fileOf.insert(collection.name, files.size());
-        files.append({CollectionFileData::currentVersion.toString(), library.lastModified,
-                      library.deviceId, collection, {}});
+        files.append({CollectionFileData::currentVersion.toString(),
+                      library.lastModified,
+                      library.deviceId,
+                      collection,
+                      {}});
     }
     for (const Snippet& snippet : library.data.snippets)
         files[fileOf.value(snippet.collection())].snippets.append(snippet);
@@ -258,8 +261,11 @@ qint64 LibraryGenerator::writeFolder(int count, const QString& folder)
     const VellumryData library = generate(count);
     JSONEncoder encoder = JSONEncoder::vellumry();
     qint64 bytes = 0;
-    MetadataFileData metadata{MetadataFileData::currentVersion.toString(), library.lastModified,
-                              library.deviceId, {}, {}};
+    MetadataFileData metadata{MetadataFileData::currentVersion.toString(),
+                              library.lastModified,
+                              library.deviceId,
+                              {},
+                              {}};
     for (const CollectionFileData& file : collectionFiles(library)) {
         const QString name = collectionFileBaseName(file.collection.name) + u".json"_s;
         bytes += writeFile(directory.filePath(name), encoder.encode(file));

@@ -126,6 +126,7 @@ void AppDelegate::togglePalette()
     services.scheduler.after(0ms, this, [this, eventTime = hotKeyEventTime()] {
         paletteWindow->center();
         paletteWindow->orderFront(eventTime);
+        ++showCount;
         setPalettePresented(true);
         log(u"palette shown, isPalettePresented = true");
     });
@@ -223,8 +224,9 @@ void AppDelegate::hidePalette()
 
 void AppDelegate::paletteResignedKey()
 {
-    services.scheduler.after(focusLossGrace, this, [this] {
-        if (paletteWindow->isKey() || !isPalettePresented)
+    // A palette that was closed and raised again meanwhile may not have the keyboard back yet.
+    services.scheduler.after(focusLossGrace, this, [this, showing = showCount] {
+        if (paletteWindow->isKey() || !isPalettePresented || showing != showCount)
             return;
         log(u"palette lost focus, hiding");
         hidePalette();

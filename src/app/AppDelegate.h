@@ -95,6 +95,7 @@ private:
     std::unique_ptr<KeyablePanel> paletteWindow;
     CommandPaletteView* paletteView = nullptr; ///< owned by the panel
     bool isPalettePresented = false;
+    unsigned showCount = 0; ///< how often the palette was raised
     QPointer<ToastWindow> toastWindow;
     std::unique_ptr<MainWindow> mainWindowRef;
     bool isOpeningMainWindow = false;

@@ -29,9 +29,6 @@ constexpr std::chrono::minutes longestRetryDelay{1};
 /// Bits 0 to 7 of an event's state are the modifiers; above are buttons and the layout group.
 constexpr std::uint16_t modifierBits = 0xFF;
 
-/// The bit that marks events sent by other clients.
-constexpr std::uint8_t sentEventBit = 0x80;
-
 /// The first version whose raw events come whoever holds a grab is 2.1.
 constexpr std::uint16_t inputMajorVersion = 2;
 constexpr std::uint16_t inputMinorVersion = 2;
@@ -40,9 +37,9 @@ constexpr auto coreKeyboard = static_cast<xcb_xkb_device_spec_t>(XCB_XKB_ID_USE_
 
 } // namespace
 
-void X11HotKeyConnection::CloseConnection::operator()(xcb_connection_t* connection) const
+void X11HotKeyConnection::CloseConnection::operator()(xcb_connection_t* server) const
 {
-    xcb_disconnect(connection);
+    xcb_disconnect(server);
 }
 
 std::unique_ptr<X11HotKeyConnection> X11HotKeyConnection::open(const std::string& display,
@@ -176,7 +173,7 @@ void X11HotKeyConnection::processEvents(const EventReceiver& receiver)
         return xcb_poll_for_queued_event(connection.get());
     };
     while (const Message<xcb_generic_event_t> event{next()}) {
-        const auto type = static_cast<std::uint8_t>(event->response_type & ~sentEventBit);
+        const std::uint8_t type = event->response_type;
         if (type == XCB_KEY_PRESS) {
             handlePress(reinterpret_cast<const xcb_key_press_event_t&>(*event), receiver);
         } else if (type == XCB_GE_GENERIC) {

@@ -62,7 +62,7 @@ public:
 
 private:
     struct CloseConnection {
-        void operator()(xcb_connection_t* connection) const;
+        void operator()(xcb_connection_t* server) const;
     };
     using Connection = std::unique_ptr<xcb_connection_t, CloseConnection>;
 

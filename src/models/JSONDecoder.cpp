@@ -98,14 +98,14 @@ private:
     QString lastText;
 };
 
-QString name(std::string_view key)
+QString keyText(std::string_view key)
 {
     return QString::fromUtf8(key.data(), static_cast<qsizetype>(key.size()));
 }
 
 [[noreturn]] void failType(const char* expected, std::string_view key)
 {
-    throw DecodingError(QStringLiteral("expected ") + QLatin1StringView(expected), name(key));
+    throw DecodingError(QStringLiteral("expected ") + QLatin1StringView(expected), keyText(key));
 }
 
 /// The members of one object that a record knows, found in one walk over the object.
@@ -140,7 +140,7 @@ public:
     [[nodiscard]] dom::element required(size_t i) const
     {
         if (!isPresent[i])
-            throw DecodingError(QStringLiteral("missing"), name(keys[i]));
+            throw DecodingError(QStringLiteral("missing"), keyText(keys[i]));
         return values[i];
     }
 
@@ -182,7 +182,7 @@ public:
         if (const auto date = parseDate(bytes))
             return *date;
         throw DecodingError(QStringLiteral("无法解析日期字符串: ") + QString::fromUtf8(bytes),
-                            name(keys[i]));
+                            keyText(keys[i]));
     }
 
     [[nodiscard]] dom::array array(size_t i) const
@@ -217,7 +217,7 @@ QList<T> readList(dom::array elements, std::string_view key, Read read)
         try {
             list.append(read(element));
         } catch (const DecodingError& error) {
-            throw error.within(QStringLiteral("%1[%2]").arg(name(key)).arg(list.size()));
+            throw error.within(QStringLiteral("%1[%2]").arg(keyText(key)).arg(list.size()));
         }
     }
     return list;
@@ -229,7 +229,7 @@ auto readMember(dom::element element, std::string_view key, Read read)
     try {
         return read(element);
     } catch (const DecodingError& error) {
-        throw error.within(name(key));
+        throw error.within(keyText(key));
     }
 }
 
@@ -250,7 +250,7 @@ QMap<QString, QString> readTextMap(dom::object object, std::string_view key, Tex
         std::string_view utf8;
         if (member.value.get(utf8) != simdjson::SUCCESS)
             throw DecodingError(QStringLiteral("expected a text"),
-                                name(key) + u'.' + name(member.key));
+                                keyText(key) + u'.' + keyText(member.key));
         map.insert(reader.text(member.key), reader.text(utf8));
     }
     return map;
@@ -486,6 +486,15 @@ DefaultSnippetsContainer readDefaultSnippets(dom::element element, TextReader& r
     })};
 }
 
+QList<Snippet> readSnippets(dom::element root, TextReader& reader)
+{
+    dom::array elements;
+    if (root.get(elements) != simdjson::SUCCESS)
+        throw DecodingError(QStringLiteral("expected a list"));
+    return readList<Snippet>(elements, {},
+                             [&](dom::element element) { return readSnippet(element, reader); });
+}
+
 template <typename T>
 T readRecord(dom::element element, TextReader& reader)
 {
@@ -509,6 +518,8 @@ T readRecord(dom::element element, TextReader& reader)
         return readLegacyExportCollection(element, reader);
     else if constexpr (std::is_same_v<T, LegacyExportData>)
         return readLegacyExportData(element, reader);
+    else if constexpr (std::is_same_v<T, QList<Snippet>>)
+        return readSnippets(element, reader);
     else
         return readDefaultSnippets(element, reader);
 }
@@ -558,15 +569,7 @@ T JSONDecoder::decode(const PaddedBytes& bytes)
     if (code != simdjson::SUCCESS)
         throw syntaxError(text, code);
     TextReader reader;
-    if constexpr (std::is_same_v<T, QList<Snippet>>) {
-        dom::array elements;
-        if (root.get(elements) != simdjson::SUCCESS)
-            throw DecodingError(QStringLiteral("expected a list"));
-        return readList<Snippet>(
-            elements, {}, [&](dom::element element) { return readSnippet(element, reader); });
-    } else {
-        return readRecord<T>(root, reader);
-    }
+    return readRecord<T>(root, reader);
 }
 
 template Snippet JSONDecoder::decode(const PaddedBytes&);

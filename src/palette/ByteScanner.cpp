@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstddef>
 #include <cstring>
 #include <utility>
 
@@ -38,8 +39,9 @@ Bytes findPortable(Bytes first, Bytes last, const Needle& needle)
 /// Compares what is behind the first `compared` bytes, which are known to be equal.
 inline bool restEquals(Bytes start, const Needle& needle, size_t compared)
 {
-    return needle.size() <= compared || std::memcmp(start + compared, needle.bytes.data() + compared,
-                                                    needle.size() - compared) == 0;
+    return needle.size() <= compared ||
+           std::memcmp(start + compared, needle.bytes.data() + compared,
+                       needle.size() - compared) == 0;
 }
 
 // Both of the following test 64 starts a turn for the two rarest bytes at their places, and compare
@@ -47,7 +49,7 @@ inline bool restEquals(Bytes start, const Needle& needle, size_t compared)
 
 Bytes findSse2(Bytes first, Bytes last, const Needle& needle)
 {
-    constexpr int width = 16;
+    constexpr std::ptrdiff_t width = 16;
     const __m128i probe = _mm_set1_epi8(needle.bytes[needle.rarest]);
     const __m128i second = _mm_set1_epi8(needle.bytes[needle.secondRarest]);
     const __m128i head = _mm_load_si128(reinterpret_cast<const __m128i*>(needle.head.data()));
@@ -65,7 +67,7 @@ Bytes findSse2(Bytes first, Bytes last, const Needle& needle)
                                          _mm_or_si128(candidates[2], candidates[3]));
         if (_mm_movemask_epi8(any) == 0)
             continue;
-        for (int i = 0; i < 4; ++i) {
+        for (std::ptrdiff_t i = 0; i < 4; ++i) {
             auto bits = static_cast<uint32_t>(_mm_movemask_epi8(candidates[i]));
             for (; bits != 0; bits &= bits - 1) {
                 const Bytes start = first + i * width + std::countr_zero(bits);
@@ -84,7 +86,7 @@ Bytes findSse2(Bytes first, Bytes last, const Needle& needle)
 
 __attribute__((target("avx2,bmi"))) Bytes findAvx2(Bytes first, Bytes last, const Needle& needle)
 {
-    constexpr int width = 32;
+    constexpr std::ptrdiff_t width = 32;
     const __m256i probe = _mm256_set1_epi8(needle.bytes[needle.rarest]);
     const __m256i second = _mm256_set1_epi8(needle.bytes[needle.secondRarest]);
     const __m256i head = _mm256_load_si256(reinterpret_cast<const __m256i*>(needle.head.data()));

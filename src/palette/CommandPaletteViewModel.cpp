@@ -95,12 +95,12 @@ void CommandPaletteViewModel::performSearch()
     // Passwords take their turn here, first, and leave room for nothing else; then unit
     // conversion, then arithmetic. Snippets are searched beside a calculation.
     if (queryText.isEmpty()) {
-        filtered.clear(); // lets go of the list that the order is about to update
+        filtered = {}; // lets go of the list that the order is about to update
         filtered = recencyOrder.sorted(allSnippets);
         today = filterTodaySnippets(filtered);
     } else {
         filtered = services.searchService.search(searchText(queryText), allSnippets);
-        today.clear();
+        today = {};
     }
     Q_EMIT resultsChanged();
 }

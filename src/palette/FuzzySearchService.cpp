@@ -55,8 +55,7 @@ bool isAscii(QStringView text)
 
 } // namespace
 
-FuzzySearchService::FuzzySearchService(ByteScanner::Instructions instructions)
-    : index(instructions)
+FuzzySearchService::FuzzySearchService(ByteScanner::Instructions instructions) : index(instructions)
 {
 }
 

@@ -31,7 +31,7 @@ const QList<Snippet>& RecencyOrder::sorted(const QList<Snippet>& snippets)
 
     std::vector<qsizetype> changed;
     for (qsizetype i = 0; i < snippets.size(); ++i) {
-        if (snippets[i].sharesDataWith(library[i]))
+        if (snippets.at(i).sharesDataWith(library.at(i)))
             continue;
         if (changed.size() == mostMoves) {
             sortAnew(snippets);
@@ -40,7 +40,7 @@ const QList<Snippet>& RecencyOrder::sorted(const QList<Snippet>& snippets)
         changed.push_back(i);
     }
     for (const qsizetype position : changed)
-        move(position, library[position], snippets[position]);
+        move(position, library.at(position), snippets.at(position));
     library = snippets;
     return order;
 }

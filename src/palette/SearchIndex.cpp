@@ -175,9 +175,8 @@ void SearchIndex::find(const Search& search, std::vector<Hit>& hits) const
 
 /// The score in units of five, or nothing if the record lacks a keyword. `first` are the places of
 /// the first keyword, which was found already.
-std::optional<quint32> SearchIndex::calculateRelevanceScore(const Record& record,
-                                                            const Search& search,
-                                                            Places first) const
+std::optional<quint32>
+SearchIndex::calculateRelevanceScore(const Record& record, const Search& search, Places first) const
 {
     const unsigned char* const start = text.begin() + record.start;
     quint32 rank = rankOfPlaces[first];
@@ -221,8 +220,7 @@ SearchIndex::Places SearchIndex::placesIn(const Record& record, const Needle& ne
     return places;
 }
 
-bool SearchIndex::isInCollection(const Record& record,
-                                 const std::vector<Needle>& collection) const
+bool SearchIndex::isInCollection(const Record& record, const std::vector<Needle>& collection) const
 {
     const unsigned char* const start = text.begin() + record.start;
     return std::all_of(collection.begin(), collection.end(), [&](const Needle& needle) {

@@ -47,7 +47,7 @@ private:
     struct Search {
         std::vector<Needle> collection;
         std::vector<Needle> keywords;
-        std::string phrase; ///< the keywords joined with one blank
+        std::string phrase;  ///< the keywords joined with one blank
         Places accepted = 0; ///< where each keyword must stand
     };
 
@@ -63,7 +63,8 @@ private:
     [[nodiscard]] bool isInCollection(const SearchText::Record& record,
                                       const std::vector<Needle>& collection) const;
     [[nodiscard]] std::optional<quint32> calculateRelevanceScore(const SearchText::Record& record,
-                                                  const Search& search, Places first) const;
+                                                                 const Search& search,
+                                                                 Places first) const;
     void putRarestFirst(std::vector<Needle>& keywords) const;
     void find(const Search& search, std::vector<Hit>& hits) const;
     [[nodiscard]] QList<Snippet> ordered(std::vector<Hit> hits,

@@ -79,7 +79,7 @@ private:
 
     void replace(const QList<Snippet>& snippets, const std::vector<qsizetype>& positions);
     void rearrange(const QList<Snippet>& snippets, std::vector<Slot> reusable);
-    void layOut(const QList<Snippet>& snippets, const std::vector<Slot>& reusable);
+    void layOut(const QList<Snippet>& snippets, std::vector<Slot> reusable);
 
     void buildSearchableText(const Snippet& snippet, qsizetype position);
     void appendCopy(const unsigned char* text, const Record& record, qsizetype position);
@@ -89,8 +89,8 @@ private:
     void finish();
     void takeSample();
 
-    QList<Snippet> prepared;                       ///< what the text was prepared from
-    std::unique_ptr<unsigned char[], Free> bytes;  ///< from malloc, so that it can grow in place
+    QList<Snippet> prepared;                      ///< what the text was prepared from
+    std::unique_ptr<unsigned char[], Free> bytes; ///< from malloc, so that it can grow in place
     size_t capacity = 0;
     size_t used = 0;
     size_t blotted = 0; ///< bytes of `used` that are no snippet's text

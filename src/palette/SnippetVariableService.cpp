@@ -140,9 +140,8 @@ QString SnippetVariableService::resolve(const QString& content,
     return result += QStringView(content).sliced(copied);
 }
 
-QMap<QString, QString>
-SnippetVariableService::prunedValues(const QMap<QString, QString>& values,
-                                     const QString& text) const
+QMap<QString, QString> SnippetVariableService::prunedValues(const QMap<QString, QString>& values,
+                                                            const QString& text) const
 {
     if (values.isEmpty())
         return {};

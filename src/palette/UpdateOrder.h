@@ -19,7 +19,7 @@ private:
     [[nodiscard]] bool holdsFor(const QList<Snippet>& snippets) const;
     void sortAnew(const QList<Snippet>& snippets);
 
-    QList<Snippet> library;        ///< what `order` was made for
+    QList<Snippet> library;     ///< what `order` was made for
     std::vector<quint32> order; ///< positions in the library
 };
 

@@ -17,10 +17,20 @@ quint64 hashOf(QByteArrayView bytes)
     return qHashBits(bytes.data(), static_cast<size_t>(bytes.size()), seed);
 }
 
-/// The text that comes back from UTF-8: a lone surrogate has no form there.
-QString storedText(const QString& text)
+/// The text that comes back from a file: a lone surrogate has no form in UTF-8.
+QString storedText(QString text)
 {
-    return text.isValidUtf16() ? text : QString::fromUtf8(text.toUtf8());
+    if (text.isValidUtf16())
+        return text;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const bool isPair = text[i].isHighSurrogate() && i + 1 < text.size() &&
+                            text[i + 1].isLowSurrogate();
+        if (isPair)
+            ++i;
+        else if (text[i].isSurrogate())
+            text[i] = QChar::ReplacementCharacter;
+    }
+    return text;
 }
 
 std::optional<Date> storedDate(std::optional<Date> date)
@@ -43,10 +53,8 @@ Snippet storedSnippet(const Snippet& snippet)
     for (QString* text :
          {&stored.id, &stored.title, &stored.subtitle, &stored.collection, &stored.content})
         *text = storedText(*text);
-    for (QString& keyword : stored.keywords) {
-        if (!keyword.isValidUtf16())
-            keyword = storedText(keyword);
-    }
+    for (QString& keyword : stored.keywords)
+        keyword = storedText(keyword);
     stored.createdAt = truncatedToMilliseconds(stored.createdAt);
     stored.updatedAt = truncatedToMilliseconds(stored.updatedAt);
     stored.lastUsedAt = storedDate(stored.lastUsedAt);

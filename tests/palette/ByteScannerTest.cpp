@@ -1,28 +1,18 @@
 #include "palette/ByteScanner.h"
 
+#include "palette/SupportedInstructions.h"
+
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <random>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace vellumry {
 namespace {
 
 using Instructions = ByteScanner::Instructions;
-
-std::vector<Instructions> supportedInstructions()
-{
-    std::vector<Instructions> result;
-    for (const auto instructions :
-         {Instructions::portable, Instructions::sse2, Instructions::avx2}) {
-        if (ByteScanner::supports(instructions))
-            result.push_back(instructions);
-    }
-    return result;
-}
 
 class ByteScannerWith : public testing::TestWithParam<Instructions> {
 protected:
@@ -96,7 +86,7 @@ TEST_P(ByteScannerWith, AgreesWithTheLibraryOnRandomTexts)
 }
 
 INSTANTIATE_TEST_SUITE_P(Instructions, ByteScannerWith,
-                         testing::ValuesIn(supportedInstructions()));
+                         testing::ValuesIn(test::supportedInstructions()));
 
 TEST(ByteScanner, TheBestInstructionsAreSupported)
 {

@@ -2,6 +2,7 @@
 
 #include "palette/NaiveSearch.h"
 #include "palette/RandomLibrary.h"
+#include "palette/SupportedInstructions.h"
 
 #include <gtest/gtest.h>
 
@@ -18,8 +19,8 @@ Date day(int number)
     return Date(std::chrono::hours(24 * number));
 }
 
-Snippet make(const QString& id, const QString& title, const QString& content = {},
-             const QString& collection = {}, const QStringList& keywords = {}, int updated = 0)
+Snippet searched(const QString& id, const QString& title, const QString& content = {},
+                 const QString& collection = {}, const QStringList& keywords = {}, int updated = 0)
 {
     SnippetFields fields;
     fields.id = id;
@@ -33,7 +34,7 @@ Snippet make(const QString& id, const QString& title, const QString& content = {
 
 Snippet withSubtitle(const QString& id, const QString& title, const QString& subtitle)
 {
-    Snippet snippet = make(id, title);
+    Snippet snippet = searched(id, title);
     snippet.setSubtitle(subtitle);
     return snippet;
 }
@@ -48,10 +49,9 @@ QString ids(const QString& query, const QList<Snippet>& snippets)
     return result.join(u' ');
 }
 
-const QList<Snippet> dated{make(u"old"_s, u"a"_s, {}, {}, {}, 1),
-                           make(u"new"_s, u"b"_s, {}, {}, {}, 3),
-                           make(u"mid1"_s, u"c"_s, {}, {}, {}, 2),
-                           make(u"mid2"_s, u"d"_s, {}, {}, {}, 2)};
+const QList<Snippet> dated{
+    searched(u"old"_s, u"a"_s, {}, {}, {}, 1), searched(u"new"_s, u"b"_s, {}, {}, {}, 3),
+    searched(u"mid1"_s, u"c"_s, {}, {}, {}, 2), searched(u"mid2"_s, u"d"_s, {}, {}, {}, 2)};
 
 TEST(FuzzySearchService, AQueryWithoutTermsGivesAllNewestFirstAndIsStable)
 {
@@ -67,9 +67,9 @@ TEST(FuzzySearchService, AnEmptyLibraryGivesNothing)
 
 TEST(FuzzySearchService, ACollectionWithoutTermsStaysInInputOrder)
 {
-    const QList<Snippet> snippets{make(u"1"_s, u"work"_s, {}, u"My Work"_s, {}, 1),
-                                  make(u"2"_s, u"work"_s, {}, u"Play"_s, {}, 2),
-                                  make(u"3"_s, u"x"_s, {}, u"WORK"_s, {}, 3)};
+    const QList<Snippet> snippets{searched(u"1"_s, u"work"_s, {}, u"My Work"_s, {}, 1),
+                                  searched(u"2"_s, u"work"_s, {}, u"Play"_s, {}, 2),
+                                  searched(u"3"_s, u"x"_s, {}, u"WORK"_s, {}, 3)};
     EXPECT_EQ(ids(u"work >"_s, snippets), u"1 3"_s);
     EXPECT_EQ(ids(u"work > "_s, snippets), u"1 3"_s);
     EXPECT_EQ(ids(u"my work > "_s, snippets), u"1"_s);
@@ -83,8 +83,8 @@ TEST(FuzzySearchService, ABareSeparatorGivesAllInInputOrder)
 
 TEST(FuzzySearchService, WithoutBothBlanksThereIsNoSeparator)
 {
-    const QList<Snippet> snippets{make(u"1"_s, u"foo >bar"_s), make(u"2"_s, u"> and foo"_s),
-                                  make(u"3"_s, u"foo bar"_s, {}, u"foo"_s)};
+    const QList<Snippet> snippets{searched(u"1"_s, u"foo >bar"_s), searched(u"2"_s, u"> and foo"_s),
+                                  searched(u"3"_s, u"foo bar"_s, {}, u"foo"_s)};
     EXPECT_EQ(FuzzySearchService::splitKeywords(u"foo >bar"), QStringList({u"foo"_s, u">bar"_s}));
     EXPECT_EQ(ids(u"foo >bar"_s, snippets), u"1"_s);
     EXPECT_EQ(FuzzySearchService::splitKeywords(u"> foo"), QStringList({u">"_s, u"foo"_s}));
@@ -93,9 +93,9 @@ TEST(FuzzySearchService, WithoutBothBlanksThereIsNoSeparator)
 
 TEST(FuzzySearchService, OnlyTheFirstSeparatorCounts)
 {
-    const QList<Snippet> snippets{make(u"1"_s, u"b > c"_s, {}, u"a"_s),
-                                  make(u"2"_s, u"b c"_s, {}, u"a"_s),
-                                  make(u"3"_s, u"c"_s, {}, u"a > b"_s)};
+    const QList<Snippet> snippets{searched(u"1"_s, u"b > c"_s, {}, u"a"_s),
+                                  searched(u"2"_s, u"b c"_s, {}, u"a"_s),
+                                  searched(u"3"_s, u"c"_s, {}, u"a > b"_s)};
     EXPECT_EQ(ids(u"a > b > c"_s, snippets), u"1"_s);
     // The two separators would overlap: what is left begins with ">".
     EXPECT_EQ(ids(u"a > > c"_s, snippets), u"1"_s);
@@ -103,13 +103,15 @@ TEST(FuzzySearchService, OnlyTheFirstSeparatorCounts)
 
 TEST(FuzzySearchService, TheSeparatorIsSplitBeforeQuotesAreRead)
 {
-    const QList<Snippet> snippets{make(u"1"_s, u"b"_s, {}, u"a"_s), make(u"2"_s, u"a > b"_s)};
+    const QList<Snippet> snippets{searched(u"1"_s, u"b"_s, {}, u"a"_s),
+                                  searched(u"2"_s, u"a > b"_s)};
     EXPECT_EQ(ids(u"\"a > b\""_s, snippets), u"1"_s);
 }
 
 TEST(FuzzySearchService, CaseNeverMatters)
 {
-    const QList<Snippet> snippets{make(u"1"_s, u"Straße ÉTÉ"_s), make(u"2"_s, u"strasse"_s)};
+    const QList<Snippet> snippets{searched(u"1"_s, u"Straße ÉTÉ"_s),
+                                  searched(u"2"_s, u"strasse"_s)};
     EXPECT_EQ(ids(u"ÉTÉ"_s, snippets), u"1"_s);
     EXPECT_EQ(ids(u"été"_s, snippets), u"1"_s);
     EXPECT_EQ(ids(u"sTRASSe"_s, snippets), u"2"_s);
@@ -117,14 +119,15 @@ TEST(FuzzySearchService, CaseNeverMatters)
 
 TEST(FuzzySearchService, LowerCasingIsNotCaseFolding)
 {
-    const QList<Snippet> snippets{make(u"1"_s, u"straße"_s), make(u"2"_s, u"οδός"_s)};
+    const QList<Snippet> snippets{searched(u"1"_s, u"straße"_s), searched(u"2"_s, u"οδός"_s)};
     EXPECT_EQ(ids(u"STRASSE"_s, snippets), QString());
     EXPECT_EQ(ids(u"ΟΔΌΣ"_s, snippets), QString());
 }
 
 TEST(FuzzySearchService, TwoQuotedWordsAreOneTermWithOrWithoutTheClosingQuote)
 {
-    const QList<Snippet> snippets{make(u"1"_s, u"hello world"_s), make(u"2"_s, u"world hello"_s)};
+    const QList<Snippet> snippets{searched(u"1"_s, u"hello world"_s),
+                                  searched(u"2"_s, u"world hello"_s)};
     EXPECT_EQ(ids(u"hello world"_s, snippets), u"1 2"_s);
     EXPECT_EQ(ids(u"\"hello world\""_s, snippets), u"1"_s);
     EXPECT_EQ(ids(u"\"hello world"_s, snippets), u"1"_s);
@@ -158,17 +161,17 @@ TEST(FuzzySearchService, AMarkedQuoteOrBlankIsACharacterOfItsOwn)
 
 TEST(FuzzySearchService, AllTermsMustOccur)
 {
-    const QList<Snippet> snippets{make(u"1"_s, u"alpha"_s, u"beta"_s), make(u"2"_s, u"alpha"_s),
-                                  make(u"3"_s, u"beta"_s, u"alpha"_s)};
+    const QList<Snippet> snippets{searched(u"1"_s, u"alpha"_s, u"beta"_s),
+                                  searched(u"2"_s, u"alpha"_s),
+                                  searched(u"3"_s, u"beta"_s, u"alpha"_s)};
     EXPECT_EQ(ids(u"alpha beta"_s, snippets), u"1 3"_s);
 }
 
 TEST(FuzzySearchService, ThePlainFormMatchesAcrossFieldBorders)
 {
     const QList<Snippet> snippets{
-        make(u"1"_s, u"end"_s),
-        withSubtitle(u"2"_s, u"the end"_s, u"of it"_s),
-        make(u"3"_s, u"x"_s, u"the end"_s, u"of"_s, {u"one"_s, u"two"_s})};
+        searched(u"1"_s, u"end"_s), withSubtitle(u"2"_s, u"the end"_s, u"of it"_s),
+        searched(u"3"_s, u"x"_s, u"the end"_s, u"of"_s, {u"one"_s, u"two"_s})};
     EXPECT_EQ(ids(u"\"end of\""_s, snippets), u"2 3"_s);
     EXPECT_EQ(ids(u"\"of one two\""_s, snippets), u"3"_s);
     EXPECT_EQ(ids(u" > \"end of\""_s, snippets), QString());
@@ -177,7 +180,7 @@ TEST(FuzzySearchService, ThePlainFormMatchesAcrossFieldBorders)
 
 TEST(FuzzySearchService, ACollectionsNameIsFoundByThePlainFormOnly)
 {
-    const QList<Snippet> snippets{make(u"1"_s, u"x"_s, {}, u"work"_s)};
+    const QList<Snippet> snippets{searched(u"1"_s, u"x"_s, {}, u"work"_s)};
     EXPECT_EQ(ids(u"work"_s, snippets), u"1"_s);
     EXPECT_EQ(ids(u"work > work"_s, snippets), QString());
     EXPECT_EQ(ids(u"work > x"_s, snippets), u"1"_s);
@@ -198,15 +201,14 @@ void expectTie(const QString& query, const Snippet& a, const Snippet& b)
 
 TEST(FuzzySearchService, FieldsCountByTheirWeight)
 {
-    const Snippet equal = make(u"equal"_s, u"Key"_s);                                // 200 + 150
-    const Snippet prefix = make(u"prefix"_s, u"key word"_s);                         // 100 + 150
-    const Snippet title = make(u"title"_s, u"a key"_s);                              // 50
-    const Snippet subtitle = withSubtitle(u"subtitle"_s, u"x"_s, u"a key"_s);        // 35
-    const Snippet keywords = make(u"keywords"_s, u"x"_s, {}, {}, {u"a"_s, u"KEY"_s}); // 30
-    const Snippet content = make(u"content"_s, u"x"_s, u"key key key"_s);            // 10
-    const Snippet collection = make(u"collection"_s, u"x"_s, {}, u"keys"_s);         // 5
-    const QList<Snippet> worstFirst{collection, content, keywords, subtitle,
-                                    title,      prefix,  equal};
+    const Snippet equal = searched(u"equal"_s, u"Key"_s);                     // 200 + 150
+    const Snippet prefix = searched(u"prefix"_s, u"key word"_s);              // 100 + 150
+    const Snippet title = searched(u"title"_s, u"a key"_s);                   // 50
+    const Snippet subtitle = withSubtitle(u"subtitle"_s, u"x"_s, u"a key"_s); // 35
+    const Snippet keywords = searched(u"keywords"_s, u"x"_s, {}, {}, {u"a"_s, u"KEY"_s}); // 30
+    const Snippet content = searched(u"content"_s, u"x"_s, u"key key key"_s);             // 10
+    const Snippet collection = searched(u"collection"_s, u"x"_s, {}, u"keys"_s);          // 5
+    const QList<Snippet> worstFirst{collection, content, keywords, subtitle, title, prefix, equal};
     EXPECT_EQ(ids(u"kEY"_s, worstFirst),
               u"equal prefix title subtitle keywords content collection"_s);
 }
@@ -214,66 +216,66 @@ TEST(FuzzySearchService, FieldsCountByTheirWeight)
 TEST(FuzzySearchService, FieldsAddUp)
 {
     // 30 + 5 = 35
-    expectTie(u"key"_s, make(u"both"_s, u"x"_s, {}, u"key"_s, {u"key"_s}),
+    expectTie(u"key"_s, searched(u"both"_s, u"x"_s, {}, u"key"_s, {u"key"_s}),
               withSubtitle(u"subtitle"_s, u"x"_s, u"key"_s));
     // 30 + 10 + 5 = 45 against 50
-    expectOrder(u"key"_s, make(u"title"_s, u"a key"_s),
-                make(u"three"_s, u"x"_s, u"key"_s, u"key"_s, {u"key"_s}));
+    expectOrder(u"key"_s, searched(u"title"_s, u"a key"_s),
+                searched(u"three"_s, u"x"_s, u"key"_s, u"key"_s, {u"key"_s}));
 }
 
 TEST(FuzzySearchService, ASingleTermThatBeginsTheTitleGetsThePhraseBonus)
 {
     // 100 + 150 against 50 + 35 + 30 + 10 + 5
-    Snippet everywhere = make(u"everywhere"_s, u"a key"_s, u"key"_s, u"key"_s, {u"key"_s});
+    Snippet everywhere = searched(u"everywhere"_s, u"a key"_s, u"key"_s, u"key"_s, {u"key"_s});
     everywhere.setSubtitle(u"key"_s);
-    expectOrder(u"key"_s, make(u"prefix"_s, u"keys"_s), everywhere);
+    expectOrder(u"key"_s, searched(u"prefix"_s, u"keys"_s), everywhere);
 }
 
 TEST(FuzzySearchService, SeveralTermsInSequenceAtTheTitlesStartGetThePhraseBonus)
 {
     // 100 + 50 + 150 against 100 + 50
-    expectOrder(u"git log"_s, make(u"sequence"_s, u"git log now"_s),
-                make(u"apart"_s, u"git the log"_s));
+    expectOrder(u"git log"_s, searched(u"sequence"_s, u"git log now"_s),
+                searched(u"apart"_s, u"git the log"_s));
     // The terms are joined with one blank, whatever stood between them in the query.
-    expectOrder(u"git    log"_s, make(u"sequence"_s, u"git log now"_s),
-                make(u"apart"_s, u"git    log"_s));
+    expectOrder(u"git    log"_s, searched(u"sequence"_s, u"git log now"_s),
+                searched(u"apart"_s, u"git    log"_s));
 }
 
 TEST(FuzzySearchService, ATermGivenTwiceCountsTwice)
 {
-    Snippet subtitle = make(u"subtitle"_s, u"x"_s, u"own"_s);
+    Snippet subtitle = searched(u"subtitle"_s, u"x"_s, u"own"_s);
     subtitle.setSubtitle(u"key"_s);
-    const Snippet title = make(u"title"_s, u"x own"_s, u"key"_s);
+    const Snippet title = searched(u"title"_s, u"x own"_s, u"key"_s);
     expectOrder(u"key own"_s, title, subtitle);     // 10 + 50 against 35 + 10
     expectOrder(u"key key own"_s, subtitle, title); // 35 + 35 + 10 against 10 + 10 + 50
 }
 
 TEST(FuzzySearchService, ManyOccurrencesInAFieldCountOnce)
 {
-    expectTie(u"key"_s, make(u"one"_s, u"x"_s, u"key"_s),
-              make(u"many"_s, u"x"_s, u"key key key key"_s));
+    expectTie(u"key"_s, searched(u"one"_s, u"x"_s, u"key"_s),
+              searched(u"many"_s, u"x"_s, u"key key key key"_s));
 }
 
 TEST(FuzzySearchService, TheCollectionCountsForContentTermsButDoesNotSatisfyThem)
 {
-    const Snippet both = make(u"both"_s, u"x"_s, u"key"_s, u"key work"_s);
-    const Snippet content = make(u"content"_s, u"x"_s, u"key"_s, u"work"_s);
-    const Snippet collection = make(u"collection"_s, u"x"_s, {}, u"key work"_s);
+    const Snippet both = searched(u"both"_s, u"x"_s, u"key"_s, u"key work"_s);
+    const Snippet content = searched(u"content"_s, u"x"_s, u"key"_s, u"work"_s);
+    const Snippet collection = searched(u"collection"_s, u"x"_s, {}, u"key work"_s);
     EXPECT_EQ(ids(u"work > key"_s, {collection, content, both}), u"both content"_s);
 }
 
 TEST(FuzzySearchService, UseAndDateDoNotCountInAScore)
 {
-    Snippet used = make(u"used"_s, u"key"_s, {}, {}, {}, 9);
+    Snippet used = searched(u"used"_s, u"key"_s, {}, {}, {}, 9);
     used.setUsageCount(1000);
-    expectTie(u"key"_s, used, make(u"unused"_s, u"key"_s));
+    expectTie(u"key"_s, used, searched(u"unused"_s, u"key"_s));
 }
 
 TEST(FuzzySearchService, HalvesOfSurrogatePairsAreFoundUnitByUnit)
 {
-    const QList<Snippet> snippets{make(u"pair"_s, u"x \U0001F600 y"_s),
-                                  make(u"low"_s, QString(QChar(0xde00))),
-                                  make(u"high"_s, u"x"_s + QChar(0xd83d))};
+    const QList<Snippet> snippets{searched(u"pair"_s, u"x \U0001F600 y"_s),
+                                  searched(u"low"_s, QString(QChar(0xde00))),
+                                  searched(u"high"_s, u"x"_s + QChar(0xd83d))};
     EXPECT_EQ(ids(QString(QChar(0xde00)), snippets), u"low pair"_s);
     EXPECT_EQ(ids(QString(QChar(0xd83d)), snippets), u"pair high"_s);
     EXPECT_EQ(ids(QString(QChar(0xde00)) + u" y"_s, snippets), u"pair"_s);
@@ -283,7 +285,7 @@ TEST(FuzzySearchService, HalvesOfSurrogatePairsAreFoundUnitByUnit)
 TEST(FuzzySearchService, ResultsAreTheSnippetsOfTheListInHand)
 {
     const FuzzySearchService service;
-    QList<Snippet> snippets{make(u"1"_s, u"key"_s), make(u"2"_s, u"key"_s)};
+    QList<Snippet> snippets{searched(u"1"_s, u"key"_s), searched(u"2"_s, u"key"_s)};
     EXPECT_EQ(service.search(u"key"_s, snippets), snippets);
     snippets[1].setUsageCount(5);
     EXPECT_EQ(service.search(u"key"_s, snippets), snippets);
@@ -294,7 +296,8 @@ TEST(FuzzySearchService, ResultsAreTheSnippetsOfTheListInHand)
 TEST(FuzzySearchService, SearchWithSeparatorFallsBackToThePlainForm)
 {
     const FuzzySearchService service;
-    const QList<Snippet> snippets{make(u"1"_s, u"key"_s), make(u"2"_s, u"x"_s, {}, u"key"_s)};
+    const QList<Snippet> snippets{searched(u"1"_s, u"key"_s),
+                                  searched(u"2"_s, u"x"_s, {}, u"key"_s)};
     EXPECT_EQ(service.searchWithSeparator(u"key"_s, snippets), snippets);
     EXPECT_EQ(service.searchWithSeparator(u"key > x"_s, snippets), snippets.mid(1));
 }
@@ -351,19 +354,8 @@ TEST_P(FuzzySearchServiceWith, EqualsThePlainestSearchOnALibraryBeyondTheSample)
     }
 }
 
-std::vector<Instructions> supportedInstructions()
-{
-    std::vector<Instructions> result;
-    for (const auto instructions :
-         {Instructions::portable, Instructions::sse2, Instructions::avx2}) {
-        if (ByteScanner::supports(instructions))
-            result.push_back(instructions);
-    }
-    return result;
-}
-
 INSTANTIATE_TEST_SUITE_P(Instructions, FuzzySearchServiceWith,
-                         testing::ValuesIn(supportedInstructions()));
+                         testing::ValuesIn(test::supportedInstructions()));
 
 TEST(FuzzySearchService, SplitsRandomQueriesLikeTheWalkByCharacters)
 {

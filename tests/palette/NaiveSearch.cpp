@@ -126,8 +126,8 @@ QString naiveLowerCased(const QString& text)
     QString result;
     QString stretch;
     for (qsizetype i = 0; i < text.size(); ++i) {
-        const bool isFirstOfPair = text[i].isHighSurrogate() && i + 1 < text.size() &&
-                                   text[i + 1].isLowSurrogate();
+        const bool isFirstOfPair =
+            text[i].isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate();
         if (isFirstOfPair) {
             stretch += text[i++];
         } else if (text[i].isSurrogate()) {

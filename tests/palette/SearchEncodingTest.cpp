@@ -4,7 +4,6 @@
 #include "palette/RandomLibrary.h"
 
 #include <QString>
-
 #include <gtest/gtest.h>
 
 #include <string>
@@ -67,7 +66,8 @@ TEST(SearchEncoding, FitsTheRoomItAsksFor)
 {
     for (char32_t c = 0; c <= 0xffff; ++c) {
         const QString text = QString(QChar(c)).repeated(40);
-        ASSERT_LE(lowerCasedBytes(text).size(), static_cast<size_t>(text.size() * mostBytesPerUnit));
+        ASSERT_LE(lowerCasedBytes(text).size(),
+                  static_cast<size_t>(text.size() * mostBytesPerUnit));
     }
 }
 

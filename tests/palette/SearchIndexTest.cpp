@@ -12,7 +12,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-Snippet make(int id, const QString& title, const QString& content = {})
+Snippet numbered(int id, const QString& title, const QString& content = {})
 {
     SnippetFields fields;
     fields.id = QString::number(id);
@@ -23,11 +23,11 @@ Snippet make(int id, const QString& title, const QString& content = {})
     return Snippet(fields);
 }
 
-QList<Snippet> makeMany(int count)
+QList<Snippet> manyNumbered(int count)
 {
     QList<Snippet> snippets;
     for (int i = 0; i < count; ++i)
-        snippets.append(make(i, u"Title %1"_s.arg(i)));
+        snippets.append(numbered(i, u"Title %1"_s.arg(i)));
     return snippets;
 }
 
@@ -42,7 +42,7 @@ std::string textOf(const SearchText& text, qsizetype position)
 TEST(SearchText, JoinsTheLowerCasedFieldsWithBlanks)
 {
     SearchText text;
-    Snippet snippet = make(1, u"Title"_s, u"Content"_s);
+    Snippet snippet = numbered(1, u"Title"_s, u"Content"_s);
     snippet.setSubtitle(u"Sub"_s);
     text.update({snippet});
     EXPECT_EQ(textOf(text, 0), "title sub content c k1 k2");
@@ -66,7 +66,7 @@ TEST(SearchText, EmptyFieldsKeepTheirBlanks)
 TEST(SearchText, AUseOfASnippetTouchesNothing)
 {
     SearchText text;
-    QList<Snippet> snippets = makeMany(100);
+    QList<Snippet> snippets = manyNumbered(100);
     text.update(snippets);
     const unsigned char* const begin = text.begin();
     const unsigned char* const end = text.end();
@@ -82,7 +82,7 @@ TEST(SearchText, AUseOfASnippetTouchesNothing)
 TEST(SearchText, ALibraryReadAnewTouchesNothing)
 {
     SearchText text;
-    QList<Snippet> snippets = makeMany(100);
+    QList<Snippet> snippets = manyNumbered(100);
     text.update(snippets);
     const unsigned char* const end = text.end();
     for (Snippet& snippet : snippets) {
@@ -99,7 +99,7 @@ TEST(SearchText, ALibraryReadAnewTouchesNothing)
 TEST(SearchText, AChangedTextGoesToTheEndAndTheOldOneIsBlottedOut)
 {
     SearchText text;
-    QList<Snippet> snippets = makeMany(100);
+    QList<Snippet> snippets = manyNumbered(100);
     text.update(snippets);
     const auto old = text.recordOf(50);
     snippets[50].setTitle(u"Another"_s);
@@ -116,10 +116,10 @@ TEST(SearchText, AChangedTextGoesToTheEndAndTheOldOneIsBlottedOut)
 TEST(SearchText, AnInsertionARemovalAndAMoveFoldOnlyWhatIsNew)
 {
     SearchText text;
-    QList<Snippet> snippets = makeMany(100);
+    QList<Snippet> snippets = manyNumbered(100);
     text.update(snippets);
 
-    snippets.insert(20, make(1000, u"New"_s));
+    snippets.insert(20, numbered(1000, u"New"_s));
     text.update(snippets);
     EXPECT_EQ(text.records().size(), 101U);
     EXPECT_EQ(textOf(text, 20), "new   c k1 k2");
@@ -140,7 +140,7 @@ TEST(SearchText, AnInsertionARemovalAndAMoveFoldOnlyWhatIsNew)
 TEST(SearchText, IsLaidOutAfreshWhenAQuarterIsBlottedOut)
 {
     SearchText text;
-    QList<Snippet> snippets = makeMany(100);
+    QList<Snippet> snippets = manyNumbered(100);
     text.update(snippets);
     const auto size = text.end() - text.begin();
     for (int i = 0; i < 1000; ++i) {
@@ -179,7 +179,7 @@ TEST(SearchText, EqualsAFreshOneThroughEveryChange)
 TEST(SearchText, TellsTheRecordOfAPlace)
 {
     SearchText text;
-    QList<Snippet> snippets = makeMany(300);
+    QList<Snippet> snippets = manyNumbered(300);
     text.update(snippets);
     for (size_t i = 0; i < 300; ++i) {
         const auto& record = text.records()[i];
@@ -194,7 +194,7 @@ TEST(SearchText, TellsTheRecordOfAPlace)
 TEST(SearchIndex, OrdersByTheListAfterChanges)
 {
     SearchIndex index;
-    QList<Snippet> snippets = makeMany(20);
+    QList<Snippet> snippets = manyNumbered(20);
     EXPECT_EQ(index.holdingAnywhere({u"title"_s}, snippets), snippets);
     snippets[3].setContent(u"x"_s);
     snippets[7].setContent(u"x"_s);
@@ -208,16 +208,16 @@ TEST(SearchIndex, FindsTermsLongerThanAnyVector)
 {
     SearchIndex index;
     const QString name = u"abcdefghij"_s.repeated(20);
-    const QList<Snippet> snippets{make(1, name), make(2, name.chopped(1) + u"k"_s),
-                                  make(3, name + u"k"_s)};
+    const QList<Snippet> snippets{numbered(1, name), numbered(2, name.chopped(1) + u"k"_s),
+                                  numbered(3, name + u"k"_s)};
     EXPECT_EQ(index.holdingAnywhere({name}, snippets), QList({snippets[0], snippets[2]}));
 }
 
 TEST(SearchIndex, SearchesOneListAfterAnother)
 {
     SearchIndex index;
-    const QList<Snippet> first = makeMany(50);
-    const QList<Snippet> second{make(1, u"other"_s)};
+    const QList<Snippet> first = manyNumbered(50);
+    const QList<Snippet> second{numbered(1, u"other"_s)};
     for (int i = 0; i < 3; ++i) {
         EXPECT_EQ(index.holdingAnywhere({u"title"_s}, first), first);
         EXPECT_EQ(index.holdingAnywhere({u"title"_s}, second), QList<Snippet>());

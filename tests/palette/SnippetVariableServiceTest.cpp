@@ -3,7 +3,6 @@
 #include "core/Text.h"
 
 #include <QRegularExpression>
-
 #include <gtest/gtest.h>
 
 #include <array>
@@ -62,8 +61,7 @@ TEST_F(SnippetVariables, BracesInsideAreNoName)
 TEST_F(SnippetVariables, ABlankPlaceholderHasNoName)
 {
     EXPECT_EQ(service.extractNames(u"{{   }} {{\t}}"_s), QStringList());
-    EXPECT_EQ(service.resolve(u"{{   }}"_s, {{QString(), u"1"_s}, {u" "_s, u"2"_s}}),
-              u"{{   }}"_s);
+    EXPECT_EQ(service.resolve(u"{{   }}"_s, {{QString(), u"1"_s}, {u" "_s, u"2"_s}}), u"{{   }}"_s);
     // A line separator is white space of the pattern, but is not trimmed from a name.
     EXPECT_EQ(service.extractNames(u"{{ \u2028 }}"_s), QStringList());
     EXPECT_EQ(service.extractNames(u"{{ \u2028}}"_s), QStringList({u"\u2028"_s}));
@@ -155,8 +153,8 @@ TEST_F(SnippetVariables, LongTextsNeedNoMoreThanOnePass)
 class ByRegularExpression {
 public:
     ByRegularExpression()
-        : expression(SnippetVariableService::pattern.toString().replace(
-              u"\\s"_s, u"[\\t\\n\\f\\r\\p{Z}]"_s))
+        : expression(SnippetVariableService::pattern.toString().replace(u"\\s"_s,
+                                                                        u"[\\t\\n\\f\\r\\p{Z}]"_s))
     {
         EXPECT_TRUE(expression.isValid());
     }
@@ -195,15 +193,15 @@ private:
 TEST_F(SnippetVariables, EqualTheRegularExpressionOnRandomTexts)
 {
     const ByRegularExpression expected;
-    const std::array pieces{u"{"_s,      u"{{"_s,     u"}"_s,  u"}}"_s, u"a"_s,      u"b"_s,
-                            u" "_s,      u"\n"_s,     u"\t"_s, u"\r"_s, u"\u2028"_s, u"\u00a0"_s,
-                            u"\x85"_s,   u"\v"_s,     u"\f"_s, u"{{ "_s, u" }}"_s,
-                            u"\U0001F600"_s, u"\u0301"_s, u"\u180e"_s};
+    const std::array pieces{u"{"_s,      u"{{"_s,     u"}"_s,          u"}}"_s,     u"a"_s,
+                            u"b"_s,      u" "_s,      u"\n"_s,         u"\t"_s,     u"\r"_s,
+                            u"\u2028"_s, u"\u00a0"_s, u"\x85"_s,       u"\v"_s,     u"\f"_s,
+                            u"{{ "_s,    u" }}"_s,    u"\U0001F600"_s, u"\u0301"_s, u"\u180e"_s};
     std::mt19937 engine(1);
     const auto random = [&](size_t limit) {
         return std::uniform_int_distribution<size_t>(0, limit - 1)(engine);
     };
-    const Values values{{u"a"_s, u"<{{b}}>"_s}, {u"b"_s, u" x "_s}, {u"\r"_s, u"cr"_s},
+    const Values values{{u"a"_s, u"<{{b}}>"_s}, {u"b"_s, u" x "_s},    {u"\r"_s, u"cr"_s},
                         {u"\u2028"_s, u"ls"_s}, {u"a b"_s, u"both"_s}, {u"ab"_s, u" \n"_s}};
     int found = 0;
     for (int round = 0; round < 300000; ++round) {

@@ -379,6 +379,9 @@ public:
                             QStringLiteral("\nplain:\n") + b;
     }
 
+    /// Whether the times are fine enough for files to settle soon.
+    [[nodiscard]] bool isLocalDisk() const { return cached.precision.slack < 1s; }
+
     [[nodiscard]] std::string trace() const { return history.join(u'\n').toStdString(); }
 
     MemoryFileSystem cached;
@@ -395,8 +398,8 @@ private:
 
     void passTime()
     {
-        static constexpr std::chrono::nanoseconds steps[] = {0ns, 0ns,    1ms, 3ms, 11ms,
-                                                             1s,  2500ms, 4s,  60s};
+        static constexpr std::chrono::nanoseconds steps[] = {0ns, 0ns,    1000123ns, 3ms, 11ms,
+                                                             1s,  2500ms, 4s,        60s};
         const auto duration = steps[pick(std::size(steps))];
         did(QStringLiteral("+%1 ms").arg(duration / 1ms));
         both([&](MemoryFileSystem& files) { files.now += duration; });
@@ -666,8 +669,10 @@ TEST_P(CachedStorage, leavesTheSameFolderAsThePlainOne)
             ASSERT_TRUE(differences.isEmpty()) << differences.toStdString();
             ASSERT_FALSE(HasFailure());
         }
-        opensOfCached += worlds.cached.opened.size();
-        opensOfPlain += worlds.plain.opened.size();
+        if (worlds.isLocalDisk()) {
+            opensOfCached += worlds.cached.opened.size();
+            opensOfPlain += worlds.plain.opened.size();
+        }
     }
     EXPECT_LT(opensOfCached * 2, opensOfPlain) << "the cache is in use at all";
 }

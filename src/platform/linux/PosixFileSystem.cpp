@@ -42,7 +42,7 @@ QByteArray native(const QString& path)
 {
     QByteArray bytes = path.toUtf8();
     if (bytes.contains('\0'))
-        fail("use", path, EINVAL);
+        fail("use", QString(path).replace(QChar(u'\0'), QChar::ReplacementCharacter), EINVAL);
     return bytes;
 }
 

@@ -12,6 +12,7 @@ namespace vellumry {
 namespace {
 
 constexpr int caretWidth = 2;
+constexpr int caretHeight = 24;
 
 /// Makes the field's own caret, which has the text's colour, invisible.
 class WithoutCaret final : public QProxyStyle {
@@ -72,10 +73,9 @@ void KeyHandlingTextField::paintEvent(QPaintEvent* event)
     QLineEdit::paintEvent(event);
     if (!isCaretShown || !hasFocus() || hasSelectedText())
         return;
-    const QRect line = cursorRect();
-    const int x = line.center().x();
+    const int x = cursorRect().center().x();
     QPainter painter(this);
-    painter.fillRect(QRect(x, line.top(), caretWidth, line.height()), caretColor);
+    painter.fillRect(QRect(x, (height() - caretHeight) / 2, caretWidth, caretHeight), caretColor);
 }
 
 void KeyHandlingTextField::focusInEvent(QFocusEvent* event)

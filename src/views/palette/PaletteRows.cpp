@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace vellumry {
 
 namespace {
@@ -19,9 +21,9 @@ QString localText(Date date, const QString& format)
 }
 
 template <typename Unit>
-QString wholeUnits(std::chrono::nanoseconds elapsed, const char16_t* suffix)
+QString wholeUnits(std::chrono::nanoseconds elapsed, QLatin1StringView suffix)
 {
-    return QString::number(std::chrono::duration_cast<Unit>(elapsed).count()) + QStringView(suffix);
+    return QString::number(std::chrono::duration_cast<Unit>(elapsed).count()) + suffix;
 }
 
 QString useCount(const Snippet& snippet)
@@ -43,13 +45,13 @@ QString lastUsedString(Date lastUsedAt, Date now)
     if (elapsed < minutes(1))
         return QStringLiteral("Just now");
     if (elapsed < hours(1))
-        return wholeUnits<minutes>(elapsed, u"m ago");
+        return wholeUnits<minutes>(elapsed, "m ago"_L1);
     if (elapsed < days(1))
-        return wholeUnits<hours>(elapsed, u"h ago");
+        return wholeUnits<hours>(elapsed, "h ago"_L1);
     if (elapsed < days(2))
         return QStringLiteral("Yesterday");
     if (elapsed < days(7))
-        return wholeUnits<days>(elapsed, u"d ago");
+        return wholeUnits<days>(elapsed, "d ago"_L1);
     return localText(lastUsedAt, QStringLiteral("MMM d"));
 }
 

@@ -20,15 +20,15 @@ enum class PaletteRowKind {
 /// One line of the palette's list, with the texts to show.
 struct PaletteRow {
     PaletteRowKind kind = PaletteRowKind::sectionHeader;
-    QString id;          ///< unique in the list; empty for a header
+    QString id = {};     ///< unique in the list; empty for a header
     int index = -1;      ///< place in the model's numbering; -1 for a header
     int hoverIndex = -1; ///< what stands for this row as the hovered one: mostly the index
-    QString title;
-    QString detail;   ///< subtitle or collection
-    QString trailing; ///< time, count or age; may be empty
-    QString badge;    ///< may be empty
+    QString title = {};
+    QString detail = {};   ///< subtitle or collection
+    QString trailing = {}; ///< time, count or age; may be empty
+    QString badge = {};    ///< may be empty
     bool isCopied = false;
-    std::optional<Snippet> snippet; ///< of a snippet row
+    std::optional<Snippet> snippet = {}; ///< of a snippet row
 
     [[nodiscard]] bool isHeader() const { return kind == PaletteRowKind::sectionHeader; }
 
