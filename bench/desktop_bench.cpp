@@ -1,6 +1,6 @@
 // Times the real program from outside, on a private desktop: press of the hot key to the palette's
-// first pixels, process start to hot key ready, memory when idle, Return to clipboard. Each figure is
-// set against another program, or a bare one, in turn with it in the same run.
+// first pixels, process start to hot key ready, memory when idle, Return to clipboard. Each figure
+// is set against another program, or a bare one, in turn with it in the same run.
 //
 //   desktop_bench            starts a private desktop and measures in it
 
@@ -10,6 +10,9 @@
 #include <QDir>
 #include <QStandardPaths>
 #include <QString>
+#include <xcb/xcb.h>
+#include <xcb/xcb_keysyms.h>
+#include <xcb/xtest.h>
 
 #include <algorithm>
 #include <chrono>
@@ -27,9 +30,6 @@
 #include <thread>
 #include <unistd.h>
 #include <vector>
-#include <xcb/xcb.h>
-#include <xcb/xcb_keysyms.h>
-#include <xcb/xtest.h>
 
 namespace {
 
@@ -130,7 +130,8 @@ public:
             fail("no smaps_rollup");
         char line[256];
         long kibibytes = -1;
-        while (std::fgets(line, sizeof line, file) && std::sscanf(line, "Pss: %ld", &kibibytes) != 1) {
+        while (std::fgets(line, sizeof line, file) &&
+               std::sscanf(line, "Pss: %ld", &kibibytes) != 1) {
         }
         std::fclose(file);
         return kibibytes;

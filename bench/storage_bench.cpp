@@ -61,8 +61,8 @@ public:
     QTemporaryDir directory;
     SettingsFilePreferencesStore preferences{directory.filePath(QStringLiteral("preferences"))};
     NotificationCenter center;
-    StorageLocationManager locations{{preferences, FileSystem::local(), center, directory.path(),
-                                      directory.path()}};
+    StorageLocationManager locations{
+        {preferences, FileSystem::local(), center, directory.path(), directory.path()}};
     CategoryColorService colors{preferences};
     CollectionFileStorageService storage{{locations, FileSystem::local(), center,
                                           EventLoopScheduler::shared(), SystemClock::shared(),
@@ -131,8 +131,8 @@ void readAndParse(const QStringList& paths)
     simdjson::dom::parser parser;
     for (const QString& path : paths) {
         const PaddedBytes bytes = readWhole(path);
-        const auto document = parser.parse(reinterpret_cast<const uint8_t*>(bytes.data()),
-                                           bytes.size(), false);
+        const auto document =
+            parser.parse(reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size(), false);
         check(document.error() == simdjson::SUCCESS, "cannot parse");
     }
 }
@@ -183,8 +183,8 @@ void measureLoad(int count)
         coldMedians({[&] { check(world.storage.loadFullData().has_value(), "cannot load"); },
                      [&] { readAndParse(paths); },
                      [&] { check(loadWithQt(paths).size() > 0, "cannot load with Qt"); }});
-    printTimes({"cold load of the folder", count, times[0], "read + simdjson DOM parse", times[1],
-                4.0});
+    printTimes(
+        {"cold load of the folder", count, times[0], "read + simdjson DOM parse", times[1], 4.0});
     printTimes({"cold load of the folder", count, times[0], "QJsonDocument and QDateTime", times[2],
                 0.25});
 }
@@ -209,7 +209,8 @@ void measureEncode(int count)
               keep(copy);
           },
           {}}});
-    printTimes({"encode the whole library", count, times[0], "memcpy of the bytes", times[1], 14.0});
+    printTimes(
+        {"encode the whole library", count, times[0], "memcpy of the bytes", times[1], 14.0});
 }
 
 /// The least that an atomic write can be.
@@ -237,7 +238,8 @@ void measureWrite()
         const QByteArray bytes(qsizetype{kilobytes} * 1000, 'x');
         const std::vector<double> times = medianTimes(
             {{[&] { FileSystem::local().write(ours, bytes); }, [] {}},
-             {[&] { writeByHand(directory.path(), QStringLiteral("by-hand.json"), bytes); }, [] {}}},
+             {[&] { writeByHand(directory.path(), QStringLiteral("by-hand.json"), bytes); },
+              [] {}}},
             25);
         printTimes({"atomic write of " + std::to_string(kilobytes) + " KB", 0, times[0],
                     "open + write + fdatasync + rename + fsync of the folder", times[1], 1.3});
@@ -248,9 +250,8 @@ void measureWrite()
 QString collectionOfRank(const QList<CollectionFileData>& files, double rank)
 {
     QList<CollectionFileData> bySize = files;
-    std::sort(bySize.begin(), bySize.end(), [](const auto& a, const auto& b) {
-        return a.snippets.size() < b.snippets.size();
-    });
+    std::sort(bySize.begin(), bySize.end(),
+              [](const auto& a, const auto& b) { return a.snippets.size() < b.snippets.size(); });
     const auto index = static_cast<qsizetype>(rank * static_cast<double>(bySize.size() - 1));
     return bySize[index].collection.name;
 }
@@ -305,7 +306,8 @@ void measureMemory(int count)
     const auto withSearch = static_cast<double>(usedMemory() - before);
     const auto bytes = static_cast<double>(world.fileBytes);
     printBytes({"memory of the records", count, records, "bytes of the files", bytes, 1.8});
-    printBytes({"memory with the search text", count, withSearch, "bytes of the files", bytes, 2.5});
+    printBytes(
+        {"memory with the search text", count, withSearch, "bytes of the files", bytes, 2.5});
 }
 
 } // namespace

@@ -73,6 +73,11 @@ AppDelegate::~AppDelegate()
     delete toastWindow;
 }
 
+ToastWindow* AppDelegate::toast() const
+{
+    return toastWindow;
+}
+
 void AppDelegate::applicationDidFinishLaunching()
 {
     const bool isLaunchAtLoginStart = services.systemUptime() < loginStartLimit;
@@ -91,9 +96,9 @@ void AppDelegate::setupPalette()
                                               services.clipboardService, services.notifications,
                                               services.scheduler, services.clock},
         [](const Snippet&) {}, [this] { hidePalette(); });
-    paletteView = new CommandPaletteView({*paletteViewModel, services.notifications,
-                                          services.scheduler, services.clock,
-                                          services.collectionColor});
+    paletteView =
+        new CommandPaletteView({*paletteViewModel, services.notifications, services.scheduler,
+                                services.clock, services.collectionColor});
     paletteWindow->setContentView(paletteView);
     paletteWindow->center();
     connect(paletteWindow.get(), &KeyablePanel::gainedKeyStatus, this, releaseKeyboard);

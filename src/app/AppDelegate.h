@@ -50,7 +50,7 @@ public:
         Scheduler& scheduler;
         const Clock& clock;
         std::function<QColor(const QString& collection)> collectionColor;
-        std::function<QString()> libraryFolderName;      ///< for people
+        std::function<QString()> libraryFolderName; ///< for people
         std::function<std::chrono::duration<double>()> systemUptime;
     };
 
@@ -77,7 +77,7 @@ public:
     [[nodiscard]] KeyablePanel* palettePanel() const { return paletteWindow.get(); }
     [[nodiscard]] CommandPaletteViewModel* paletteModel() const { return paletteViewModel.get(); }
     [[nodiscard]] CommandPaletteView* paletteContents() const { return paletteView; }
-    [[nodiscard]] ToastWindow* toast() const { return toastWindow; }
+    [[nodiscard]] ToastWindow* toast() const;
     [[nodiscard]] MainWindow* mainWindow() const { return mainWindowRef.get(); }
     [[nodiscard]] bool isPaletteShown() const { return isPalettePresented; }
 

@@ -16,6 +16,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QIcon>
 
 #include <time.h>
 
@@ -29,7 +30,8 @@ using namespace std::chrono_literals;
 /// and triples the memory for looks that this program draws itself. What the user has set wins.
 void choosePlatformTheme()
 {
-    const bool isKde = qEnvironmentVariable("XDG_CURRENT_DESKTOP").contains(QLatin1StringView("KDE"));
+    const bool isKde =
+        qEnvironmentVariable("XDG_CURRENT_DESKTOP").contains(QLatin1StringView("KDE"));
     if (!isKde && !qEnvironmentVariableIsSet("QT_QPA_PLATFORMTHEME"))
         qputenv("QT_QPA_PLATFORMTHEME", "generic");
 }
@@ -54,8 +56,8 @@ void seedEmptyDefaultFolder(CollectionFileStorageService& storage)
     const StorageLocationManager& location = StorageLocationManager::shared();
     const QDir folder(location.currentLocation());
     const bool isDefault = folder.path() == QDir(location.defaultLocation()).path();
-    if (isDefault && folder.isEmpty(QDir::AllEntries | QDir::Hidden | QDir::System |
-                                    QDir::NoDotAndDotDot))
+    if (isDefault &&
+        folder.isEmpty(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot))
         storage.seedDefaultSnippets();
 }
 
@@ -92,15 +94,15 @@ int VellumryApp::run(int& argc, char** argv)
     DependencyContainer& container = DependencyContainer::shared();
     X11WindowActivation panelActivation;
     const QuitSignals quitSignals(&QCoreApplication::quit);
-    AppDelegate delegate({container.storageService(), container.searchService(),
-                          container.clipboardService(), container.hotkeyService(),
-                          container.settings(), NotificationCenter::defaultCenter(),
-                          panelActivation, EventLoopScheduler::shared(), SystemClock::shared(),
-                          [](const QString& collection) {
-                              return CategoryColorService::shared().getColor(collection);
-                          },
-                          [] { return StorageLocationManager::shared().currentLocationDisplayName(); },
-                          systemUptime});
+    AppDelegate delegate(
+        {container.storageService(), container.searchService(), container.clipboardService(),
+         container.hotkeyService(), container.settings(), NotificationCenter::defaultCenter(),
+         panelActivation, EventLoopScheduler::shared(), SystemClock::shared(),
+         [](const QString& collection) {
+             return CategoryColorService::shared().getColor(collection);
+         },
+         [] { return StorageLocationManager::shared().currentLocationDisplayName(); },
+         systemUptime});
     delegate.applicationDidFinishLaunching();
     prepareWhenIdle(delegate, container);
 

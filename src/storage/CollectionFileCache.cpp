@@ -23,8 +23,8 @@ QString storedText(QString text)
     if (text.isValidUtf16())
         return text;
     for (qsizetype i = 0; i < text.size(); ++i) {
-        const bool isPair = text[i].isHighSurrogate() && i + 1 < text.size() &&
-                            text[i + 1].isLowSurrogate();
+        const bool isPair =
+            text[i].isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate();
         if (isPair)
             ++i;
         else if (text[i].isSurrogate())

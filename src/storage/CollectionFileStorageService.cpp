@@ -329,6 +329,8 @@ std::optional<VellumryData> CollectionFileStorageService::loadDefaultSnippets() 
 
 void CollectionFileStorageService::setupDefaultCollectionColors(const VellumryData& defaults)
 {
+    if (defaults.data.categoryColors.isEmpty())
+        return;
     QMap<QString, QString> colors = with.colors.loadColors();
     colors.insert(defaults.data.categoryColors);
     with.colors.saveColors(colors);

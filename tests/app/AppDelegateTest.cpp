@@ -56,8 +56,8 @@ public:
     void registerGlobalHotkey(const QString& key, hotkey::ModifierFlags modifiers,
                               std::function<void()> action) override
     {
-        calls.append(QStringLiteral("register ") +
-                     QString::fromStdString(modifiers.description()) + key);
+        calls.append(QStringLiteral("register ") + QString::fromStdString(modifiers.description()) +
+                     key);
         press = std::move(action);
     }
     void unregisterHotkey() override { calls.append(QStringLiteral("unregister")); }
@@ -127,12 +127,13 @@ TEST_F(AppDelegateTest, startsWithAHiddenPaletteAndTheStoredHotKey)
 TEST_F(AppDelegateTest, tellsAStartSoonAfterTheMachinesOnlyInItsLine)
 {
     const QStringList atAnyTime = log.lines;
-    for (const auto& [time, word] : {std::pair{119.9, QStringLiteral("true")},
-                                     std::pair{120.0, QStringLiteral("false")}}) {
+    for (const auto& [time, word] :
+         {std::pair{119.9, QStringLiteral("true")}, std::pair{120.0, QStringLiteral("false")}}) {
         log.lines.clear();
         uptime = std::chrono::duration<double>(time);
         delegate.applicationDidFinishLaunching();
-        EXPECT_EQ(log.lines.value(0), QStringLiteral("Vellumry launched, isLaunchAtLoginStart: ") + word);
+        EXPECT_EQ(log.lines.value(0),
+                  QStringLiteral("Vellumry launched, isLaunchAtLoginStart: ") + word);
         EXPECT_EQ(log.lines.mid(1), atAnyTime.mid(1));
     }
 }
@@ -148,16 +149,17 @@ TEST_F(AppDelegateTest, theHotKeyShowsAndHidesThePalette)
     hotkeys.press();
     EXPECT_FALSE(delegate.palettePanel()->isVisible());
     EXPECT_FALSE(delegate.isPaletteShown());
-    EXPECT_THAT(log.lines,
-                ElementsAre(QStringLiteral("AppDelegate: hotkey callback triggered"),
-                            QStringLiteral("AppDelegate: calling togglePalette"),
-                            QStringLiteral("AppDelegate: togglePalette called, paletteWindow: true"),
-                            QStringLiteral("AppDelegate: showing palette"),
-                            QStringLiteral("AppDelegate: palette shown, isPalettePresented = true"),
-                            QStringLiteral("AppDelegate: hotkey callback triggered"),
-                            QStringLiteral("AppDelegate: calling togglePalette"),
-                            QStringLiteral("AppDelegate: togglePalette called, paletteWindow: true"),
-                            QStringLiteral("AppDelegate: hiding palette")));
+    EXPECT_THAT(
+        log.lines,
+        ElementsAre(QStringLiteral("AppDelegate: hotkey callback triggered"),
+                    QStringLiteral("AppDelegate: calling togglePalette"),
+                    QStringLiteral("AppDelegate: togglePalette called, paletteWindow: true"),
+                    QStringLiteral("AppDelegate: showing palette"),
+                    QStringLiteral("AppDelegate: palette shown, isPalettePresented = true"),
+                    QStringLiteral("AppDelegate: hotkey callback triggered"),
+                    QStringLiteral("AppDelegate: calling togglePalette"),
+                    QStringLiteral("AppDelegate: togglePalette called, paletteWindow: true"),
+                    QStringLiteral("AppDelegate: hiding palette")));
 }
 
 TEST_F(AppDelegateTest, aVisiblePanelThatIsNotPresentedShowsAgain)
@@ -196,8 +198,7 @@ TEST_F(AppDelegateTest, losingTheKeyboardHidesThePaletteAfterAMoment)
     scheduler.advance(1ms);
     EXPECT_FALSE(delegate.palettePanel()->isVisible());
     EXPECT_FALSE(delegate.isPaletteShown());
-    EXPECT_THAT(log.lines,
-                ElementsAre(QStringLiteral("AppDelegate: palette lost focus, hiding")));
+    EXPECT_THAT(log.lines, ElementsAre(QStringLiteral("AppDelegate: palette lost focus, hiding")));
 }
 
 TEST_F(AppDelegateTest, aMomentsLossOfTheKeyboardPasses)
@@ -288,10 +289,11 @@ TEST_F(AppDelegateTest, twoRequestsForTheMainWindowWithinItsGuardsTimeAreOne)
     scheduler.advance(299ms);
     Q_EMIT center.openMainWindow();
     EXPECT_FALSE(delegate.mainWindow()->isVisible());
-    EXPECT_THAT(log.lines,
-                ElementsAre(QStringLiteral("openOrCreateMainWindow called"),
-                            QStringLiteral("openOrCreateMainWindow called"),
-                            QStringLiteral("openOrCreateMainWindow: already in progress, skipping")));
+    EXPECT_THAT(
+        log.lines,
+        ElementsAre(QStringLiteral("openOrCreateMainWindow called"),
+                    QStringLiteral("openOrCreateMainWindow called"),
+                    QStringLiteral("openOrCreateMainWindow: already in progress, skipping")));
     scheduler.advance(1ms);
     Q_EMIT center.openMainWindow();
     EXPECT_TRUE(delegate.mainWindow()->isVisible());
@@ -322,8 +324,8 @@ TEST_F(AppDelegateTest, anotherHotKeyIsPutInForceAtOnceAndWithoutALine)
 {
     hotkeys.calls.clear();
     Q_EMIT center.hotkeyDidChange({QStringLiteral("k"), hotkey::ModifierFlags::control});
-    EXPECT_THAT(hotkeys.calls, ElementsAre(QStringLiteral("unregister"),
-                                           QStringLiteral("register ⌃k")));
+    EXPECT_THAT(hotkeys.calls,
+                ElementsAre(QStringLiteral("unregister"), QStringLiteral("register ⌃k")));
     log.lines.clear();
     hotkeys.press();
     scheduler.advance(0ms);

@@ -59,9 +59,9 @@ TEST_F(CategoryColorServiceTest, whatIsNoMapOfTextsReadsAsEmptyUntilTheNextSave)
 TEST_F(CategoryColorServiceTest, hasTwelvePresetsInTheOrderOfTheMenu)
 {
     const QList<std::pair<const char*, const char*>> expected{
-        {"gray", "#868C89"},   {"blue", "#2F7BE0"},   {"purple", "#9A5BD0"}, {"pink", "#E2508F"},
-        {"red", "#DC463D"},    {"orange", "#EF8722"}, {"yellow", "#DFAE12"}, {"green", "#3C9F57"},
-        {"mint", "#00C6BF"},   {"teal", "#30AFC6"},   {"cyan", "#54C9EF"},   {"indigo", "#5956D6"}};
+        {"gray", "#868C89"}, {"blue", "#2F7BE0"},   {"purple", "#9A5BD0"}, {"pink", "#E2508F"},
+        {"red", "#DC463D"},  {"orange", "#EF8722"}, {"yellow", "#DFAE12"}, {"green", "#3C9F57"},
+        {"mint", "#00C6BF"}, {"teal", "#30AFC6"},   {"cyan", "#54C9EF"},   {"indigo", "#5956D6"}};
     const auto presets = CategoryColorService::presetColors();
     ASSERT_EQ(presets.size(), 12u);
     for (size_t i = 0; i < presets.size(); ++i) {
@@ -122,8 +122,8 @@ TEST(ColorFromHexTest, readsToTheFirstOtherCharacterButCountsThemAll)
 
 TEST(ColorFromHexTest, refusesOtherCountsAndTextsWithoutANumber)
 {
-    for (const char* text : {"", "#", "###", "123", "12345", "1234567", "123456789",
-                             "GGGGGG", "G12345", "------", "0123456789ABCDEF0"})
+    for (const char* text : {"", "#", "###", "123", "12345", "1234567", "123456789", "GGGGGG",
+                             "G12345", "------", "0123456789ABCDEF0"})
         EXPECT_EQ(colorFromHex(QLatin1StringView(text)), std::nullopt) << text;
 }
 

@@ -31,7 +31,10 @@ protected:
             collectionFileBytes(makeCollection(id, name, color), snippets));
     }
 
-    void putMetadata(const QStringList& order) { put(QStringLiteral("_metadata.json"), metadataFileBytes(order)); }
+    void putMetadata(const QStringList& order)
+    {
+        put(QStringLiteral("_metadata.json"), metadataFileBytes(order));
+    }
 
     /// The lines since the last call.
     QStringList lines() { return std::exchange(log.lines, {}); }
@@ -144,8 +147,7 @@ TEST_F(LoadingTest, looksAtNoVersion)
     put(QStringLiteral("a.json"),
         collectionFileBytes(makeCollection(QStringLiteral("a"), QStringLiteral("A")), {},
                             QStringLiteral("99.9 from the future")));
-    put(QStringLiteral("_metadata.json"),
-        metadataFileBytes({}, std::nullopt, QStringLiteral("")));
+    put(QStringLiteral("_metadata.json"), metadataFileBytes({}, std::nullopt, QStringLiteral("")));
     const auto data = service().loadFullData();
     ASSERT_TRUE(data);
     EXPECT_EQ(data->version, QStringLiteral("3.0"));
@@ -156,16 +158,15 @@ TEST_F(LoadingTest, knowsCollectionFilesByTheirExactExtension)
 {
     const QByteArray bytes =
         collectionFileBytes(makeCollection(QStringLiteral("c"), QStringLiteral("C")), {});
-    for (const char* name : {"notes.JSON", "notes.json.bak", "json", ".json", "notesjson",
-                             "notes.Json", "x.json "})
+    for (const char* name :
+         {"notes.JSON", "notes.json.bak", "json", ".json", "notesjson", "notes.Json", "x.json "})
         put(QLatin1StringView(name), bytes);
     putMetadata({});
     EXPECT_TRUE(service().loadFullData()->data.collections.isEmpty());
-    EXPECT_EQ(lines(),
-              QStringList{line(QStringLiteral("加载成功 - 0 snippets, 0 collections"))});
+    EXPECT_EQ(lines(), QStringList{line(QStringLiteral("加载成功 - 0 snippets, 0 collections"))});
 
-    for (const char* name : {".hidden.json", "a.b.json", "_Metadata.json", "..json",
-                             "vellumry-data.json"})
+    for (const char* name :
+         {".hidden.json", "a.b.json", "_Metadata.json", "..json", "vellumry-data.json"})
         put(QLatin1StringView(name), bytes);
     EXPECT_EQ(service().loadFullData()->data.collections.size(), 5);
     EXPECT_TRUE(lines().contains(line(QStringLiteral("加载文件 - .hidden"))));
@@ -215,8 +216,8 @@ TEST_F(LoadingTest, anUnreadableMetadataFileFailsTheLoad)
     files.setReadable(path(QStringLiteral("_metadata.json")), false);
     EXPECT_EQ(service().loadFullData(), std::nullopt);
     ASSERT_TRUE(service().lastError());
-    EXPECT_TRUE(service().lastError()->description().contains(
-        path(QStringLiteral("_metadata.json"))));
+    EXPECT_TRUE(
+        service().lastError()->description().contains(path(QStringLiteral("_metadata.json"))));
 }
 
 TEST_F(LoadingTest, aFolderThatCannotBeListedIsAnEmptyLibrary)
@@ -253,8 +254,7 @@ TEST_F(LoadingTest, loadsTheOldFileAsALibrary)
     VellumryData old = makeLibrary({makeCollection(QStringLiteral("a"), QStringLiteral("A"))},
                                    {makeSnippet(QStringLiteral("s"), QStringLiteral("A"))});
     old.version = QStringLiteral("2.7");
-    put(QStringLiteral("vellumry-data.json"),
-        JSONEncoder::vellumry().encode(old).toByteArray());
+    put(QStringLiteral("vellumry-data.json"), JSONEncoder::vellumry().encode(old).toByteArray());
     putCollection(QStringLiteral("x"), QStringLiteral("not looked at"));
     const QStringList before = files.order;
     EXPECT_EQ(service().loadFullData(), old) << "with its own version";
@@ -274,8 +274,7 @@ TEST_F(LoadingTest, loadsTheOldFileAsNestedCollections)
                                                 .displayOrder = std::nullopt,
                                                 .color = QStringLiteral("red"),
                                                 .snippets = {snippet}}}};
-    put(QStringLiteral("vellumry-data.json"),
-        JSONEncoder::vellumry().encode(old).toByteArray());
+    put(QStringLiteral("vellumry-data.json"), JSONEncoder::vellumry().encode(old).toByteArray());
     const auto first = service().loadFullData();
     ASSERT_TRUE(first);
     EXPECT_EQ(first->data.snippets, QList<Snippet>{snippet});
@@ -391,11 +390,10 @@ TEST_F(LoadingTest, seedsAnEmptyFolder)
               (QMap<QString, QString>{{QStringLiteral("One"), QStringLiteral("red")},
                                       {QStringLiteral("Other"), QStringLiteral("green")},
                                       {QStringLiteral("Two"), QStringLiteral("#112233")}}));
-    EXPECT_EQ(lines(),
-              (QStringList{line(QStringLiteral("更新 Collection - One")),
-                           line(QStringLiteral("更新 Collection - Two")),
-                           line(QStringLiteral("保存成功 - 2 snippets, 2 collections")),
-                           line(QStringLiteral("已预置默认 Snippets"))}));
+    EXPECT_EQ(lines(), (QStringList{line(QStringLiteral("更新 Collection - One")),
+                                    line(QStringLiteral("更新 Collection - Two")),
+                                    line(QStringLiteral("保存成功 - 2 snippets, 2 collections")),
+                                    line(QStringLiteral("已预置默认 Snippets"))}));
     EXPECT_TRUE(files.exists(path(QStringLiteral("one.json"))));
 }
 
@@ -416,8 +414,7 @@ TEST_F(LoadingTest, seedsNothingWhereDataIs)
     world.defaultSnippets = defaults;
     service().seedDefaultSnippets();
     EXPECT_TRUE(files.written.isEmpty());
-    EXPECT_EQ(lines(),
-              QStringList{line(QStringLiteral("已有数据，跳过预置默认 Snippets"))});
+    EXPECT_EQ(lines(), QStringList{line(QStringLiteral("已有数据，跳过预置默认 Snippets"))});
 }
 
 TEST_F(LoadingTest, tellsThatTheDefaultsAreMissingOrDamaged)
@@ -443,8 +440,8 @@ TEST_F(LoadingTest, tellsThatTheDefaultsCouldNotBeSaved)
             throw cause;
     };
     service().seedDefaultSnippets();
-    EXPECT_EQ(lines(), QStringList{line(QStringLiteral("预置默认 Snippets 失败 - ") +
-                                        cause.description())});
+    EXPECT_EQ(lines(),
+              QStringList{line(QStringLiteral("预置默认 Snippets 失败 - ") + cause.description())});
     EXPECT_TRUE(world.preferences.data(QStringLiteral("categoryColors")) == std::nullopt);
 }
 

@@ -16,8 +16,8 @@ namespace {
 
 bool isFreshId(const QString& id)
 {
-    static const QRegularExpression form(QStringLiteral(
-        "^[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}$"));
+    static const QRegularExpression form(
+        QStringLiteral("^[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}$"));
     return form.match(id).hasMatch();
 }
 
@@ -84,8 +84,10 @@ TEST(DataValidatorTest, takesLegacyColorsTheLastOfANameWins)
     LegacyExportCollection second = nested(QStringLiteral("Work"), 2);
     second.color = QStringLiteral("#112233");
     const LegacyExportCollection third = nested(QStringLiteral("Work"), 3);
-    const VellumryData data = DataValidator::migrateFromLegacy(
-        {.version = std::nullopt, .exportedAt = std::nullopt, .collections = {third, second, first}});
+    const VellumryData data =
+        DataValidator::migrateFromLegacy({.version = std::nullopt,
+                                          .exportedAt = std::nullopt,
+                                          .collections = {third, second, first}});
     EXPECT_EQ(data.data.categoryColors,
               (QMap<QString, QString>{{QStringLiteral("Work"), QStringLiteral("#112233")}}));
     EXPECT_EQ(data.data.collections[0].color, QStringLiteral("red"));

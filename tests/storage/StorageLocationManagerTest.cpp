@@ -143,8 +143,8 @@ TEST_F(StorageLocationManagerTest, setsACustomLocationAndAnnouncesIt)
     EXPECT_EQ(preferences.boolean(useKey), true);
     EXPECT_EQ(manager.currentLocation(), QStringLiteral("/cloud"));
     EXPECT_EQ(announced, QStringList{QStringLiteral("/cloud")});
-    EXPECT_EQ(log.lines, QStringList{QStringLiteral(
-                             "StorageLocationManager: 设置自定义存储位置 - /cloud")});
+    EXPECT_EQ(log.lines,
+              QStringList{QStringLiteral("StorageLocationManager: 设置自定义存储位置 - /cloud")});
 }
 
 TEST_F(StorageLocationManagerTest, theSettingsStandWhenTheLocationIsAnnounced)
@@ -248,8 +248,8 @@ TEST_F(StorageLocationManagerTest, tellsThatAFolderIsNotWritable)
 {
     files.makeFolder(QStringLiteral("/protected"));
     ReadOnlyFiles readOnly(files);
-    const auto error = failure(
-        [&] { managerOver(readOnly).validateDirectory(QStringLiteral("/protected")); });
+    const auto error =
+        failure([&] { managerOver(readOnly).validateDirectory(QStringLiteral("/protected")); });
     ASSERT_TRUE(error);
     EXPECT_EQ(error->kind(), StorageLocationError::Kind::notWritable);
     EXPECT_EQ(error->description(), QStringLiteral("目录不可写: /protected"));
@@ -263,8 +263,7 @@ TEST_F(StorageLocationManagerTest, leavesNoProbeInARealFolder)
     real.validateDirectory(location);
     EXPECT_TRUE(QDir(location).exists());
     real.validateDirectory(location);
-    EXPECT_TRUE(
-        QDir(location).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
+    EXPECT_TRUE(QDir(location).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
 
     QFile file(folder.filePath(QStringLiteral("file")));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
@@ -278,8 +277,7 @@ TEST_F(StorageLocationManagerTest, ensuresAFolderAndTellsOnlyWhatItDid)
     manager.ensureDirectoryExists(QStringLiteral("/data"));
     EXPECT_TRUE(files.isFolder(QStringLiteral("/data")));
     manager.ensureDirectoryExists(QStringLiteral("/data"));
-    EXPECT_EQ(log.lines,
-              QStringList{QStringLiteral("StorageLocationManager: 创建目录 - /data")});
+    EXPECT_EQ(log.lines, QStringList{QStringLiteral("StorageLocationManager: 创建目录 - /data")});
 
     log.lines.clear();
     const FileError cause(QStringLiteral("create"), QStringLiteral("/other"), EACCES);

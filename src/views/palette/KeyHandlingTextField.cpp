@@ -73,7 +73,7 @@ void KeyHandlingTextField::paintEvent(QPaintEvent* event)
     QLineEdit::paintEvent(event);
     if (!isCaretShown || !hasFocus() || hasSelectedText())
         return;
-    const int x = cursorRect().center().x();
+    const int x = cursorRect().center().x() + 1; // the rectangle is widened around the position
     QPainter painter(this);
     painter.fillRect(QRect(x, (height() - caretHeight) / 2, caretWidth, caretHeight), caretColor);
 }

@@ -49,12 +49,13 @@ void KeyablePanel::center()
 void KeyablePanel::orderFront(quint32 eventTime)
 {
     winId();
-    if (!isVisible()) {
+    if (isVisible()) {
+        raise();
+    } else {
         center();
         desktop.prepareToShow(*windowHandle(), eventTime);
         show();
     }
-    raise();
     desktop.activate(*windowHandle(), eventTime);
 }
 

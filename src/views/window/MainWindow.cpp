@@ -44,7 +44,8 @@ void MainWindow::setHotkeyText(const QString& text)
 
 void MainWindow::setLibrary(qsizetype snippetCount, const QString& folderDisplayName)
 {
-    libraryLine->setText(QStringLiteral("%1 snippets in %2").arg(snippetCount).arg(folderDisplayName));
+    libraryLine->setText(
+        QStringLiteral("%1 snippets in %2").arg(snippetCount).arg(folderDisplayName));
 }
 
 void MainWindow::closeEvent(QCloseEvent* event)

@@ -1,0 +1,238 @@
+#include "views/palette/DarkSearchFieldView.h"
+
+#include "support/ManualScheduler.h"
+#include "views/palette/KeyHandlingTextField.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QTest>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace vellumry {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+
+class DarkSearchFieldViewTest : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        window.resize(680, 60);
+        view.setGeometry(0, 0, 680, 60);
+    }
+
+    void showActive()
+    {
+        window.show();
+        window.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    }
+
+    KeyHandlingTextField& field() { return view.textField(); }
+
+    test::ManualScheduler scheduler;
+    QStringList calls;
+    QStringList texts;
+    QWidget window;
+    DarkSearchFieldView view{scheduler,
+                             {.onTextChanged = [this](const QString& text) { texts << text; },
+                              .onEscape = [this] { calls << u"escape"_qs; },
+                              .onArrowUp = [this] { calls << u"up"_qs; },
+                              .onArrowDown = [this] { calls << u"down"_qs; },
+                              .onArrowRight = [this] { calls << u"right"_qs; },
+                              .onReturn = [this] { calls << u"return"_qs; }},
+                             &window};
+};
+
+TEST_F(DarkSearchFieldViewTest, keysRunTheirCallbacks)
+{
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape, Qt::Key_Down,
+                              Qt::Key_Up, Qt::Key_Right})
+        QTest::keyClick(&field(), key);
+    EXPECT_THAT(calls, ElementsAre(u"return"_qs, u"return"_qs, u"escape"_qs, u"down"_qs, u"up"_qs,
+                                   u"right"_qs));
+}
+
+TEST_F(DarkSearchFieldViewTest, eachKeyRunsItsCallbackOnceInTheActiveWindow)
+{
+    showActive();
+    QTest::keyClick(&field(), Qt::Key_Return);
+    QTest::keyClick(&window, Qt::Key_Down);
+    EXPECT_THAT(calls, ElementsAre(u"return"_qs, u"down"_qs));
+}
+
+TEST_F(DarkSearchFieldViewTest, keysToAnyWidgetOfTheActiveWindowAreCaught)
+{
+    QLineEdit other(&window);
+    showActive();
+    other.setFocus();
+    QTest::keyClick(&other, Qt::Key_Escape);
+    QTest::keyClick(&other, Qt::Key_Up);
+    QTest::keyClicks(&other, u"a"_qs);
+    EXPECT_THAT(calls, ElementsAre(u"escape"_qs, u"up"_qs));
+    EXPECT_EQ(other.text(), u"a"_qs);
+}
+
+TEST_F(DarkSearchFieldViewTest, keysToOtherWindowsAreLeftAlone)
+{
+    showActive();
+    QLineEdit elsewhere;
+    elsewhere.show();
+    elsewhere.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&elsewhere));
+    QTest::keyClick(&elsewhere, Qt::Key_Return);
+    QTest::keyClick(&elsewhere, Qt::Key_Escape);
+    EXPECT_TRUE(calls.isEmpty());
+}
+
+TEST_F(DarkSearchFieldViewTest, rightMovesTheCursorUnlessItIsAtTheEnd)
+{
+    QTest::keyClicks(&field(), u"abc"_qs);
+    field().setCursorPosition(1);
+    QTest::keyClick(&field(), Qt::Key_Right);
+    EXPECT_EQ(field().cursorPosition(), 2);
+    QTest::keyClick(&field(), Qt::Key_Right);
+    EXPECT_EQ(field().cursorPosition(), 3);
+    EXPECT_TRUE(calls.isEmpty());
+    QTest::keyClick(&field(), Qt::Key_Right);
+    EXPECT_THAT(calls, ElementsAre(u"right"_qs));
+}
+
+TEST_F(DarkSearchFieldViewTest, rightDropsASelectionThatReachesTheEnd)
+{
+    QTest::keyClicks(&field(), u"abc"_qs);
+    field().selectAll();
+    QTest::keyClick(&field(), Qt::Key_Right);
+    EXPECT_TRUE(calls.isEmpty());
+    EXPECT_FALSE(field().hasSelectedText());
+    QTest::keyClick(&field(), Qt::Key_Right);
+    EXPECT_THAT(calls, ElementsAre(u"right"_qs));
+}
+
+TEST_F(DarkSearchFieldViewTest, copyWithoutASelectionMeansReturn)
+{
+    QTest::keyClicks(&field(), u"abc"_qs);
+    QTest::keyClick(&field(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_THAT(calls, ElementsAre(u"return"_qs));
+    EXPECT_EQ(field().text(), u"abc"_qs);
+}
+
+TEST_F(DarkSearchFieldViewTest, copyWithASelectionCopiesTheText)
+{
+    QGuiApplication::clipboard()->setText(u"before"_qs);
+    QTest::keyClicks(&field(), u"abc"_qs);
+    field().setSelection(1, 2);
+    QTest::keyClick(&field(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_TRUE(calls.isEmpty());
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), u"bc"_qs);
+}
+
+TEST_F(DarkSearchFieldViewTest, otherKeysEditTheText)
+{
+    QTest::keyClicks(&field(), u"cab"_qs);
+    QTest::keyClick(&field(), Qt::Key_Left);
+    QTest::keyClick(&field(), Qt::Key_Backspace);
+    EXPECT_EQ(field().text(), u"cb"_qs);
+    EXPECT_THAT(texts, ElementsAre(u"c"_qs, u"ca"_qs, u"cab"_qs, u"cb"_qs));
+    EXPECT_TRUE(calls.isEmpty());
+}
+
+TEST_F(DarkSearchFieldViewTest, typingSixtyCharactersLeavesFifty)
+{
+    const QString sixty = QString(60, u'x');
+    QTest::keyClicks(&field(), sixty);
+    EXPECT_EQ(field().text(), sixty.left(50));
+    EXPECT_EQ(texts.last(), sixty.left(50));
+}
+
+TEST_F(DarkSearchFieldViewTest, fiftyCharactersStay)
+{
+    const QString fifty = QString(50, u'x');
+    QTest::keyClicks(&field(), fifty);
+    EXPECT_EQ(field().text(), fifty);
+}
+
+TEST_F(DarkSearchFieldViewTest, pastingSixtyCharactersLeavesFifty)
+{
+    QGuiApplication::clipboard()->setText(QString(60, u'y'));
+    QTest::keyClick(&field(), Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(field().text(), QString(50, u'y'));
+    EXPECT_THAT(texts, ElementsAre(QString(50, u'y')));
+}
+
+TEST_F(DarkSearchFieldViewTest, theLimitCountsPerceivedCharacters)
+{
+    const QString family = u"👩‍👩‍👧"_qs;
+    QGuiApplication::clipboard()->setText(family.repeated(50));
+    QTest::keyClick(&field(), Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(field().text(), family.repeated(50));
+    field().setCursorPosition(static_cast<int>(family.size()));
+    QTest::keyClicks(&field(), u"z"_qs);
+    EXPECT_EQ(field().text(), family + u"z"_qs + family.repeated(48));
+    EXPECT_EQ(field().cursorPosition(), family.size() + 1);
+}
+
+TEST_F(DarkSearchFieldViewTest, aTextOfTheModelIsNotCut)
+{
+    view.updateText(QString(60, u'x'));
+    EXPECT_EQ(view.text().size(), 60);
+    EXPECT_TRUE(texts.isEmpty());
+}
+
+TEST_F(DarkSearchFieldViewTest, takesTheFocusATenthOfASecondAfterCreation)
+{
+    QLineEdit other(&window);
+    showActive();
+    other.setFocus();
+    scheduler.advance(99ms);
+    EXPECT_FALSE(field().hasFocus());
+    scheduler.advance(1ms);
+    EXPECT_TRUE(field().hasFocus());
+}
+
+TEST_F(DarkSearchFieldViewTest, takesTheFocusFiftyMillisecondsAfterAnUpdate)
+{
+    QLineEdit other(&window);
+    showActive();
+    scheduler.advance(1s);
+    other.setFocus();
+    view.updateText(u"new"_qs);
+    EXPECT_EQ(field().text(), u"new"_qs);
+    scheduler.advance(49ms);
+    EXPECT_FALSE(field().hasFocus());
+    scheduler.advance(1ms);
+    EXPECT_TRUE(field().hasFocus());
+}
+
+TEST_F(DarkSearchFieldViewTest, anUpdateWithTheSameTextKeepsCursorAndSelection)
+{
+    QTest::keyClicks(&field(), u"abc"_qs);
+    field().setSelection(0, 2);
+    view.updateText(u"abc"_qs);
+    EXPECT_EQ(field().selectedText(), u"ab"_qs);
+}
+
+TEST_F(DarkSearchFieldViewTest, aDelayedFocusDoesNotOutliveTheView)
+{
+    auto* shortLived = new DarkSearchFieldView(scheduler, {}, &window);
+    delete shortLived;
+    scheduler.advance(1s);
+    EXPECT_EQ(scheduler.pending(), 0U);
+}
+
+TEST_F(DarkSearchFieldViewTest, looksAsToldOfIt)
+{
+    EXPECT_EQ(field().placeholderText(), u"Search snippets..."_qs);
+    EXPECT_EQ(field().font().pixelSize(), 20);
+    EXPECT_FALSE(field().hasFrame());
+    for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+        EXPECT_EQ(field().palette().color(group, QPalette::Text), QColor(Qt::white));
+        EXPECT_EQ(field().palette().color(group, QPalette::PlaceholderText),
+                  QColor::fromRgbF(0.4F, 0.4F, 0.4F));
+    }
+}
+
+} // namespace
+} // namespace vellumry

@@ -1,0 +1,220 @@
+#include "views/palette/PaletteRows.h"
+
+#include <QDateTime>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace vellumry {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+
+Date localTime(int year, int month, int day, int hour, int minute)
+{
+    const QDateTime time(QDate(year, month, day), QTime(hour, minute));
+    return Date(std::chrono::milliseconds(time.toMSecsSinceEpoch()));
+}
+
+const Date now = localTime(2026, 11, 21, 12, 0);
+
+Snippet snippet(const QString& id, std::optional<Date> lastUsedAt = {}, qint64 usageCount = 0)
+{
+    SnippetFields fields;
+    fields.id = id;
+    fields.title = u"Title "_qs + id;
+    fields.collection = u"Shell"_qs;
+    fields.lastUsedAt = lastUsedAt;
+    fields.usageCount = usageCount;
+    return Snippet(fields);
+}
+
+QList<Snippet> snippets(int count)
+{
+    QList<Snippet> result;
+    for (int i = 0; i < count; ++i)
+        result.append(snippet(QString::number(i)));
+    return result;
+}
+
+QStringList ids(const PaletteRows& rows)
+{
+    QStringList result;
+    for (const PaletteRow& row : rows.lines())
+        result.append(row.isHeader() ? u"["_qs + row.title + u"]"_qs : row.id);
+    return result;
+}
+
+const PaletteRow& row(const PaletteRows& rows, int index)
+{
+    return rows.lines()[rows.lineOfIndex(index)];
+}
+
+TEST(PaletteRowsTest, emptyQueryShowsActionsTodayAndMostUsed)
+{
+    const PaletteRows rows({.query = {},
+                            .filteredSnippets = {snippet(u"a"_qs), snippet(u"b"_qs)},
+                            .todaySnippets = {snippet(u"b"_qs)},
+                            .justCopiedID = {}},
+                           now);
+    EXPECT_THAT(ids(rows), ElementsAre(u"[Actions]"_qs, u"open-app-item"_qs, u"[Today]"_qs,
+                                       u"today-b"_qs, u"[Most Used]"_qs, u"a"_qs, u"b"_qs));
+    EXPECT_EQ(rows.totalItemCount(), 4);
+}
+
+TEST(PaletteRowsTest, indicesCountThroughAllSections)
+{
+    const PaletteRows rows({.query = {},
+                            .filteredSnippets = snippets(12),
+                            .todaySnippets = snippets(7),
+                            .justCopiedID = {}},
+                           now);
+    EXPECT_EQ(rows.totalItemCount(), 1 + 5 + 10);
+    EXPECT_EQ(row(rows, 0).kind, PaletteRowKind::openApp);
+    EXPECT_EQ(row(rows, 1).id, u"today-0"_qs);
+    EXPECT_EQ(row(rows, 5).id, u"today-4"_qs);
+    EXPECT_EQ(row(rows, 6).id, u"0"_qs);
+    EXPECT_EQ(row(rows, 15).id, u"9"_qs);
+    EXPECT_EQ(rows.lineOfIndex(16), -1);
+    EXPECT_EQ(rows.lineOfIndex(-1), -1);
+}
+
+TEST(PaletteRowsTest, theOpenRowHasItsOwnHoverValue)
+{
+    const PaletteRows rows({.query = {},
+                            .filteredSnippets = snippets(2),
+                            .todaySnippets = {},
+                            .justCopiedID = {}},
+                           now);
+    EXPECT_EQ(row(rows, 0).hoverIndex, -1);
+    EXPECT_EQ(row(rows, 1).hoverIndex, 1);
+    EXPECT_EQ(row(rows, 2).hoverIndex, 2);
+}
+
+TEST(PaletteRowsTest, emptyLibraryAndQueryShowActionsAlone)
+{
+    const PaletteRows rows(PaletteRows::State{}, now);
+    EXPECT_THAT(ids(rows), ElementsAre(u"[Actions]"_qs, u"open-app-item"_qs));
+    EXPECT_EQ(rows.totalItemCount(), 1);
+    EXPECT_FALSE(rows.showsEmptyState());
+}
+
+TEST(PaletteRowsTest, theOpenRowHasItsTexts)
+{
+    const PaletteRows rows(PaletteRows::State{}, now);
+    EXPECT_EQ(row(rows, 0).title, u"Open Vellumry"_qs);
+    EXPECT_EQ(row(rows, 0).detail, u"View all snippets"_qs);
+    EXPECT_EQ(row(rows, 0).badge, u"App"_qs);
+}
+
+TEST(PaletteRowsTest, aQueryShowsTenResultsFromIndexZero)
+{
+    const PaletteRows rows({.query = u"x"_qs,
+                            .filteredSnippets = snippets(12),
+                            .todaySnippets = snippets(3),
+                            .justCopiedID = {}},
+                           now);
+    EXPECT_EQ(rows.totalItemCount(), 10);
+    EXPECT_EQ(rows.lines().first().title, u"Results"_qs);
+    EXPECT_EQ(row(rows, 0).id, u"0"_qs);
+    EXPECT_EQ(row(rows, 0).hoverIndex, 0);
+    EXPECT_FALSE(rows.showsEmptyState());
+}
+
+TEST(PaletteRowsTest, aQueryWithoutHitsShowsTheEmptyState)
+{
+    const PaletteRows rows(
+        {.query = u"x"_qs, .filteredSnippets = {}, .todaySnippets = {}, .justCopiedID = {}}, now);
+    EXPECT_TRUE(rows.showsEmptyState());
+    EXPECT_TRUE(rows.lines().isEmpty());
+    EXPECT_EQ(rows.totalItemCount(), 0);
+}
+
+TEST(PaletteRowsTest, theSelectionIsClampedAtTheEndAndZeroWithoutRows)
+{
+    const PaletteRows rows({.query = u"x"_qs,
+                            .filteredSnippets = snippets(3),
+                            .todaySnippets = {},
+                            .justCopiedID = {}},
+                           now);
+    EXPECT_EQ(rows.clampedSelection(0), 0);
+    EXPECT_EQ(rows.clampedSelection(2), 2);
+    EXPECT_EQ(rows.clampedSelection(3), 2);
+    EXPECT_EQ(rows.clampedSelection(99), 2);
+    EXPECT_EQ(PaletteRows().clampedSelection(4), 0);
+}
+
+TEST(PaletteRowsTest, trailingTextsDependOnTheSection)
+{
+    const Snippet used = snippet(u"u"_qs, now - 5min, 12);
+    const Snippet unused = snippet(u"n"_qs);
+    const PaletteRows empty({.query = {},
+                             .filteredSnippets = {used, unused},
+                             .todaySnippets = {used, unused},
+                             .justCopiedID = {}},
+                            now);
+    EXPECT_EQ(row(empty, 1).trailing, u"11:55 AM"_qs);
+    EXPECT_EQ(row(empty, 2).trailing, QString());
+    EXPECT_EQ(row(empty, 3).trailing, u"12×"_qs);
+    EXPECT_EQ(row(empty, 4).trailing, QString());
+
+    const PaletteRows results({.query = u"x"_qs,
+                               .filteredSnippets = {used, unused},
+                               .todaySnippets = {},
+                               .justCopiedID = {}},
+                              now);
+    EXPECT_EQ(row(results, 0).trailing, u"5m ago"_qs);
+    EXPECT_EQ(row(results, 1).trailing, QString());
+}
+
+TEST(PaletteRowsTest, onlyTheJustCopiedSnippetIsMarked)
+{
+    const PaletteRows rows({.query = u"x"_qs,
+                            .filteredSnippets = snippets(2),
+                            .todaySnippets = {},
+                            .justCopiedID = u"1"_qs},
+                           now);
+    EXPECT_FALSE(row(rows, 0).isCopied);
+    EXPECT_TRUE(row(rows, 1).isCopied);
+}
+
+TEST(PaletteRowsTest, timeOfDayIsInTwelveHours)
+{
+    EXPECT_EQ(timeString(localTime(2026, 3, 9, 0, 5)), u"12:05 AM"_qs);
+    EXPECT_EQ(timeString(localTime(2026, 3, 9, 9, 30)), u"9:30 AM"_qs);
+    EXPECT_EQ(timeString(localTime(2026, 3, 9, 12, 0)), u"12:00 PM"_qs);
+    EXPECT_EQ(timeString(localTime(2026, 3, 9, 14, 41)), u"2:41 PM"_qs);
+}
+
+TEST(PaletteRowsTest, ageGoesByElapsedTimeAndIsTruncated)
+{
+    const auto text = [](std::chrono::nanoseconds elapsed) {
+        return lastUsedString(now - elapsed, now);
+    };
+    EXPECT_EQ(text(-10min), u"Just now"_qs);
+    EXPECT_EQ(text(0s), u"Just now"_qs);
+    EXPECT_EQ(text(60s - 1ns), u"Just now"_qs);
+    EXPECT_EQ(text(60s), u"1m ago"_qs);
+    EXPECT_EQ(text(119s), u"1m ago"_qs);
+    EXPECT_EQ(text(5min), u"5m ago"_qs);
+    EXPECT_EQ(text(3600s - 1ns), u"59m ago"_qs);
+    EXPECT_EQ(text(3600s), u"1h ago"_qs);
+    EXPECT_EQ(text(86400s - 1ns), u"23h ago"_qs);
+    EXPECT_EQ(text(86400s), u"Yesterday"_qs);
+    EXPECT_EQ(text(172800s - 1ns), u"Yesterday"_qs);
+    EXPECT_EQ(text(172800s), u"2d ago"_qs);
+    EXPECT_EQ(text(604800s - 1ns), u"6d ago"_qs);
+    EXPECT_EQ(text(604800s), u"Nov 14"_qs);
+}
+
+TEST(PaletteRowsTest, oldDatesAreEnglishInEveryLocale)
+{
+    const QLocale before;
+    QLocale::setDefault(QLocale(QLocale::German));
+    EXPECT_EQ(lastUsedString(localTime(2026, 3, 1, 8, 0), now), u"Mar 1"_qs);
+    EXPECT_EQ(timeString(localTime(2026, 3, 1, 20, 0)), u"8:00 PM"_qs);
+    QLocale::setDefault(before);
+}
+
+} // namespace
+} // namespace vellumry
