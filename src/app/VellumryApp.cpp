@@ -86,7 +86,6 @@ int VellumryApp::run(int& argc, char** argv)
     hotkey::HotKeysController::setBackend(hotkey::makeHotKeyBackend(postToMainThread));
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("vellumry"));
-    QApplication::setApplicationDisplayName(QStringLiteral("Vellumry"));
     QApplication::setDesktopFileName(QStringLiteral("vellumry"));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/vellumry.svg")));
     QApplication::setQuitOnLastWindowClosed(false);

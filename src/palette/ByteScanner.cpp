@@ -162,7 +162,7 @@ ByteScanner::Instructions ByteScanner::best()
     return Instructions::portable;
 }
 
-ByteScanner::Find ByteScanner::function(Instructions instructions)
+ByteScanner::Find ByteScanner::function([[maybe_unused]] Instructions instructions)
 {
 #if defined(__x86_64__)
     if (instructions == Instructions::avx2)

@@ -165,7 +165,7 @@ TEST_F(SavingTest, eachComparedFieldSetsOffAWrite)
     };
     for (const auto& change : changes) {
         VellumryData changed = data;
-        change(changed.data.snippets[2]);
+        change(changed.data.snippets[1]);
         save(changed);
         EXPECT_EQ(written(), workAndMetadata);
         save(data);
@@ -212,7 +212,7 @@ TEST_F(SavingTest, uncomparedFieldsLeaveTheFileAloneAndRideAlong)
     snippet.setDisplayOrder(7);
     snippet.setVariables({{QStringLiteral("name"), QStringLiteral("value")}});
     snippet.setCreatedAt(dateAt(99));
-    data.data.snippets.swapItemsAt(0, 2);
+    data.data.snippets.swapItemsAt(0, 1);
     save(data);
     EXPECT_EQ(written(), metadataOnly);
     EXPECT_EQ(get(QStringLiteral("work.json")), before);

@@ -35,8 +35,9 @@ void expectHead(const VellumryData& data, const Clock& clock)
 {
     EXPECT_EQ(data.version, QStringLiteral("3.0"));
     EXPECT_EQ(data.lastModified, clock.now());
-    if (machineIdentifier())
+    if (machineIdentifier()) {
         EXPECT_EQ(data.deviceId, DeviceIdentifier::current());
+    }
     EXPECT_FALSE(data.deviceId.isEmpty());
     EXPECT_EQ(data.settings, std::nullopt);
 }

@@ -9,6 +9,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vellumry {
 namespace {
 
@@ -38,21 +40,21 @@ protected:
     QWidget window;
     DarkSearchFieldView view{scheduler,
                              {.onTextChanged = [this](const QString& text) { texts << text; },
-                              .onEscape = [this] { calls << u"escape"_qs; },
-                              .onArrowUp = [this] { calls << u"up"_qs; },
-                              .onArrowDown = [this] { calls << u"down"_qs; },
-                              .onArrowRight = [this] { calls << u"right"_qs; },
-                              .onReturn = [this] { calls << u"return"_qs; }},
+                              .onEscape = [this] { calls << u"escape"_s; },
+                              .onArrowUp = [this] { calls << u"up"_s; },
+                              .onArrowDown = [this] { calls << u"down"_s; },
+                              .onArrowRight = [this] { calls << u"right"_s; },
+                              .onReturn = [this] { calls << u"return"_s; }},
                              &window};
 };
 
 TEST_F(DarkSearchFieldViewTest, keysRunTheirCallbacks)
 {
-    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape, Qt::Key_Down,
-                              Qt::Key_Up, Qt::Key_Right})
+    for (const Qt::Key key :
+         {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape, Qt::Key_Down, Qt::Key_Up, Qt::Key_Right})
         QTest::keyClick(&field(), key);
-    EXPECT_THAT(calls, ElementsAre(u"return"_qs, u"return"_qs, u"escape"_qs, u"down"_qs, u"up"_qs,
-                                   u"right"_qs));
+    EXPECT_THAT(calls,
+                ElementsAre(u"return"_s, u"return"_s, u"escape"_s, u"down"_s, u"up"_s, u"right"_s));
 }
 
 TEST_F(DarkSearchFieldViewTest, eachKeyRunsItsCallbackOnceInTheActiveWindow)
@@ -60,7 +62,7 @@ TEST_F(DarkSearchFieldViewTest, eachKeyRunsItsCallbackOnceInTheActiveWindow)
     showActive();
     QTest::keyClick(&field(), Qt::Key_Return);
     QTest::keyClick(&window, Qt::Key_Down);
-    EXPECT_THAT(calls, ElementsAre(u"return"_qs, u"down"_qs));
+    EXPECT_THAT(calls, ElementsAre(u"return"_s, u"down"_s));
 }
 
 TEST_F(DarkSearchFieldViewTest, keysToAnyWidgetOfTheActiveWindowAreCaught)
@@ -70,9 +72,9 @@ TEST_F(DarkSearchFieldViewTest, keysToAnyWidgetOfTheActiveWindowAreCaught)
     other.setFocus();
     QTest::keyClick(&other, Qt::Key_Escape);
     QTest::keyClick(&other, Qt::Key_Up);
-    QTest::keyClicks(&other, u"a"_qs);
-    EXPECT_THAT(calls, ElementsAre(u"escape"_qs, u"up"_qs));
-    EXPECT_EQ(other.text(), u"a"_qs);
+    QTest::keyClicks(&other, u"a"_s);
+    EXPECT_THAT(calls, ElementsAre(u"escape"_s, u"up"_s));
+    EXPECT_EQ(other.text(), u"a"_s);
 }
 
 TEST_F(DarkSearchFieldViewTest, keysToOtherWindowsAreLeftAlone)
@@ -89,7 +91,7 @@ TEST_F(DarkSearchFieldViewTest, keysToOtherWindowsAreLeftAlone)
 
 TEST_F(DarkSearchFieldViewTest, rightMovesTheCursorUnlessItIsAtTheEnd)
 {
-    QTest::keyClicks(&field(), u"abc"_qs);
+    QTest::keyClicks(&field(), u"abc"_s);
     field().setCursorPosition(1);
     QTest::keyClick(&field(), Qt::Key_Right);
     EXPECT_EQ(field().cursorPosition(), 2);
@@ -97,45 +99,45 @@ TEST_F(DarkSearchFieldViewTest, rightMovesTheCursorUnlessItIsAtTheEnd)
     EXPECT_EQ(field().cursorPosition(), 3);
     EXPECT_TRUE(calls.isEmpty());
     QTest::keyClick(&field(), Qt::Key_Right);
-    EXPECT_THAT(calls, ElementsAre(u"right"_qs));
+    EXPECT_THAT(calls, ElementsAre(u"right"_s));
 }
 
 TEST_F(DarkSearchFieldViewTest, rightDropsASelectionThatReachesTheEnd)
 {
-    QTest::keyClicks(&field(), u"abc"_qs);
+    QTest::keyClicks(&field(), u"abc"_s);
     field().selectAll();
     QTest::keyClick(&field(), Qt::Key_Right);
     EXPECT_TRUE(calls.isEmpty());
     EXPECT_FALSE(field().hasSelectedText());
     QTest::keyClick(&field(), Qt::Key_Right);
-    EXPECT_THAT(calls, ElementsAre(u"right"_qs));
+    EXPECT_THAT(calls, ElementsAre(u"right"_s));
 }
 
 TEST_F(DarkSearchFieldViewTest, copyWithoutASelectionMeansReturn)
 {
-    QTest::keyClicks(&field(), u"abc"_qs);
+    QTest::keyClicks(&field(), u"abc"_s);
     QTest::keyClick(&field(), Qt::Key_C, Qt::ControlModifier);
-    EXPECT_THAT(calls, ElementsAre(u"return"_qs));
-    EXPECT_EQ(field().text(), u"abc"_qs);
+    EXPECT_THAT(calls, ElementsAre(u"return"_s));
+    EXPECT_EQ(field().text(), u"abc"_s);
 }
 
 TEST_F(DarkSearchFieldViewTest, copyWithASelectionCopiesTheText)
 {
-    QGuiApplication::clipboard()->setText(u"before"_qs);
-    QTest::keyClicks(&field(), u"abc"_qs);
+    QGuiApplication::clipboard()->setText(u"before"_s);
+    QTest::keyClicks(&field(), u"abc"_s);
     field().setSelection(1, 2);
     QTest::keyClick(&field(), Qt::Key_C, Qt::ControlModifier);
     EXPECT_TRUE(calls.isEmpty());
-    EXPECT_EQ(QGuiApplication::clipboard()->text(), u"bc"_qs);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), u"bc"_s);
 }
 
 TEST_F(DarkSearchFieldViewTest, otherKeysEditTheText)
 {
-    QTest::keyClicks(&field(), u"cab"_qs);
+    QTest::keyClicks(&field(), u"cab"_s);
     QTest::keyClick(&field(), Qt::Key_Left);
     QTest::keyClick(&field(), Qt::Key_Backspace);
-    EXPECT_EQ(field().text(), u"cb"_qs);
-    EXPECT_THAT(texts, ElementsAre(u"c"_qs, u"ca"_qs, u"cab"_qs, u"cb"_qs));
+    EXPECT_EQ(field().text(), u"cb"_s);
+    EXPECT_THAT(texts, ElementsAre(u"c"_s, u"ca"_s, u"cab"_s, u"cb"_s));
     EXPECT_TRUE(calls.isEmpty());
 }
 
@@ -164,13 +166,13 @@ TEST_F(DarkSearchFieldViewTest, pastingSixtyCharactersLeavesFifty)
 
 TEST_F(DarkSearchFieldViewTest, theLimitCountsPerceivedCharacters)
 {
-    const QString family = u"👩‍👩‍👧"_qs;
+    const QString family = u"👩‍👩‍👧"_s;
     QGuiApplication::clipboard()->setText(family.repeated(50));
     QTest::keyClick(&field(), Qt::Key_V, Qt::ControlModifier);
     EXPECT_EQ(field().text(), family.repeated(50));
     field().setCursorPosition(static_cast<int>(family.size()));
-    QTest::keyClicks(&field(), u"z"_qs);
-    EXPECT_EQ(field().text(), family + u"z"_qs + family.repeated(48));
+    QTest::keyClicks(&field(), u"z"_s);
+    EXPECT_EQ(field().text(), family + u"z"_s + family.repeated(48));
     EXPECT_EQ(field().cursorPosition(), family.size() + 1);
 }
 
@@ -198,8 +200,8 @@ TEST_F(DarkSearchFieldViewTest, takesTheFocusFiftyMillisecondsAfterAnUpdate)
     showActive();
     scheduler.advance(1s);
     other.setFocus();
-    view.updateText(u"new"_qs);
-    EXPECT_EQ(field().text(), u"new"_qs);
+    view.updateText(u"new"_s);
+    EXPECT_EQ(field().text(), u"new"_s);
     scheduler.advance(49ms);
     EXPECT_FALSE(field().hasFocus());
     scheduler.advance(1ms);
@@ -208,10 +210,10 @@ TEST_F(DarkSearchFieldViewTest, takesTheFocusFiftyMillisecondsAfterAnUpdate)
 
 TEST_F(DarkSearchFieldViewTest, anUpdateWithTheSameTextKeepsCursorAndSelection)
 {
-    QTest::keyClicks(&field(), u"abc"_qs);
+    QTest::keyClicks(&field(), u"abc"_s);
     field().setSelection(0, 2);
-    view.updateText(u"abc"_qs);
-    EXPECT_EQ(field().selectedText(), u"ab"_qs);
+    view.updateText(u"abc"_s);
+    EXPECT_EQ(field().selectedText(), u"ab"_s);
 }
 
 TEST_F(DarkSearchFieldViewTest, aDelayedFocusDoesNotOutliveTheView)
@@ -224,7 +226,7 @@ TEST_F(DarkSearchFieldViewTest, aDelayedFocusDoesNotOutliveTheView)
 
 TEST_F(DarkSearchFieldViewTest, looksAsToldOfIt)
 {
-    EXPECT_EQ(field().placeholderText(), u"Search snippets..."_qs);
+    EXPECT_EQ(field().placeholderText(), u"Search snippets..."_s);
     EXPECT_EQ(field().font().pixelSize(), 20);
     EXPECT_FALSE(field().hasFrame());
     for (const auto group : {QPalette::Active, QPalette::Inactive}) {

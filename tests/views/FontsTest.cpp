@@ -4,6 +4,8 @@
 #include <QFontMetricsF>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vellumry {
 namespace {
 
@@ -20,7 +22,7 @@ TEST(FontsTest, anInstalledFamilyLeadsAndColourEmojiComeSecond)
     const QStringList families = uiFont(14).families();
     ASSERT_GE(families.size(), 2);
     EXPECT_TRUE(QFontDatabase::hasFamily(families[0])) << qPrintable(families[0]);
-    EXPECT_EQ(families[1], u"Noto Color Emoji"_qs);
+    EXPECT_EQ(families[1], u"Noto Color Emoji"_s);
 }
 
 TEST(FontsTest, blanksAndDigitsAreNotThoseOfTheEmojiFont)

@@ -3,6 +3,8 @@
 #include <QImage>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vellumry {
 namespace {
 
@@ -40,7 +42,7 @@ TEST(IconTest, symbolsWithColoursKeepThem)
 TEST(IconTest, isMadeForTheScaleOfTheScreen)
 {
     for (const qreal ratio : {1.0, 1.25, 1.5, 2.0}) {
-        const QPixmap pixmap = Icon(u"macwindow"_qs).pixmap(20, Qt::white, ratio);
+        const QPixmap pixmap = Icon(u"macwindow"_s).pixmap(20, Qt::white, ratio);
         EXPECT_EQ(pixmap.size(), QSize(qRound(20 * ratio), qRound(20 * ratio)));
         EXPECT_EQ(pixmap.devicePixelRatio(), ratio);
     }
@@ -48,7 +50,7 @@ TEST(IconTest, isMadeForTheScaleOfTheScreen)
 
 TEST(IconTest, isDrawnOnceForEachLook)
 {
-    const Icon icon(u"checkmark"_qs);
+    const Icon icon(u"checkmark"_s);
     const auto key = icon.pixmap(18, Qt::green, 1).cacheKey();
     EXPECT_EQ(icon.pixmap(18, Qt::green, 1).cacheKey(), key);
     EXPECT_NE(icon.pixmap(18, Qt::blue, 1).cacheKey(), key);

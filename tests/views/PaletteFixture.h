@@ -68,13 +68,14 @@ public:
 class PaletteFixture : public testing::Test {
 public:
     static Snippet snippet(const QString& title, std::optional<Date> lastUsedAt = {},
-                           qint64 usageCount = 0, const QString& collection = u"Shell"_qs)
+                           qint64 usageCount = 0,
+                           const QString& collection = QStringLiteral("Shell"))
     {
         SnippetFields fields;
-        fields.id = u"id-"_qs + title;
+        fields.id = QStringLiteral("id-") + title;
         fields.title = title;
         fields.collection = collection;
-        fields.content = u"content of "_qs + title;
+        fields.content = QStringLiteral("content of ") + title;
         fields.usageCount = usageCount;
         fields.lastUsedAt = lastUsedAt;
         return Snippet(fields);
@@ -84,7 +85,7 @@ public:
     void fillLibrary()
     {
         for (int i = 0; i < 12; ++i) {
-            Snippet one = snippet(u"a%1"_qs.arg(i, 2, 10, QChar(u'0')));
+            Snippet one = snippet(QStringLiteral("a%1").arg(i, 2, 10, QChar(u'0')));
             one.setUpdatedAt(clock.now() - std::chrono::hours(i));
             storage.snippets.append(one);
         }
@@ -155,10 +156,9 @@ public:
     RecordingClipboard clipboard;
     NotificationCenter notifications;
     int dismissals = 0;
-    CommandPaletteViewModel viewModel{
-        {storage, search, clipboard, notifications, scheduler, clock},
-        [](const Snippet&) {},
-        [this] { ++dismissals; }};
+    CommandPaletteViewModel viewModel{{storage, search, clipboard, notifications, scheduler, clock},
+                                      [](const Snippet&) {},
+                                      [this] { ++dismissals; }};
 
 private:
     std::unique_ptr<CommandPaletteView> paletteView;

@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace vellumry {
 namespace {
 
@@ -22,8 +24,8 @@ Snippet snippet(const QString& id, std::optional<Date> lastUsedAt = {}, qint64 u
 {
     SnippetFields fields;
     fields.id = id;
-    fields.title = u"Title "_qs + id;
-    fields.collection = u"Shell"_qs;
+    fields.title = u"Title "_s + id;
+    fields.collection = u"Shell"_s;
     fields.lastUsedAt = lastUsedAt;
     fields.usageCount = usageCount;
     return Snippet(fields);
@@ -41,7 +43,7 @@ QStringList ids(const PaletteRows& rows)
 {
     QStringList result;
     for (const PaletteRow& row : rows.lines())
-        result.append(row.isHeader() ? u"["_qs + row.title + u"]"_qs : row.id);
+        result.append(row.isHeader() ? u"["_s + row.title + u"]"_s : row.id);
     return result;
 }
 
@@ -53,12 +55,12 @@ const PaletteRow& row(const PaletteRows& rows, int index)
 TEST(PaletteRowsTest, emptyQueryShowsActionsTodayAndMostUsed)
 {
     const PaletteRows rows({.query = {},
-                            .filteredSnippets = {snippet(u"a"_qs), snippet(u"b"_qs)},
-                            .todaySnippets = {snippet(u"b"_qs)},
+                            .filteredSnippets = {snippet(u"a"_s), snippet(u"b"_s)},
+                            .todaySnippets = {snippet(u"b"_s)},
                             .justCopiedID = {}},
                            now);
-    EXPECT_THAT(ids(rows), ElementsAre(u"[Actions]"_qs, u"open-app-item"_qs, u"[Today]"_qs,
-                                       u"today-b"_qs, u"[Most Used]"_qs, u"a"_qs, u"b"_qs));
+    EXPECT_THAT(ids(rows), ElementsAre(u"[Actions]"_s, u"open-app-item"_s, u"[Today]"_s,
+                                       u"today-b"_s, u"[Most Used]"_s, u"a"_s, u"b"_s));
     EXPECT_EQ(rows.totalItemCount(), 4);
 }
 
@@ -71,21 +73,19 @@ TEST(PaletteRowsTest, indicesCountThroughAllSections)
                            now);
     EXPECT_EQ(rows.totalItemCount(), 1 + 5 + 10);
     EXPECT_EQ(row(rows, 0).kind, PaletteRowKind::openApp);
-    EXPECT_EQ(row(rows, 1).id, u"today-0"_qs);
-    EXPECT_EQ(row(rows, 5).id, u"today-4"_qs);
-    EXPECT_EQ(row(rows, 6).id, u"0"_qs);
-    EXPECT_EQ(row(rows, 15).id, u"9"_qs);
+    EXPECT_EQ(row(rows, 1).id, u"today-0"_s);
+    EXPECT_EQ(row(rows, 5).id, u"today-4"_s);
+    EXPECT_EQ(row(rows, 6).id, u"0"_s);
+    EXPECT_EQ(row(rows, 15).id, u"9"_s);
     EXPECT_EQ(rows.lineOfIndex(16), -1);
     EXPECT_EQ(rows.lineOfIndex(-1), -1);
 }
 
 TEST(PaletteRowsTest, theOpenRowHasItsOwnHoverValue)
 {
-    const PaletteRows rows({.query = {},
-                            .filteredSnippets = snippets(2),
-                            .todaySnippets = {},
-                            .justCopiedID = {}},
-                           now);
+    const PaletteRows rows(
+        {.query = {}, .filteredSnippets = snippets(2), .todaySnippets = {}, .justCopiedID = {}},
+        now);
     EXPECT_EQ(row(rows, 0).hoverIndex, -1);
     EXPECT_EQ(row(rows, 1).hoverIndex, 1);
     EXPECT_EQ(row(rows, 2).hoverIndex, 2);
@@ -94,7 +94,7 @@ TEST(PaletteRowsTest, theOpenRowHasItsOwnHoverValue)
 TEST(PaletteRowsTest, emptyLibraryAndQueryShowActionsAlone)
 {
     const PaletteRows rows(PaletteRows::State{}, now);
-    EXPECT_THAT(ids(rows), ElementsAre(u"[Actions]"_qs, u"open-app-item"_qs));
+    EXPECT_THAT(ids(rows), ElementsAre(u"[Actions]"_s, u"open-app-item"_s));
     EXPECT_EQ(rows.totalItemCount(), 1);
     EXPECT_FALSE(rows.showsEmptyState());
 }
@@ -102,21 +102,21 @@ TEST(PaletteRowsTest, emptyLibraryAndQueryShowActionsAlone)
 TEST(PaletteRowsTest, theOpenRowHasItsTexts)
 {
     const PaletteRows rows(PaletteRows::State{}, now);
-    EXPECT_EQ(row(rows, 0).title, u"Open Vellumry"_qs);
-    EXPECT_EQ(row(rows, 0).detail, u"View all snippets"_qs);
-    EXPECT_EQ(row(rows, 0).badge, u"App"_qs);
+    EXPECT_EQ(row(rows, 0).title, u"Open Vellumry"_s);
+    EXPECT_EQ(row(rows, 0).detail, u"View all snippets"_s);
+    EXPECT_EQ(row(rows, 0).badge, u"App"_s);
 }
 
 TEST(PaletteRowsTest, aQueryShowsTenResultsFromIndexZero)
 {
-    const PaletteRows rows({.query = u"x"_qs,
+    const PaletteRows rows({.query = u"x"_s,
                             .filteredSnippets = snippets(12),
                             .todaySnippets = snippets(3),
                             .justCopiedID = {}},
                            now);
     EXPECT_EQ(rows.totalItemCount(), 10);
-    EXPECT_EQ(rows.lines().first().title, u"Results"_qs);
-    EXPECT_EQ(row(rows, 0).id, u"0"_qs);
+    EXPECT_EQ(rows.lines().first().title, u"Results"_s);
+    EXPECT_EQ(row(rows, 0).id, u"0"_s);
     EXPECT_EQ(row(rows, 0).hoverIndex, 0);
     EXPECT_FALSE(rows.showsEmptyState());
 }
@@ -124,7 +124,7 @@ TEST(PaletteRowsTest, aQueryShowsTenResultsFromIndexZero)
 TEST(PaletteRowsTest, aQueryWithoutHitsShowsTheEmptyState)
 {
     const PaletteRows rows(
-        {.query = u"x"_qs, .filteredSnippets = {}, .todaySnippets = {}, .justCopiedID = {}}, now);
+        {.query = u"x"_s, .filteredSnippets = {}, .todaySnippets = {}, .justCopiedID = {}}, now);
     EXPECT_TRUE(rows.showsEmptyState());
     EXPECT_TRUE(rows.lines().isEmpty());
     EXPECT_EQ(rows.totalItemCount(), 0);
@@ -132,11 +132,9 @@ TEST(PaletteRowsTest, aQueryWithoutHitsShowsTheEmptyState)
 
 TEST(PaletteRowsTest, theSelectionIsClampedAtTheEndAndZeroWithoutRows)
 {
-    const PaletteRows rows({.query = u"x"_qs,
-                            .filteredSnippets = snippets(3),
-                            .todaySnippets = {},
-                            .justCopiedID = {}},
-                           now);
+    const PaletteRows rows(
+        {.query = u"x"_s, .filteredSnippets = snippets(3), .todaySnippets = {}, .justCopiedID = {}},
+        now);
     EXPECT_EQ(rows.clampedSelection(0), 0);
     EXPECT_EQ(rows.clampedSelection(2), 2);
     EXPECT_EQ(rows.clampedSelection(3), 2);
@@ -146,33 +144,33 @@ TEST(PaletteRowsTest, theSelectionIsClampedAtTheEndAndZeroWithoutRows)
 
 TEST(PaletteRowsTest, trailingTextsDependOnTheSection)
 {
-    const Snippet used = snippet(u"u"_qs, now - 5min, 12);
-    const Snippet unused = snippet(u"n"_qs);
+    const Snippet used = snippet(u"u"_s, now - 5min, 12);
+    const Snippet unused = snippet(u"n"_s);
     const PaletteRows empty({.query = {},
                              .filteredSnippets = {used, unused},
                              .todaySnippets = {used, unused},
                              .justCopiedID = {}},
                             now);
-    EXPECT_EQ(row(empty, 1).trailing, u"11:55 AM"_qs);
+    EXPECT_EQ(row(empty, 1).trailing, u"11:55 AM"_s);
     EXPECT_EQ(row(empty, 2).trailing, QString());
-    EXPECT_EQ(row(empty, 3).trailing, u"12×"_qs);
+    EXPECT_EQ(row(empty, 3).trailing, u"12×"_s);
     EXPECT_EQ(row(empty, 4).trailing, QString());
 
-    const PaletteRows results({.query = u"x"_qs,
+    const PaletteRows results({.query = u"x"_s,
                                .filteredSnippets = {used, unused},
                                .todaySnippets = {},
                                .justCopiedID = {}},
                               now);
-    EXPECT_EQ(row(results, 0).trailing, u"5m ago"_qs);
+    EXPECT_EQ(row(results, 0).trailing, u"5m ago"_s);
     EXPECT_EQ(row(results, 1).trailing, QString());
 }
 
 TEST(PaletteRowsTest, onlyTheJustCopiedSnippetIsMarked)
 {
-    const PaletteRows rows({.query = u"x"_qs,
+    const PaletteRows rows({.query = u"x"_s,
                             .filteredSnippets = snippets(2),
                             .todaySnippets = {},
-                            .justCopiedID = u"1"_qs},
+                            .justCopiedID = u"1"_s},
                            now);
     EXPECT_FALSE(row(rows, 0).isCopied);
     EXPECT_TRUE(row(rows, 1).isCopied);
@@ -180,10 +178,10 @@ TEST(PaletteRowsTest, onlyTheJustCopiedSnippetIsMarked)
 
 TEST(PaletteRowsTest, timeOfDayIsInTwelveHours)
 {
-    EXPECT_EQ(timeString(localTime(2026, 3, 9, 0, 5)), u"12:05 AM"_qs);
-    EXPECT_EQ(timeString(localTime(2026, 3, 9, 9, 30)), u"9:30 AM"_qs);
-    EXPECT_EQ(timeString(localTime(2026, 3, 9, 12, 0)), u"12:00 PM"_qs);
-    EXPECT_EQ(timeString(localTime(2026, 3, 9, 14, 41)), u"2:41 PM"_qs);
+    EXPECT_EQ(timeString(localTime(2026, 3, 9, 0, 5)), u"12:05 AM"_s);
+    EXPECT_EQ(timeString(localTime(2026, 3, 9, 9, 30)), u"9:30 AM"_s);
+    EXPECT_EQ(timeString(localTime(2026, 3, 9, 12, 0)), u"12:00 PM"_s);
+    EXPECT_EQ(timeString(localTime(2026, 3, 9, 14, 41)), u"2:41 PM"_s);
 }
 
 TEST(PaletteRowsTest, ageGoesByElapsedTimeAndIsTruncated)
@@ -191,28 +189,28 @@ TEST(PaletteRowsTest, ageGoesByElapsedTimeAndIsTruncated)
     const auto text = [](std::chrono::nanoseconds elapsed) {
         return lastUsedString(now - elapsed, now);
     };
-    EXPECT_EQ(text(-10min), u"Just now"_qs);
-    EXPECT_EQ(text(0s), u"Just now"_qs);
-    EXPECT_EQ(text(60s - 1ns), u"Just now"_qs);
-    EXPECT_EQ(text(60s), u"1m ago"_qs);
-    EXPECT_EQ(text(119s), u"1m ago"_qs);
-    EXPECT_EQ(text(5min), u"5m ago"_qs);
-    EXPECT_EQ(text(3600s - 1ns), u"59m ago"_qs);
-    EXPECT_EQ(text(3600s), u"1h ago"_qs);
-    EXPECT_EQ(text(86400s - 1ns), u"23h ago"_qs);
-    EXPECT_EQ(text(86400s), u"Yesterday"_qs);
-    EXPECT_EQ(text(172800s - 1ns), u"Yesterday"_qs);
-    EXPECT_EQ(text(172800s), u"2d ago"_qs);
-    EXPECT_EQ(text(604800s - 1ns), u"6d ago"_qs);
-    EXPECT_EQ(text(604800s), u"Nov 14"_qs);
+    EXPECT_EQ(text(-10min), u"Just now"_s);
+    EXPECT_EQ(text(0s), u"Just now"_s);
+    EXPECT_EQ(text(60s - 1ns), u"Just now"_s);
+    EXPECT_EQ(text(60s), u"1m ago"_s);
+    EXPECT_EQ(text(119s), u"1m ago"_s);
+    EXPECT_EQ(text(5min), u"5m ago"_s);
+    EXPECT_EQ(text(3600s - 1ns), u"59m ago"_s);
+    EXPECT_EQ(text(3600s), u"1h ago"_s);
+    EXPECT_EQ(text(86400s - 1ns), u"23h ago"_s);
+    EXPECT_EQ(text(86400s), u"Yesterday"_s);
+    EXPECT_EQ(text(172800s - 1ns), u"Yesterday"_s);
+    EXPECT_EQ(text(172800s), u"2d ago"_s);
+    EXPECT_EQ(text(604800s - 1ns), u"6d ago"_s);
+    EXPECT_EQ(text(604800s), u"Nov 14"_s);
 }
 
 TEST(PaletteRowsTest, oldDatesAreEnglishInEveryLocale)
 {
     const QLocale before;
     QLocale::setDefault(QLocale(QLocale::German));
-    EXPECT_EQ(lastUsedString(localTime(2026, 3, 1, 8, 0), now), u"Mar 1"_qs);
-    EXPECT_EQ(timeString(localTime(2026, 3, 1, 20, 0)), u"8:00 PM"_qs);
+    EXPECT_EQ(lastUsedString(localTime(2026, 3, 1, 8, 0), now), u"Mar 1"_s);
+    EXPECT_EQ(timeString(localTime(2026, 3, 1, 20, 0)), u"8:00 PM"_s);
     QLocale::setDefault(before);
 }
 
