@@ -11,13 +11,21 @@ constexpr size_t mostMoves = 32;
 
 } // namespace
 
+bool RecencyOrder::Entry::operator<(const Entry& other) const
+{
+    if (isNeverUsed != other.isNeverUsed)
+        return other.isNeverUsed;
+    if (date != other.date)
+        return date > other.date;
+    return position < other.position;
+}
+
 RecencyOrder::Entry RecencyOrder::entryFor(const Snippet& snippet, qsizetype position)
 {
     const auto lastUsedAt = snippet.lastUsedAt();
-    const Date date = lastUsedAt ? *lastUsedAt : snippet.updatedAt();
     return {.isNeverUsed = !lastUsedAt,
-            .dateKey = ~qint64{date.time_since_epoch().count()},
-            .position = static_cast<quint32>(position)};
+            .position = static_cast<quint32>(position),
+            .date = lastUsedAt ? *lastUsedAt : snippet.updatedAt()};
 }
 
 const QList<Snippet>& RecencyOrder::sorted(const QList<Snippet>& snippets)

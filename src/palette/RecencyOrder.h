@@ -4,7 +4,6 @@
 
 #include <QList>
 
-#include <compare>
 #include <vector>
 
 namespace vellumry {
@@ -22,13 +21,13 @@ public:
     [[nodiscard]] const QList<Snippet>& sorted(const QList<Snippet>& snippets);
 
 private:
-    /// What a snippet is sorted by, ascending. No two are equal, since the position decides last.
+    /// What a snippet is sorted by. No two are equal, since the position decides last.
     struct Entry {
         bool isNeverUsed;
-        qint64 dateKey;   ///< falls as the date rises
         quint32 position; ///< in the library
+        Date date;
 
-        friend auto operator<=>(const Entry&, const Entry&) = default;
+        [[nodiscard]] bool operator<(const Entry& other) const;
     };
 
     [[nodiscard]] static Entry entryFor(const Snippet& snippet, qsizetype position);

@@ -88,6 +88,15 @@ QList<Snippet> storedSnippets(const QList<Snippet>& snippets, const QList<Snippe
     return stored;
 }
 
+/// Whether both lists have the same ids in the same order.
+bool haveSameIds(const QList<Snippet>& a, const QList<Snippet>& b)
+{
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](const Snippet& one, const Snippet& other) {
+                          return one.sharesDataWith(other) || one.id() == other.id();
+                      });
+}
+
 } // namespace
 
 void CollectionFileCache::beginWalk(const QString& walkedFolder, const QStringList& baseNames)
@@ -174,6 +183,8 @@ void CollectionFileCache::remember(const QString& baseName, const std::optional<
     entry.walk = walk;
     entry.file = {.collection = storedCollection(written.collection),
                   .snippets = storedSnippets(written.snippets, before.file.snippets)};
+    entry.file.hasUniqueIds =
+        before.file.hasUniqueIds && haveSameIds(entry.file.snippets, before.file.snippets);
     entries.insert(baseName, std::move(entry));
 }
 

@@ -18,6 +18,7 @@
 #include <limits>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 namespace vellumry {
 
@@ -99,19 +100,59 @@ bool differs(const Snippet& given, const Snippet& stored)
            given.lastUsedAt() != stored.lastUsedAt() || given.usageCount() != stored.usageCount();
 }
 
-/// The positions of the snippets by id; the process ends when an id stands twice.
-QHash<QStringView, qsizetype> positionsById(const QList<Snippet>& snippets)
+/// Ends the process when an id stands twice.
+void requireUniqueIds(const QList<Snippet>& snippets)
 {
-    QHash<QStringView, qsizetype> positions;
-    positions.reserve(snippets.size());
-    for (qsizetype i = 0; i < snippets.size(); ++i) {
-        const QString& id = snippets[i].id();
-        positions.insert(id, i);
-        if (positions.size() == i)
-            fatalDuplicateKey(id);
+    // Hashes that all differ prove it, and sorting numbers is much cheaper than a set of texts.
+    std::vector<size_t> hashes;
+    hashes.reserve(static_cast<size_t>(snippets.size()));
+    for (const Snippet& snippet : snippets)
+        hashes.push_back(qHash(snippet.id()));
+    std::sort(hashes.begin(), hashes.end());
+    if (std::adjacent_find(hashes.begin(), hashes.end()) == hashes.end())
+        return;
+    QSet<QStringView> ids;
+    for (const Snippet& snippet : snippets) {
+        if (ids.contains(snippet.id()))
+            fatalDuplicateKey(snippet.id());
+        ids.insert(snippet.id());
     }
-    return positions;
 }
+
+/// The snippets of a file, to be compared with those of the library. Their ids are unique.
+class StoredSnippets {
+public:
+    explicit StoredSnippets(const QList<Snippet>& ofFile) : snippets(ofFile) {}
+
+    /// Whether the file holds the given snippet, the i-th of the library's, without a difference
+    /// that is written to disk.
+    bool hold(const Snippet& given, qsizetype i)
+    {
+        // Most snippets stand where they stood and share their data with what the file holds.
+        const Snippet& neighbour = snippets[i];
+        if (given.sharesDataWith(neighbour) || data.contains(&given.fields()))
+            return true;
+        if (given.id() == neighbour.id())
+            return !differs(given, neighbour);
+        if (data.isEmpty()) {
+            for (const Snippet& snippet : snippets)
+                data.insert(&snippet.fields());
+            if (data.contains(&given.fields()))
+                return true;
+        }
+        if (positions.isEmpty()) {
+            for (qsizetype position = 0; position < snippets.size(); ++position)
+                positions.insert(snippets[position].id(), position);
+        }
+        const auto found = positions.constFind(given.id());
+        return found != positions.cend() && !differs(given, snippets[*found]);
+    }
+
+private:
+    const QList<Snippet>& snippets;
+    QSet<const SnippetFields*> data; ///< filled when the order turns out to differ
+    QHash<QStringView, qsizetype> positions;
+};
 
 /// The base names of the files that hold collections, and those that no new file may take.
 struct CollectionFileNames {
@@ -444,24 +485,13 @@ bool CollectionFileStorageService::shouldWriteCollectionFile(const QString& base
         collection.color != file->collection.color || snippets.size() != file->snippets.size())
         return true;
 
-    const QList<Snippet>& stored = file->snippets;
-    QHash<QStringView, qsizetype> positions;
     if (!file->hasUniqueIds) {
-        positions = positionsById(stored);
+        requireUniqueIds(file->snippets);
         file->hasUniqueIds = true;
     }
-    // Most snippets stand where they stood and share their data with what the file holds.
+    StoredSnippets stored(file->snippets);
     for (qsizetype i = 0; i < snippets.size(); ++i) {
-        const Snippet& given = snippets[i];
-        if (given.sharesDataWith(stored[i]))
-            continue;
-        qsizetype position = i;
-        if (given.id() != stored[i].id()) {
-            if (positions.isEmpty())
-                positions = positionsById(stored);
-            position = positions.value(given.id(), -1);
-        }
-        if (position < 0 || differs(given, stored[position]))
+        if (!stored.hold(snippets[i], i))
             return true;
     }
     return false;

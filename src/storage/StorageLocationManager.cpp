@@ -26,11 +26,6 @@ QString hasCompletedFirstLaunchKey()
     return QStringLiteral("Vellumry.hasCompletedFirstLaunch");
 }
 
-void log(const QString& message)
-{
-    vellumry::log(u"StorageLocationManager", message);
-}
-
 } // namespace
 
 StorageLocationManager::StorageLocationManager(const Dependencies& dependencies)
@@ -87,7 +82,7 @@ bool StorageLocationManager::needsFirstLaunchSetup() const
 void StorageLocationManager::markFirstLaunchComplete()
 {
     with.preferences.setBoolean(hasCompletedFirstLaunchKey(), true);
-    log(QStringLiteral("首次启动已完成"));
+    log(u"StorageLocationManager", u"首次启动已完成");
 }
 
 void StorageLocationManager::setCustomLocation(const QString& location)
@@ -95,7 +90,7 @@ void StorageLocationManager::setCustomLocation(const QString& location)
     validateDirectory(location);
     with.preferences.setString(customStorageLocationKey(), location);
     with.preferences.setBoolean(useCustomLocationKey(), true);
-    log(u"设置自定义存储位置 - " % location);
+    log(u"StorageLocationManager", QString(u"设置自定义存储位置 - " % location));
     Q_EMIT with.notifications.storageLocationDidChange(location);
 }
 
@@ -127,9 +122,9 @@ void StorageLocationManager::ensureDirectoryExists(const QString& location)
         return;
     try {
         with.files.createFolders(location);
-        log(u"创建目录 - " % location);
+        log(u"StorageLocationManager", QString(u"创建目录 - " % location));
     } catch (const FileError& error) {
-        log(u"创建目录失败 - " % error.description());
+        log(u"StorageLocationManager", QString(u"创建目录失败 - " % error.description()));
     }
 }
 

@@ -14,7 +14,8 @@ class StoryCase(DesktopCase):
         before = self.library.snippets()["letter"]
         started = date_text(now() - datetime.timedelta(milliseconds=1))
         self.desktop.set_clipboard("untouched")
-        toasts = self.desktop.windows(TOAST)
+        # The end of an older toast's time would take the new one away.
+        self.desktop.wait_gone(TOAST)
         self.assertEqual(self.desktop.focused_window(), "Recorder")
 
         self.program.open_palette()
@@ -22,7 +23,7 @@ class StoryCase(DesktopCase):
         self.desktop.key("Return")
 
         self.desktop.wait_clipboard(LETTER_TEXT)
-        self.program.wait_new_toast(toasts)
+        self.program.wait_new_toast()
         self.program.wait_palette_gone()
         self.desktop.wait_focus("Recorder")
         wait_for("the use is counted on disk", lambda: self.library.snippets()["letter"]

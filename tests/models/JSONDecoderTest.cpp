@@ -157,8 +157,8 @@ TEST(JSONDecoder, ADamagedDocumentTellsTheByte)
     // The damage stands behind letters of several bytes.
     const QByteArray start = R"({"id":"ä漢😀","name":)";
     const QByteArray end = R"(,"createdAt":"2026-01-01T00:00:00Z"})";
-    for (const QByteArray& damage : {QByteArray("nonsense"), QByteArray("\"a\"\"b\""),
-                                     QByteArray("[1,,2]")}) {
+    for (const QByteArray& damage :
+         {QByteArray("nonsense"), QByteArray("\"a\"\"b\""), QByteArray("[1,,2]")}) {
         const qsizetype offset = toldOffset(start + damage + end);
         EXPECT_GE(offset, start.size()) << damage.constData();
         EXPECT_LE(offset, start.size() + damage.size()) << damage.constData();

@@ -18,14 +18,14 @@ using namespace std::chrono_literals;
 
 namespace {
 
-const QString folder = QStringLiteral("/data");
+const QString dataFolder = QStringLiteral("/data");
 
 /// One file, looked at through a cache.
 class CollectionFileCacheTest : public testing::Test {
 protected:
     CollectionFileCacheTest()
     {
-        files.makeFolder(folder);
+        files.makeFolder(dataFolder);
         put(QStringLiteral("first"));
         files.now += 1s;
     }
@@ -42,13 +42,13 @@ protected:
     /// The content of the one snippet, seen in a walk of its own.
     QString look()
     {
-        cache.beginWalk(folder, {QStringLiteral("work")});
+        cache.beginWalk(dataFolder, {QStringLiteral("work")});
         return cache.file(QStringLiteral("work"), decoder).snippets.first().content();
     }
 
     qsizetype opens() const { return files.opened.size(); }
 
-    const QString path = folder + QStringLiteral("/work.json");
+    const QString path = dataFolder + QStringLiteral("/work.json");
     MemoryFileSystem files;
     CollectionFileCache cache{files};
     JSONDecoder decoder = JSONDecoder::vellumry();
@@ -63,9 +63,9 @@ TEST_F(CollectionFileCacheTest, opensASettledFileOnce)
 
 TEST_F(CollectionFileCacheTest, keepsTheHandlesOfAnUnchangedFile)
 {
-    cache.beginWalk(folder, {QStringLiteral("work")});
+    cache.beginWalk(dataFolder, {QStringLiteral("work")});
     const Snippet before = cache.file(QStringLiteral("work"), decoder).snippets.first();
-    cache.beginWalk(folder, {QStringLiteral("work")});
+    cache.beginWalk(dataFolder, {QStringLiteral("work")});
     EXPECT_TRUE(
         cache.file(QStringLiteral("work"), decoder).snippets.first().sharesDataWith(before));
 }
@@ -93,10 +93,10 @@ TEST_F(CollectionFileCacheTest, seesAChangeWithinTheTickInWhichItReadTheFile)
 TEST_F(CollectionFileCacheTest, readsARacyFileAgainUntilItsTickIsOverAndKeepsTheRecords)
 {
     put(QStringLiteral("again"));
-    cache.beginWalk(folder, {QStringLiteral("work")});
+    cache.beginWalk(dataFolder, {QStringLiteral("work")});
     const Snippet before = cache.file(QStringLiteral("work"), decoder).snippets.first();
     files.now += 10ms;
-    cache.beginWalk(folder, {QStringLiteral("work")});
+    cache.beginWalk(dataFolder, {QStringLiteral("work")});
     EXPECT_TRUE(
         cache.file(QStringLiteral("work"), decoder).snippets.first().sharesDataWith(before));
     EXPECT_EQ(opens(), 2);
@@ -145,7 +145,7 @@ TEST_F(CollectionFileCacheTest, aForeignClockCountsOnlyByAFileWrittenThere)
     EXPECT_EQ(opens(), 2);
 
     files.now += 5s;
-    const QString metadata = folder + QStringLiteral("/_metadata.json");
+    const QString metadata = dataFolder + QStringLiteral("/_metadata.json");
     cache.noteTime(files.write(metadata, "{}"));
     look();
     look();
@@ -166,7 +166,7 @@ TEST_F(CollectionFileCacheTest, remembersADamagedFileWithoutOpeningItAgain)
     files.writeInPlace(path, "{ no JSON");
     files.now += 1s;
     for (int i = 0; i < 3; ++i) {
-        cache.beginWalk(folder, {QStringLiteral("work")});
+        cache.beginWalk(dataFolder, {QStringLiteral("work")});
         EXPECT_THROW((void)cache.file(QStringLiteral("work"), decoder), DecodingError);
         EXPECT_EQ(cache.decodableFile(QStringLiteral("work"), decoder), nullptr);
     }
@@ -179,7 +179,7 @@ TEST_F(CollectionFileCacheTest, asksAnewForAFileThatCannotBeRead)
 {
     files.setReadable(path, false);
     files.now += 1s;
-    cache.beginWalk(folder, {QStringLiteral("work")});
+    cache.beginWalk(dataFolder, {QStringLiteral("work")});
     EXPECT_THROW((void)cache.file(QStringLiteral("work"), decoder), FileError);
     files.setReadable(path, true);
     EXPECT_EQ(look(), QStringLiteral("first"));
@@ -189,7 +189,7 @@ TEST_F(CollectionFileCacheTest, noticesThatAFileBecameUnreadable)
 {
     look();
     files.setReadable(path, false);
-    cache.beginWalk(folder, {QStringLiteral("work")});
+    cache.beginWalk(dataFolder, {QStringLiteral("work")});
     EXPECT_EQ(cache.decodableFile(QStringLiteral("work"), decoder), nullptr);
 }
 
@@ -198,7 +198,7 @@ TEST_F(CollectionFileCacheTest, noticesThatAFileBecameAFolder)
     look();
     files.take(path);
     files.makeFolder(path);
-    cache.beginWalk(folder, {QStringLiteral("work")});
+    cache.beginWalk(dataFolder, {QStringLiteral("work")});
     EXPECT_THROW((void)cache.file(QStringLiteral("work"), decoder), FileError);
 }
 
@@ -216,7 +216,7 @@ TEST_F(CollectionFileCacheTest, anotherFolderIsAnotherCache)
 TEST_F(CollectionFileCacheTest, forgetsWhatIsNoLongerListed)
 {
     look();
-    cache.beginWalk(folder, {});
+    cache.beginWalk(dataFolder, {});
     look();
     EXPECT_EQ(opens(), 2);
 }
@@ -253,7 +253,7 @@ TEST_F(CollectionFileCacheTest, remembersAnOwnFileAsTheFileHoldsIt)
     JSONEncoder encoder = JSONEncoder::vellumry();
     const QByteArray bytes = encoder.encode(written).toByteArray();
 
-    cache.beginWalk(folder, {QStringLiteral("work")});
+    cache.beginWalk(dataFolder, {QStringLiteral("work")});
     const auto stamp = files.write(path, bytes);
     cache.remember(QStringLiteral("work"), stamp, bytes, written);
     const CollectionFile& file = cache.file(QStringLiteral("work"), decoder);
@@ -272,7 +272,7 @@ const QRegularExpression& deviceId()
     return expression;
 }
 
-/// The whole folder as text. Where the machine has no permanent identifier, the written ones
+/// The whole dataFolder as text. Where the machine has no permanent identifier, the written ones
 /// differ each time.
 QString stateOf(const MemoryFileSystem& files)
 {
@@ -310,7 +310,7 @@ public:
     explicit TwoWorlds(unsigned seed) : random(seed)
     {
         for (MemoryFileSystem* files : {&cached, &plain}) {
-            files->makeFolder(folder);
+            files->makeFolder(dataFolder);
             switch (seed % 4) {
             case 0: // a local disk of an older kernel
                 break;
@@ -573,7 +573,7 @@ private:
         }
         const int which = pick(12);
         if (which == 0 || names.isEmpty()) {
-            const QString path = folder + QStringLiteral("/foreign%1.json").arg(pick(4));
+            const QString path = dataFolder + QStringLiteral("/foreign%1.json").arg(pick(4));
             const QString collectionName = name();
             const QByteArray bytes = collectionFileBytes(makeCollection(newId(), collectionName),
                                                          {newSnippet(collectionName)});
@@ -607,13 +607,13 @@ private:
         case 6:
             return both([&](MemoryFileSystem& files) { files.take(path); });
         case 7: {
-            const QString to = folder + QStringLiteral("/moved%1.json").arg(pick(3));
+            const QString to = dataFolder + QStringLiteral("/moved%1.json").arg(pick(3));
             if (to != path)
                 both([&](MemoryFileSystem& files) { files.rename(path, to); });
             return;
         }
         case 8: {
-            const QString copy = folder + QStringLiteral("/copy%1.json").arg(pick(3));
+            const QString copy = dataFolder + QStringLiteral("/copy%1.json").arg(pick(3));
             if (copy != path && !cached.isFolder(copy))
                 both([&](MemoryFileSystem& files) {
                     files.replace(copy, files.bytes(path), files.node(path).modified);
@@ -644,10 +644,10 @@ private:
 
     std::mt19937 random;
     LogCapture log;
-    StorageWorld surroundings{cached, folder};
+    StorageWorld surroundings{cached, dataFolder};
     CollectionFileStorageService& service = surroundings.service();
     ManualClock& clock = surroundings.clock;
-    PlainStorage storage{plain, folder, clock};
+    PlainStorage storage{plain, dataFolder, clock};
     VellumryData library = makeLibrary({}, {});
     QStringList history;
     int lastId = 0;

@@ -12,11 +12,6 @@ using namespace vellumry::test;
 
 namespace {
 
-QString line(const QString& message)
-{
-    return QStringLiteral("CollectionFileStorageService: ") + message;
-}
-
 class LoadingTest : public testing::Test {
 protected:
     LoadingTest() { files.makeFolder(folder); }

@@ -13,11 +13,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-QString line(const QString& message)
-{
-    return QStringLiteral("CollectionFileStorageService: ") + message;
-}
-
 class SavingTest : public testing::Test {
 protected:
     SavingTest() { files.makeFolder(folder); }

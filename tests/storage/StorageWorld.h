@@ -75,6 +75,12 @@ private:
     std::unique_ptr<CollectionFileStorageService> built;
 };
 
+/// A line that the service logs.
+inline QString line(const QString& message)
+{
+    return QStringLiteral("CollectionFileStorageService: ") + message;
+}
+
 inline Date dateAt(qint64 milliseconds)
 {
     return Date(std::chrono::seconds(1'700'000'000) + std::chrono::milliseconds(milliseconds));
