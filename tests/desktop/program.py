@@ -26,8 +26,9 @@ ROW_PADDING = 16
 class Program(LoggedProcess):
     """Starts the program with a home folder of its own and waits until its hot key is in force."""
 
-    def __init__(self, desktop, home):
-        super().__init__([os.environ["VELLUMRY_PROGRAM"]], {**desktop.env, **home})
+    def __init__(self, desktop, home, wrapper=()):
+        """wrapper: a command that runs the program in its stead, as a tracer does."""
+        super().__init__([*wrapper, os.environ["VELLUMRY_PROGRAM"]], {**desktop.env, **home})
         self.desktop = desktop
         wait_for("the program is ready", lambda: READY in self.lines or not self.running())
         if not self.running():
