@@ -167,7 +167,7 @@ void CollectionFileCache::check(const QString& baseName, JSONDecoder& decoder)
     }
     if (entry.isSettled)
         entry.hash.reset();
-    entries.insert(baseName, std::move(entry));
+    entries.emplace(baseName, std::move(entry));
 }
 
 void CollectionFileCache::remember(const QString& baseName, const std::optional<FileStamp>& stamp,
@@ -185,7 +185,7 @@ void CollectionFileCache::remember(const QString& baseName, const std::optional<
                   .snippets = storedSnippets(written.snippets, before.file.snippets)};
     entry.file.hasUniqueIds =
         before.file.hasUniqueIds && haveSameIds(entry.file.snippets, before.file.snippets);
-    entries.insert(baseName, std::move(entry));
+    entries.emplace(baseName, std::move(entry));
 }
 
 void CollectionFileCache::noteTime(const std::optional<FileStamp>& stamp)

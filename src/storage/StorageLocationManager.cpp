@@ -66,7 +66,7 @@ bool StorageLocationManager::isUsingCustomLocation() const
 
 QString StorageLocationManager::currentLocationDisplayName() const
 {
-    const QString path = currentLocation();
+    QString path = currentLocation();
     if (with.homeFolder.isEmpty() || !path.startsWith(with.homeFolder))
         return path;
     return u'~' % path.sliced(with.homeFolder.size());

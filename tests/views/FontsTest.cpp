@@ -2,6 +2,7 @@
 
 #include <QFontDatabase>
 #include <QFontMetricsF>
+#include <QStringList>
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;

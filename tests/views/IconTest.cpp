@@ -24,17 +24,17 @@ QColor inkOf(const QPixmap& pixmap)
 
 TEST(IconTest, isDrawnInTheGivenColour)
 {
-    for (const char16_t* name : {u"magnifyingglass", u"macwindow", u"checkmark"}) {
-        const QColor ink = inkOf(Icon(QString(name)).pixmap(48, QColor(0xC7, 0x10, 0x20), 1));
-        EXPECT_EQ(ink, QColor(0xC7, 0x10, 0x20)) << qPrintable(QString(name));
+    for (const QString& name : {u"magnifyingglass"_s, u"macwindow"_s, u"checkmark"_s}) {
+        const QColor ink = inkOf(Icon(name).pixmap(48, QColor(0xC7, 0x10, 0x20), 1));
+        EXPECT_EQ(ink, QColor(0xC7, 0x10, 0x20)) << qPrintable(name);
     }
 }
 
 TEST(IconTest, symbolsWithColoursKeepThem)
 {
-    for (const char16_t* name : {u"SidebarLogo", u"vellumry"}) {
-        const QColor ink = inkOf(Icon(QString(name)).pixmap(32, Qt::red, 1));
-        EXPECT_EQ(ink.alpha(), 255) << qPrintable(QString(name));
+    for (const QString& name : {u"SidebarLogo"_s, u"vellumry"_s}) {
+        const QColor ink = inkOf(Icon(name).pixmap(32, Qt::red, 1));
+        EXPECT_EQ(ink.alpha(), 255) << qPrintable(name);
         EXPECT_NE(ink, QColor(Qt::red));
     }
 }

@@ -383,26 +383,34 @@ void PosixFileSystem::move(const QString& from, const QString& to)
 {
     const QByteArray source = native(from);
     const QByteArray target = native(to);
-    if (calls.renameWithoutReplacing(source.constData(), target.constData()) != 0) {
-        if (!saysUnsupported(errno))
-            fail("move", from);
-        // A second name for the file is refused where there is one already, too.
-        if (calls.link(source.constData(), target.constData()) == 0) {
-            if (calls.unlink(source.constData()) != 0) {
-                const int reason = errno;
-                calls.unlink(target.constData());
-                fail("move", from, reason);
-            }
-        } else if (errno != EPERM && !saysUnsupported(errno)) {
-            fail("move", from);
-        } else if (std::error_code error;
-                   fs::exists(fs::symlink_status(target.toStdString(), error))) {
-            fail("move", from, EEXIST);
-        } else if (calls.rename(source.constData(), target.constData()) != 0) {
-            fail("move", from);
-        }
-    }
+    const bool isMoved =
+        calls.renameWithoutReplacing(source.constData(), target.constData()) == 0 ||
+        (saysUnsupported(errno) && moveInSteps(source, target));
+    if (!isMoved)
+        fail("move", from);
     flushFolder(to, folderOf(target));
+}
+
+/// For file systems without a move that refuses to overwrite. False with errno set on failure.
+bool PosixFileSystem::moveInSteps(const QByteArray& source, const QByteArray& target)
+{
+    // A second name is refused as well where there is a file of that name.
+    if (calls.link(source.constData(), target.constData()) == 0) {
+        if (calls.unlink(source.constData()) == 0)
+            return true;
+        const int reason = errno;
+        calls.unlink(target.constData());
+        errno = reason;
+        return false;
+    }
+    if (errno != EPERM && !saysUnsupported(errno))
+        return false;
+    std::error_code error;
+    if (fs::exists(fs::symlink_status(target.toStdString(), error))) {
+        errno = EEXIST;
+        return false;
+    }
+    return calls.rename(source.constData(), target.constData()) == 0;
 }
 
 void PosixFileSystem::remove(const QString& path)

@@ -30,6 +30,7 @@ private:
     [[nodiscard]] std::optional<FileContents> readOnce(const QString& path,
                                                        const QByteArray& nativePath);
     [[nodiscard]] StampPrecision precision(int descriptor, const FileStamp& stamp);
+    bool moveInSteps(const QByteArray& source, const QByteArray& target);
     void flushFolder(const QString& path, const QByteArray& nativePath);
 
     FileCalls& calls;
