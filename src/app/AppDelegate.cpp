@@ -108,6 +108,7 @@ void AppDelegate::setupPalette()
 
 void AppDelegate::preparePalette()
 {
+    paletteViewModel->onAppear();
     paletteWindow->prepare();
 }
 

@@ -62,7 +62,8 @@ public:
 
     /// Builds the palette's panel, hidden.
     void setupPalette();
-    /// Paints the palette once unseen, so that the first press shows it as fast as any later one.
+    /// Puts the library's rows in order and paints the palette once unseen, so that the first
+    /// press shows it as fast as any later one.
     void preparePalette();
 
     /// Shows the palette, or hides it when it is there.

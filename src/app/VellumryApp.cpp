@@ -67,10 +67,10 @@ void prepareWhenIdle(AppDelegate& delegate, DependencyContainer& container)
 {
     Scheduler& scheduler = EventLoopScheduler::shared();
     scheduler.after(0ms, &delegate, [&delegate, &container, &scheduler] {
-        delegate.preparePalette();
+        seedEmptyDefaultFolder(container.collectionFileStorageService());
+        (void)container.storageService().loadSnippets();
         scheduler.after(0ms, &delegate, [&delegate, &container, &scheduler] {
-            seedEmptyDefaultFolder(container.collectionFileStorageService());
-            (void)container.storageService().loadSnippets();
+            delegate.preparePalette();
             scheduler.after(0ms, &delegate, [&container] {
                 container.fuzzySearchService().prepare(container.storageService().loadSnippets());
             });

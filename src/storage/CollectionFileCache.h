@@ -17,7 +17,7 @@ namespace vellumry {
 struct CollectionFile {
     SyncCollection collection;
     QList<Snippet> snippets;
-    bool hasUniqueIds = false; ///< whether the ids of the snippets are known to differ
+    bool hasUniqueIds = true; ///< whether no id of a snippet stands twice
 };
 
 /// The collection files of the data folder as they stand on disk. To its users it is as if every
@@ -40,10 +40,11 @@ public:
 
     /// The file as it stands. Throws FileError when it cannot be read and DecodingError when it is
     /// no collection file. Valid until the next call.
-    [[nodiscard]] CollectionFile& file(const QString& baseName, JSONDecoder& decoder);
+    [[nodiscard]] const CollectionFile& file(const QString& baseName, JSONDecoder& decoder);
 
     /// The same; null when it cannot be read or is no collection file.
-    [[nodiscard]] CollectionFile* decodableFile(const QString& baseName, JSONDecoder& decoder);
+    [[nodiscard]] const CollectionFile* decodableFile(const QString& baseName,
+                                                      JSONDecoder& decoder);
 
     /// Remembers what was written, `bytes`, so that the own file need not be decoded. The stamp
     /// is that of FileSystem::write.

@@ -18,7 +18,6 @@
 #include <limits>
 #include <type_traits>
 #include <utility>
-#include <vector>
 
 namespace vellumry {
 
@@ -100,23 +99,16 @@ bool differs(const Snippet& given, const Snippet& stored)
            given.lastUsedAt() != stored.lastUsedAt() || given.usageCount() != stored.usageCount();
 }
 
-/// Ends the process when an id stands twice.
-void requireUniqueIds(const QList<Snippet>& snippets)
+/// The first id that stands twice; there is one.
+QString duplicateId(const QList<Snippet>& snippets)
 {
-    // Hashes that all differ prove it, and sorting numbers is much cheaper than a set of texts.
-    std::vector<size_t> hashes;
-    hashes.reserve(static_cast<size_t>(snippets.size()));
-    for (const Snippet& snippet : snippets)
-        hashes.push_back(qHash(snippet.id()));
-    std::sort(hashes.begin(), hashes.end());
-    if (std::adjacent_find(hashes.begin(), hashes.end()) == hashes.end())
-        return;
     QSet<QStringView> ids;
     for (const Snippet& snippet : snippets) {
         if (ids.contains(snippet.id()))
-            fatalDuplicateKey(snippet.id());
+            return snippet.id();
         ids.insert(snippet.id());
     }
+    Q_UNREACHABLE();
 }
 
 /// The snippets of a file, to be compared with those of the library. Their ids are unique.
@@ -480,15 +472,13 @@ bool CollectionFileStorageService::shouldWriteCollectionFile(const QString& base
                                                              const SnippetSelection& snippets,
                                                              JSONDecoder& decoder)
 {
-    CollectionFile* file = cache.decodableFile(baseName, decoder);
+    const CollectionFile* file = cache.decodableFile(baseName, decoder);
     if (!file || collection.id != file->collection.id || collection.name != file->collection.name ||
         collection.color != file->collection.color || snippets.size() != file->snippets.size())
         return true;
 
-    if (!file->hasUniqueIds) {
-        requireUniqueIds(file->snippets);
-        file->hasUniqueIds = true;
-    }
+    if (!file->hasUniqueIds)
+        fatalDuplicateKey(duplicateId(file->snippets));
     StoredSnippets stored(file->snippets);
     for (qsizetype i = 0; i < snippets.size(); ++i) {
         if (!stored.hold(snippets[i], i))

@@ -111,8 +111,6 @@ protected:
                           [this] { return uptime; }}};
 };
 
-} // namespace
-
 TEST_F(AppDelegateTest, startsWithAHiddenPaletteAndTheStoredHotKey)
 {
     ASSERT_NE(delegate.palettePanel(), nullptr);
@@ -333,5 +331,7 @@ TEST_F(AppDelegateTest, anotherHotKeyIsPutInForceAtOnceAndWithoutALine)
     EXPECT_EQ(log.lines.value(0),
               QStringLiteral("AppDelegate: togglePalette called, paletteWindow: true"));
 }
+
+} // namespace
 
 } // namespace vellumry::test

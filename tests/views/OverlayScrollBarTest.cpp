@@ -70,8 +70,11 @@ TEST_F(OverlayScrollBarTest, showsWhileScrollingAndGoesAfterAWhile)
 
 TEST_F(OverlayScrollBarTest, showsWhenThePointerMovesOverTheArea)
 {
-    QTest::mouseMove(area.viewport(), QPoint(50, 50));
-    EXPECT_TRUE(QTest::qWaitFor([this] { return bar.isHandleShown(); }));
+    const QPointF point(50, 50);
+    QMouseEvent move(QEvent::MouseMove, point, area.viewport()->mapToGlobal(point), Qt::NoButton,
+                     Qt::NoButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(area.viewport(), &move);
+    EXPECT_TRUE(bar.isHandleShown());
 }
 
 TEST_F(OverlayScrollBarTest, theHandleIsDragged)
