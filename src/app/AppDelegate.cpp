@@ -142,7 +142,7 @@ void AppDelegate::showQuickSearchToast(const QString& message)
 {
     toastWindow = new ToastWindow(services.panelActivation);
     toastWindow->showText(message,
-                          paletteWindow ? paletteWindow->geometry() : toastPlaceWithoutPalette);
+                          paletteWindow ? paletteWindow->place() : toastPlaceWithoutPalette);
     // Each toast's time ends the toast that stands by then, which can be a newer one.
     services.scheduler.after(ToastWindow::holdTime, this, [this, own = toastWindow] {
         const auto end = [this, own] {

@@ -96,10 +96,13 @@ TEST_F(KeyablePanelTest, tellsOfGainedAndLostKeyStatus)
 TEST_F(KeyablePanelTest, standsInTheMiddleOfTheScreen)
 {
     panel.move(3, 4);
+    panel.center();
     panel.orderFront(0);
     const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-    EXPECT_EQ(panel.pos(), QPoint(screen.x() + (screen.width() - 680) / 2,
-                                  screen.y() + (screen.height() - 480) / 2));
+    const QPoint corner(screen.x() + (screen.width() - 680) / 2,
+                        screen.y() + (screen.height() - 480) / 2);
+    EXPECT_EQ(panel.pos(), corner);
+    EXPECT_EQ(panel.place(), QRect(corner, QSize(680, 480)));
 }
 
 TEST_F(KeyablePanelTest, isMaskedWhileThereIsNoCompositor)
@@ -121,6 +124,7 @@ TEST_F(KeyablePanelTest, isMaskedWhileThereIsNoCompositor)
 
 TEST_F(KeyablePanelTest, isMovedByItsBackground)
 {
+    panel.center();
     panel.orderFront(0);
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&panel));
     const QPoint start = panel.pos();
@@ -133,6 +137,7 @@ TEST_F(KeyablePanelTest, isMovedByItsBackground)
     send(QEvent::MouseButtonPress, hold, Qt::LeftButton);
     send(QEvent::MouseMove, hold + QPoint(25, -10), Qt::LeftButton);
     EXPECT_EQ(panel.pos(), start + QPoint(25, -10));
+    EXPECT_EQ(panel.place().topLeft(), start + QPoint(25, -10));
     send(QEvent::MouseButtonRelease, hold + QPoint(25, -10), Qt::NoButton);
     send(QEvent::MouseMove, hold + QPoint(90, 90), Qt::NoButton);
     EXPECT_EQ(panel.pos(), start + QPoint(25, -10));

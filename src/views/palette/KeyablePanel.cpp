@@ -43,7 +43,13 @@ void KeyablePanel::center()
     if (!screen)
         screen = QGuiApplication::primaryScreen();
     const QRect place = screen->availableGeometry();
-    move(place.x() + (place.width() - width()) / 2, place.y() + (place.height() - height()) / 2);
+    put({place.x() + (place.width() - width()) / 2, place.y() + (place.height() - height()) / 2});
+}
+
+void KeyablePanel::put(QPoint newCorner)
+{
+    corner = newCorner;
+    move(corner);
 }
 
 void KeyablePanel::orderFront(quint32 eventTime)
@@ -52,7 +58,6 @@ void KeyablePanel::orderFront(quint32 eventTime)
     if (isVisible()) {
         raise();
     } else {
-        center();
         desktop.prepareToShow(*windowHandle(), eventTime);
         show();
     }
@@ -79,14 +84,14 @@ void KeyablePanel::changeEvent(QEvent* event)
 void KeyablePanel::mousePressEvent(QMouseEvent* event)
 {
     if (event->button() == Qt::LeftButton)
-        dragOffset = event->globalPosition().toPoint() - pos();
+        dragOffset = event->globalPosition().toPoint() - corner;
 }
 
 void KeyablePanel::mouseMoveEvent(QMouseEvent* event)
 {
     // Not left to the window manager, which would take the keyboard away for the time.
     if (dragOffset && event->buttons().testFlag(Qt::LeftButton))
-        move(event->globalPosition().toPoint() - *dragOffset);
+        put(event->globalPosition().toPoint() - *dragOffset);
 }
 
 void KeyablePanel::mouseReleaseEvent(QMouseEvent*)

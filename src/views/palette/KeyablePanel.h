@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QPoint>
+#include <QRect>
 #include <QWidget>
 
 #include <optional>
@@ -28,6 +29,10 @@ public:
     /// Puts the panel in the middle of the screen that the pointer is on.
     void center();
 
+    /// Where the panel was put, by center() or by the person's hand. Not geometry(), which for a
+    /// moment after the showing can tell the corner within the window manager's frame instead.
+    [[nodiscard]] QRect place() const { return {corner, size()}; }
+
     /// Shows the panel above all others, centred anew if it was off the screen, and gives it the
     /// keyboard. `eventTime` is the time of the event that asks for it, in milliseconds of the
     /// display server; 0 when there was none.
@@ -50,9 +55,11 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:
+    void put(QPoint newCorner);
     void updateMask();
 
     PanelActivation& desktop;
+    QPoint corner;
     std::optional<QPoint> dragOffset; ///< of the pointer from the panel's corner
     bool wasKey = false;
 };
