@@ -57,9 +57,11 @@ QRectF OverlayScrollBar::handleRect() const
 
 bool OverlayScrollBar::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == &scrollArea && event->type() == QEvent::Resize)
+    // Of the two that are watched, the viewport still sends events while the area is being taken
+    // down, so nothing is asked of the area but on these.
+    if (event->type() == QEvent::Resize && watched == &scrollArea)
         place();
-    else if (watched == scrollArea.viewport() && event->type() == QEvent::MouseMove)
+    else if (event->type() == QEvent::MouseMove)
         showHandle();
     return false;
 }
