@@ -111,6 +111,7 @@ std::vector<double> coldMedians(const std::vector<std::function<void()>>& works)
         }
     }
     std::vector<double> medians;
+    medians.reserve(times.size());
     for (const auto& values : times)
         medians.push_back(median(values));
     return medians;
@@ -149,7 +150,7 @@ QList<Snippet> loadWithQt(const QStringList& paths)
         QFile file(path);
         check(file.open(QIODevice::ReadOnly), "cannot open");
         const QJsonObject root = QJsonDocument::fromJson(file.readAll()).object();
-        for (const QJsonValue& value : root.value(QLatin1StringView("snippets")).toArray()) {
+        for (const auto& value : root.value(QLatin1StringView("snippets")).toArray()) {
             const QJsonObject object = value.toObject();
             const auto text = [&object](const char* key) {
                 return object.value(QLatin1StringView(key)).toString();
@@ -160,7 +161,7 @@ QList<Snippet> loadWithQt(const QStringList& paths)
             fields.subtitle = text("subtitle");
             fields.collection = text("collection");
             fields.content = text("content");
-            for (const QJsonValue& keyword : object.value(QLatin1StringView("keywords")).toArray())
+            for (const auto& keyword : object.value(QLatin1StringView("keywords")).toArray())
                 fields.keywords.append(keyword.toString());
             fields.createdAt = date(object.value(QLatin1StringView("createdAt")));
             fields.updatedAt = date(object.value(QLatin1StringView("updatedAt")));
@@ -182,7 +183,7 @@ void measureLoad(int count)
     const std::vector<double> times =
         coldMedians({[&] { check(world.storage.loadFullData().has_value(), "cannot load"); },
                      [&] { readAndParse(paths); },
-                     [&] { check(loadWithQt(paths).size() > 0, "cannot load with Qt"); }});
+                     [&] { check(!loadWithQt(paths).empty(), "cannot load with Qt"); }});
     printTimes(
         {"cold load of the folder", count, times[0], "read + simdjson DOM parse", times[1], 4.0});
     printTimes({"cold load of the folder", count, times[0], "QJsonDocument and QDateTime", times[2],

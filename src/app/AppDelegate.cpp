@@ -108,6 +108,9 @@ void AppDelegate::setupPalette()
 
 void AppDelegate::preparePalette()
 {
+    // A palette that is already in use would lose its query.
+    if (isPalettePresented)
+        return;
     paletteViewModel->onAppear();
     paletteWindow->prepare();
 }
@@ -170,6 +173,8 @@ void AppDelegate::openOrCreateMainWindow()
     mainWindowRef->setHotkeyText(keyboardText(services.settings.quickSearchHotkey()));
     mainWindowRef->setLibrary(services.storageService.loadSnippets().size(),
                               services.libraryFolderName());
+    // One that was minimised would come back as it went.
+    mainWindowRef->setWindowState(mainWindowRef->windowState() & ~Qt::WindowMinimized);
     mainWindowRef->show();
     mainWindowRef->raise();
     mainWindowRef->activateWindow();

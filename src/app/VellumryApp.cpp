@@ -18,6 +18,7 @@
 #include <QDir>
 #include <QIcon>
 
+#include <csignal>
 #include <time.h>
 
 namespace vellumry {
@@ -83,6 +84,8 @@ void prepareWhenIdle(AppDelegate& delegate, DependencyContainer& container)
 int VellumryApp::run(int& argc, char** argv)
 {
     choosePlatformTheme();
+    // A reader of our lines that goes away, as `head` does, is no reason to end.
+    std::signal(SIGPIPE, SIG_IGN);
     hotkey::HotKeysController::setBackend(hotkey::makeHotKeyBackend(postToMainThread));
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("vellumry"));

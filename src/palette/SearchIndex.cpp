@@ -2,6 +2,9 @@
 
 #include "palette/SearchEncoding.h"
 
+#include <QHash>
+#include <QStringView>
+
 #include <algorithm>
 #include <array>
 #include <cstring>
@@ -70,7 +73,7 @@ QList<Snippet> SearchIndex::holdingAnywhere(const QStringList& keywords,
 {
     prepare(snippets);
     return run({.collection = {},
-                .keywords = needles(keywords),
+                .keywords = distinct(keywords),
                 .phrase = encoded(keywords.join(u' ')),
                 .accepted = allPlaces},
                snippets);
@@ -81,8 +84,8 @@ QList<Snippet> SearchIndex::inCollection(const QStringList& collectionKeywords,
                                          const QList<Snippet>& snippets)
 {
     prepare(snippets);
-    return run({.collection = needles(collectionKeywords),
-                .keywords = needles(contentKeywords),
+    return run({.collection = distinct(collectionKeywords),
+                .keywords = distinct(contentKeywords),
                 .phrase = encoded(contentKeywords.join(u' ')),
                 .accepted = bit(SearchText::title) | bit(SearchText::subtitle) |
                             bit(SearchText::content) | bit(SearchText::keywords)},
@@ -104,18 +107,26 @@ QList<Snippet> SearchIndex::run(Search search, const QList<Snippet>& snippets)
     return ordered(std::move(hits), snippets);
 }
 
-std::vector<Needle> SearchIndex::needles(const QStringList& keywords) const
+/// The keywords in the order in which they were first given. One that is given again counts again,
+/// but need not be looked for again.
+std::vector<SearchIndex::Keyword> SearchIndex::distinct(const QStringList& keywords) const
 {
-    std::vector<Needle> result;
-    result.reserve(static_cast<size_t>(keywords.size()));
-    for (const QString& keyword : keywords)
-        result.emplace_back(encoded(keyword), text.histogram());
+    std::vector<Keyword> result;
+    QHash<QStringView, size_t> indexOf;
+    for (const QString& keyword : keywords) {
+        if (const auto known = indexOf.constFind(keyword); known != indexOf.cend()) {
+            ++result[*known].count;
+            continue;
+        }
+        indexOf.insert(keyword, result.size());
+        result.push_back({Needle(encoded(keyword), text.histogram()), 1});
+    }
     return result;
 }
 
-/// The needle that fewest of a sample of records hold leads the scan, and the next rarer ones are
+/// The keyword that fewest of a sample of records hold leads the scan, and the next rarer ones are
 /// tried before the more frequent.
-void SearchIndex::putRarestFirst(std::vector<Needle>& keywords) const
+void SearchIndex::putRarestFirst(std::vector<Keyword>& keywords) const
 {
     constexpr size_t mostSamples = 256;
     constexpr size_t leastStep = 16; // a small library is searched sooner than sampled
@@ -128,14 +139,15 @@ void SearchIndex::putRarestFirst(std::vector<Needle>& keywords) const
         const unsigned char* const start = text.begin() + records[i].start;
         const unsigned char* const end = start + records[i].fieldEnd(SearchText::keywords);
         for (size_t k = 0; k < keywords.size(); ++k)
-            hits[k] += scanner.find(start, end, keywords[k]) ? 1 : 0;
+            hits[k] += scanner.find(start, end, keywords[k].needle) ? 1 : 0;
     }
     std::vector<size_t> order(keywords.size());
     std::iota(order.begin(), order.end(), size_t{0});
     std::stable_sort(order.begin(), order.end(), [&](size_t a, size_t b) {
-        return hits[a] != hits[b] ? hits[a] < hits[b] : keywords[a].size() > keywords[b].size();
+        return hits[a] != hits[b] ? hits[a] < hits[b]
+                                  : keywords[a].needle.size() > keywords[b].needle.size();
     });
-    std::vector<Needle> sorted;
+    std::vector<Keyword> sorted;
     sorted.reserve(keywords.size());
     for (const size_t k : order)
         sorted.push_back(std::move(keywords[k]));
@@ -145,7 +157,7 @@ void SearchIndex::putRarestFirst(std::vector<Needle>& keywords) const
 void SearchIndex::find(const Search& search, std::vector<Hit>& hits) const
 {
     const auto& records = text.records();
-    const Needle& lead = search.keywords.front();
+    const Needle& lead = search.keywords.front().needle;
     size_t index = 0;
     while (index < records.size()) {
         const unsigned char* from =
@@ -179,12 +191,13 @@ std::optional<quint32>
 SearchIndex::calculateRelevanceScore(const Record& record, const Search& search, Places first) const
 {
     const unsigned char* const start = text.begin() + record.start;
-    quint32 rank = rankOfPlaces[first];
+    quint32 rank = rankOfPlaces[first] * search.keywords.front().count;
     for (size_t k = 1; k < search.keywords.size(); ++k) {
-        const Places places = placesIn(record, search.keywords[k], start);
+        const auto& [needle, count] = search.keywords[k];
+        const Places places = placesIn(record, needle, start);
         if ((places & search.accepted) == 0)
             return std::nullopt;
-        rank += rankOfPlaces[places];
+        rank += rankOfPlaces[places] * count;
     }
     if (search.phrase.size() <= record.fieldEnd(SearchText::title) &&
         std::memcmp(start, search.phrase.data(), search.phrase.size()) == 0)
@@ -220,12 +233,12 @@ SearchIndex::Places SearchIndex::placesIn(const Record& record, const Needle& ne
     return places;
 }
 
-bool SearchIndex::isInCollection(const Record& record, const std::vector<Needle>& collection) const
+bool SearchIndex::isInCollection(const Record& record, const std::vector<Keyword>& collection) const
 {
     const unsigned char* const start = text.begin() + record.start;
-    return std::all_of(collection.begin(), collection.end(), [&](const Needle& needle) {
+    return std::all_of(collection.begin(), collection.end(), [&](const Keyword& keyword) {
         return scanner.find(start + record.fieldStart(SearchText::collection),
-                            start + record.fieldEnd(SearchText::collection), needle);
+                            start + record.fieldEnd(SearchText::collection), keyword.needle);
     });
 }
 

@@ -43,10 +43,15 @@ private:
     /// Which fields hold a needle, and how: a set of the bits in SearchIndex.cpp.
     using Places = unsigned;
 
+    struct Keyword {
+        Needle needle;
+        quint32 count; ///< how often it was given
+    };
+
     /// A search in one list.
     struct Search {
-        std::vector<Needle> collection;
-        std::vector<Needle> keywords;
+        std::vector<Keyword> collection;
+        std::vector<Keyword> keywords;
         std::string phrase;  ///< the keywords joined with one blank
         Places accepted = 0; ///< where each keyword must stand
     };
@@ -57,15 +62,15 @@ private:
         quint32 rank; ///< the score in units of five, which divides all points
     };
 
-    [[nodiscard]] std::vector<Needle> needles(const QStringList& keywords) const;
+    [[nodiscard]] std::vector<Keyword> distinct(const QStringList& keywords) const;
     [[nodiscard]] Places placesIn(const SearchText::Record& record, const Needle& needle,
                                   const unsigned char* from) const;
     [[nodiscard]] bool isInCollection(const SearchText::Record& record,
-                                      const std::vector<Needle>& collection) const;
+                                      const std::vector<Keyword>& collection) const;
     [[nodiscard]] std::optional<quint32> calculateRelevanceScore(const SearchText::Record& record,
                                                                  const Search& search,
                                                                  Places first) const;
-    void putRarestFirst(std::vector<Needle>& keywords) const;
+    void putRarestFirst(std::vector<Keyword>& keywords) const;
     void find(const Search& search, std::vector<Hit>& hits) const;
     [[nodiscard]] QList<Snippet> ordered(std::vector<Hit> hits,
                                          const QList<Snippet>& snippets) const;

@@ -228,7 +228,8 @@ bool CollectionFileCache::isSettled(const FileContents& contents) const
         now = folderTime->modified;
     }
     const Date lastChange = std::max(contents.stamp.modified, contents.stamp.changed);
-    return now - lastChange > contents.precision.slack;
+    // Not their difference, which a file from long ago would make too large.
+    return lastChange < now - contents.precision.slack;
 }
 
 } // namespace vellumry

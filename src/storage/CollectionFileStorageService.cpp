@@ -404,10 +404,12 @@ void CollectionFileStorageService::writeLibrary(const VellumryData& data)
 
     CollectionFileNames names;
     QStringList listed;
+    bool isListed = true;
     try {
         listed = walkCollectionFiles(folder);
     } catch (const FileError&) {
-        // What cannot be listed has no files to keep or to remove; the writes below tell more.
+        // What cannot be listed has no files to find or to remove; the writes below tell more.
+        isListed = false;
         cache.beginWalk(folder, {});
     }
     for (const QString& baseName : std::as_const(listed)) {
@@ -421,8 +423,14 @@ void CollectionFileStorageService::writeLibrary(const VellumryData& data)
     for (const SyncCollection& collection : data.data.collections) {
         ids.insert(collection.id);
         if (!names.byCollectionId.contains(collection.id)) {
-            const QString baseName =
-                generateUniqueFileName(collectionFileBaseName(collection.name), names.taken);
+            const QString derivedName = collectionFileBaseName(collection.name);
+            QString baseName = generateUniqueFileName(derivedName, names.taken);
+            // Without a listing, a file that cannot be understood is met only at its name.
+            while (!isListed && with.files.exists(collectionPath(folder, baseName)) &&
+                   !cache.decodableFile(baseName, decoder)) {
+                names.taken.insert(baseName);
+                baseName = generateUniqueFileName(derivedName, names.taken);
+            }
             names.taken.insert(baseName);
             names.byCollectionId.insert(collection.id, baseName);
         }

@@ -79,6 +79,22 @@ class AppDelegateTest : public testing::Test {
 protected:
     void SetUp() override { delegate.applicationDidFinishLaunching(); }
 
+    AppDelegate::Dependencies dependencies()
+    {
+        return {storage,
+                search,
+                clipboard,
+                hotkeys,
+                settings,
+                center,
+                desktop,
+                scheduler,
+                clock,
+                [](const QString&) { return QColor(Qt::gray); },
+                [] { return QStringLiteral("~/Documents/Apps/Vellumry"); },
+                [this] { return uptime; }};
+    }
+
     void showPalette()
     {
         delegate.togglePalette();
@@ -105,10 +121,7 @@ protected:
     PlainDesktop desktop;
     SettingsService settings{{preferences, hotkeys, center}};
     std::chrono::duration<double> uptime = 500s;
-    AppDelegate delegate{{storage, search, clipboard, hotkeys, settings, center, desktop, scheduler,
-                          clock, [](const QString&) { return QColor(Qt::gray); },
-                          [] { return QStringLiteral("~/Documents/Apps/Vellumry"); },
-                          [this] { return uptime; }}};
+    AppDelegate delegate{dependencies()};
 };
 
 TEST_F(AppDelegateTest, startsWithAHiddenPaletteAndTheStoredHotKey)
@@ -210,6 +223,49 @@ TEST_F(AppDelegateTest, aMomentsLossOfTheKeyboardPasses)
     EXPECT_TRUE(delegate.palettePanel()->isVisible());
 }
 
+TEST_F(AppDelegateTest, aPaletteRaisedAgainOutlivesTheEarlierLossOfTheKeyboard)
+{
+    showPalette();
+    Q_EMIT delegate.palettePanel()->resignedKeyStatus();
+    delegate.togglePalette();
+    showPalette();
+    QWidget other;
+    other.show();
+    {
+        // The keyboard is still on its way, not lost a second time.
+        const QSignalBlocker quiet(delegate.palettePanel());
+        other.activateWindow();
+        QApplication::processEvents();
+    }
+    ASSERT_FALSE(delegate.palettePanel()->isKey());
+    scheduler.advance(100ms);
+    EXPECT_TRUE(delegate.palettePanel()->isVisible());
+}
+
+TEST_F(AppDelegateTest, anAbsentPaletteIsMadeAnew)
+{
+    AppDelegate fresh(dependencies());
+    log.lines.clear();
+    fresh.togglePalette();
+    scheduler.advance(0ms);
+    EXPECT_TRUE(fresh.isPaletteShown());
+    EXPECT_THAT(
+        log.lines,
+        ElementsAre(QStringLiteral("AppDelegate: togglePalette called, paletteWindow: false"),
+                    QStringLiteral("AppDelegate: paletteWindow is nil, recreating..."),
+                    QStringLiteral("AppDelegate: showing palette"),
+                    QStringLiteral("AppDelegate: palette shown, isPalettePresented = true")));
+}
+
+TEST_F(AppDelegateTest, preparingLeavesAPaletteInUseAlone)
+{
+    delegate.preparePalette();
+    showPalette();
+    delegate.paletteModel()->setQuery(QStringLiteral("typed at once"));
+    delegate.preparePalette();
+    EXPECT_EQ(delegate.paletteModel()->query(), QStringLiteral("typed at once"));
+}
+
 TEST_F(AppDelegateTest, dismissingClosesOnlyAnOpenPalette)
 {
     log.lines.clear();
@@ -254,6 +310,14 @@ TEST_F(AppDelegateTest, theToastStandsInTheMiddleOfThePaletteAndGoesByItself)
         QApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
     EXPECT_EQ(delegate.toast(), nullptr);
     EXPECT_EQ(toastCount(), 0);
+}
+
+TEST_F(AppDelegateTest, aToastWithoutPaletteHasAPlaceOfItsOwn)
+{
+    AppDelegate fresh(dependencies());
+    fresh.showQuickSearchToast(QStringLiteral("Hello"));
+    ASSERT_NE(fresh.toast(), nullptr);
+    EXPECT_EQ(fresh.toast()->geometry(), QRect(190, 195, 300, 90));
 }
 
 TEST_F(AppDelegateTest, aToastWithoutTextSaysThatTheTextIsOnTheClipboard)
@@ -307,6 +371,17 @@ TEST_F(AppDelegateTest, closingTheMainWindowOnlyHidesIt)
     Q_EMIT center.openSnippetInApp(QStringLiteral("id"));
     EXPECT_EQ(delegate.mainWindow(), window);
     EXPECT_TRUE(window->isVisible());
+}
+
+TEST_F(AppDelegateTest, aMinimisedMainWindowComesBack)
+{
+    Q_EMIT center.openMainWindow();
+    delegate.mainWindow()->showMinimized();
+    showPalette();
+    scheduler.advance(300ms);
+    Q_EMIT center.openMainWindow();
+    EXPECT_TRUE(delegate.mainWindow()->isVisible());
+    EXPECT_FALSE(delegate.mainWindow()->isMinimized());
 }
 
 TEST_F(AppDelegateTest, theMainWindowNamesTheHotKeyAsItIsPrintedOnTheKeys)

@@ -3,35 +3,41 @@
 
     demo.py PROGRAM KEY_RECORDER FOLDER
 
-Another program is in front; Alt+T brings the palette; a query and Return copy a snippet of the
-library that the program makes at its first start. Screenshots go to FOLDER.
+Another program is in front; Alt+T brings the palette; a query and Return copy a snippet, its
+placeholders filled in. Screenshots go to FOLDER.
 """
 import os
-import re
 import sys
 
 from desktop import Desktop
-from library import Library
+from library import Library, snippet
 from program import HOTKEY, Program
 from recorder import Recorder
 from waiting import wait_for
 
 
-def choose(snippets):
-    """The title to look for: of a snippet whose placeholders have values, if there is one."""
-    typeable = [s for s in snippets.values() if re.fullmatch(r"[\x20-\x7e]+", s["title"])]
-    typeable.sort(key=lambda s: not s["variables"])
-    return typeable[0]["title"]
+QUERY, TITLE = "meet", "Meeting request"
+COLLECTIONS = {
+    "Email": [
+        snippet(TITLE, "Hello {{name}},\n\ncould we meet on Thursday to talk about {{topic}}?\n\n"
+                       "Best regards,\n{{sender}}",
+                {"name": "Ada", "topic": "the new engine", "sender": "Grace"}),
+        snippet("Out of office", "I am away until {{date}} and read no mail before then.")],
+    "Shell": [
+        snippet("Disk use by folder", "du -h --max-depth=1 . | sort -hr"),
+        snippet("Who listens on a port", "ss -ltnp 'sport = :{{port}}'")],
+    "Writing": [
+        snippet("Notes of a meeting", "Present:\nDecided:\nTo do, by whom, until when:"),
+        snippet("Shrug", "¯\\_(ツ)_/¯")]}
 
 
 def play(desktop, folder):
     home = desktop.new_home()
     library = Library(home["HOME"])
+    library.write(COLLECTIONS)
     recorder = Recorder(desktop)
     program = Program(desktop, home)
     try:
-        wait_for("the library of the first start", library.exists)
-        title = choose(library.snippets())
         recorder.focus()
         print(f"In front: another program. Its window has the keyboard: {desktop.focused_window()}")
         pictures = []
@@ -43,8 +49,8 @@ def play(desktop, folder):
         program.open_palette()
         program.wait_searched()
         picture("1-palette")
-        print(f"Typing: {title.lower()}")
-        program.search(title.lower())
+        print(f"Typing: {QUERY}")
+        program.search(QUERY)
         picture("2-results")
         print("Pressing Return: the snippet is copied, and the palette goes.")
         desktop.key("Return")
@@ -52,7 +58,7 @@ def play(desktop, folder):
         picture("3-copied")
         program.wait_palette_gone()
         desktop.wait_focus("Recorder")
-        wait_for("the use is counted", lambda: library.snippets()[title]["usageCount"] == 1)
+        wait_for("the use is counted", lambda: library.snippets()[TITLE]["usageCount"] == 1)
         print(f"The keyboard is back with: {desktop.focused_window()}")
         print(f"Keys that went astray: {len(recorder.keys())}")
         print(f"Clipboard:\n{desktop.clipboard()}")

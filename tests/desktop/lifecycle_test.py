@@ -1,6 +1,8 @@
 """Start and end of the process."""
+import signal
+
 from case import LETTER_TEXT, DesktopCase, main
-from program import PALETTE
+from program import MAIN_WINDOW, PALETTE, Program
 from waiting import wait_for
 
 
@@ -20,6 +22,25 @@ class Lifecycle(DesktopCase):
         self.assertEqual(self.desktop.windows(PALETTE), [])
         self.desktop.activate("Recorder")
         self.assert_nothing_leaked()
+
+    def test_termination_with_the_main_window_open(self):
+        """SIGTERM ends the program also while the main window is open, which only hides when closed."""
+        self.program.open_palette()
+        self.program.wait_searched()
+        self.desktop.key("Return")
+        self.desktop.wait_focus(MAIN_WINDOW)
+        self.assertEqual(self.program.finish(), 0, self.program.lines)
+
+    def test_hangup_under_nohup(self):
+        """A program that was started to outlive its terminal does, and one that was not ends."""
+        self.program.process.send_signal(signal.SIGHUP)
+        wait_for("the end by SIGHUP", lambda: not self.program.running())
+        self.assertEqual(self.program.finish(), 0, self.program.lines)
+        self.program = self.start(Program, self.desktop, self.home, ["nohup"])
+        self.program.process.send_signal(signal.SIGHUP)
+        self.recorder.focus()
+        self.program.open_palette()
+        self.assertEqual(self.program.finish(), 0, self.program.lines)
 
     def test_starts_again(self):
         """A second start after the end finds its hot key free and works."""

@@ -1,6 +1,7 @@
 """The keys of the palette, in the real program under a real window manager."""
 from case import LETTER_TEXT, DesktopCase, main
-from program import HIDING, MAIN_WINDOW, PALETTE
+from program import HIDING, HOTKEY, MAIN_WINDOW, PALETTE
+from waiting import wait_for
 
 
 class PaletteKeys(DesktopCase):
@@ -21,6 +22,17 @@ class PaletteKeys(DesktopCase):
             self.desktop.key("alt+t")
             self.program.wait_palette_gone()
             self.assertEqual(self.program.count(HIDING), number)
+            self.desktop.wait_focus("Recorder")
+        self.assert_nothing_leaked()
+
+    def test_two_presses_at_once_open_and_close(self):
+        """However fast the second press follows the first, the palette comes and goes, and the
+        other program has the keyboard again."""
+        for number, delay in enumerate((0, 5, 20, 60), 1):
+            self.desktop.key(HOTKEY, HOTKEY, delay=delay)
+            wait_for("both presses", lambda: self.program.count(HIDING) == number)
+            self.assertEqual(self.program.shown_count(), number)
+            self.program.wait_palette_gone()
             self.desktop.wait_focus("Recorder")
         self.assert_nothing_leaked()
 
@@ -59,6 +71,19 @@ class PaletteKeys(DesktopCase):
         self.desktop.window(MAIN_WINDOW)
         self.program.wait_palette_gone()
         self.assert_not_copied()
+
+    def test_minimised_main_window_comes_back(self):
+        """The main window comes up again, with the keyboard, after it was minimised."""
+        self.program.open_palette()
+        self.program.wait_searched()
+        self.desktop.key("Return")
+        self.desktop.wait_focus(MAIN_WINDOW)
+        self.desktop.command("xdotool", "windowminimize", self.desktop.window(MAIN_WINDOW))
+        self.desktop.wait_gone(MAIN_WINDOW)
+        self.program.open_palette()
+        self.program.wait_searched()
+        self.desktop.key("Return")
+        self.desktop.wait_focus(MAIN_WINDOW)
 
     def test_right_arrow_within_the_text_moves_the_cursor(self):
         """Right in the middle of the text is the field's own: the letter before the cursor can be

@@ -1,6 +1,6 @@
 """The pointer in and around the palette."""
-from case import DesktopCase, main
-from program import HOVERED_GREY, LOST_FOCUS
+from case import LETTER_TEXT, DesktopCase, main
+from program import HOVERED_GREY, LOST_FOCUS, PALETTE
 from waiting import wait_for
 
 
@@ -31,6 +31,26 @@ class PaletteMouse(DesktopCase):
         self.save_picture("palette-hover")
         self.desktop.key("Return")
         self.desktop.wait_clipboard("first of the notes")
+
+    def test_moved_by_its_background(self):
+        """Dragged where no row is, the palette follows the pointer and keeps the keyboard; the
+        toast stands where it was put."""
+        x, y, width, height = self.program.open_palette()
+        for step in range(6):
+            self.desktop.move_pointer(x + width // 2 + 20 * step, y + height - 20 - 10 * step)
+            if step == 0:
+                self.desktop.command("xdotool", "mousedown", "1")
+        self.desktop.command("xdotool", "mouseup", "1")
+        moved = (x + 100, y - 50, width, height)
+        wait_for("the palette has moved",
+                 lambda: self.desktop.geometry(self.desktop.window(PALETTE)) == moved)
+        self.assertEqual(self.desktop.focused_window(), PALETTE)
+        self.program.search("letter")
+        self.desktop.key("Return")
+        toast = self.desktop.geometry(self.program.wait_new_toast())
+        self.assertAlmostEqual(toast[0] + toast[2] / 2, moved[0] + width / 2, delta=1)
+        self.assertAlmostEqual(toast[1] + toast[3] / 2, moved[1] + height / 2, delta=1)
+        self.desktop.wait_clipboard(LETTER_TEXT)
 
     def test_click_outside_closes(self):
         """A click on the other program gives it the focus and closes the palette."""

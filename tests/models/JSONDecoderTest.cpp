@@ -11,7 +11,6 @@ namespace {
 using namespace Qt::StringLiterals;
 using test::decode;
 using test::decodes;
-using test::encode;
 using test::failure;
 
 /// A collection of which one text is `json`, as it stands between the quotes.
@@ -202,7 +201,7 @@ TEST(JSONDecoder, ADecoderServesManyCalls)
 {
     JSONDecoder decoder = JSONDecoder::vellumry();
     for (int i = 0; i < 3; ++i) {
-        const QByteArray big(100'000 * (i + 1), 'x');
+        const QByteArray big(100'000 * (qsizetype{i} + 1), 'x');
         EXPECT_EQ(decoder.decode<SyncCollection>(QByteArrayView(named(big))).name.size(),
                   big.size());
         EXPECT_THROW((void)decoder.decode<SyncCollection>(QByteArrayView("{")), DecodingError);

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <string>
 
 namespace vellumry {
@@ -211,6 +212,18 @@ TEST(SearchIndex, FindsTermsLongerThanAnyVector)
     const QList<Snippet> snippets{numbered(1, name), numbered(2, name.chopped(1) + u"k"_s),
                                   numbered(3, name + u"k"_s)};
     EXPECT_EQ(index.holdingAnywhere({name}, snippets), QList({snippets[0], snippets[2]}));
+}
+
+TEST(SearchIndex, ATermGivenVeryOftenIsLookedForOnce)
+{
+    SearchIndex index;
+    const QList<Snippet> snippets = manyNumbered(1000);
+    const QStringList often(1'000'000, u"c"_s);
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(index.holdingAnywhere(often, snippets), snippets);
+    EXPECT_EQ(index.inCollection(often, {u"title"_s}, snippets), snippets);
+    // Counting takes a fraction of a second; looking a billion times takes more than a minute.
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
 }
 
 TEST(SearchIndex, SearchesOneListAfterAnother)

@@ -11,6 +11,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <functional>
+#include <new>
 #include <optional>
 #include <sys/resource.h>
 #include <sys/socket.h>
@@ -503,6 +504,14 @@ TEST_F(PosixFileSystemTest, refusesAHugeFileBeforeReadingIt)
     EXPECT_TRUE(calls.openedPaths.isEmpty());
 }
 
+TEST_F(PosixFileSystemTest, aFileThatMemoryCannotHoldIsAFailure)
+{
+    put(QStringLiteral("large.json"), "x");
+    calls.whileReading = [] { throw std::bad_alloc(); };
+    const QString text = failure([&] { (void)files.read(path(QStringLiteral("large.json"))); });
+    EXPECT_TRUE(text.contains(QString::fromUtf8(std::strerror(ENOMEM))));
+}
+
 TEST_F(PosixFileSystemTest, readsAgainWhenTheFileChangesMeanwhile)
 {
     put(QStringLiteral("a.json"), "one");
@@ -673,6 +682,17 @@ TEST_F(PosixFileSystemTest, stampsDifferAfterARestoredModificationTime)
     EXPECT_EQ(after->modified, before->modified);
     EXPECT_EQ(after->inode, before->inode);
     EXPECT_NE(after->changed, before->changed);
+}
+
+TEST_F(PosixFileSystemTest, aTimeThatADateCannotHoldIsTheFarthestThatItCan)
+{
+    put(QStringLiteral("a"), "");
+    const struct ::timespec farAhead = {13'000'000'000, 999'999'999}; // in the year 2381
+    const struct ::timespec times[] = {farAhead, farAhead};
+    ASSERT_EQ(::utimensat(AT_FDCWD, path(QStringLiteral("a")).toUtf8().constData(), times, 0), 0);
+    // File systems that cannot keep this year put the last one that they can in its place.
+    EXPECT_GT(files.stamp(path(QStringLiteral("a")))->modified, SystemClock::shared().now());
+    EXPECT_EQ(files.read(path(QStringLiteral("a"))).stamp, files.stamp(path(QStringLiteral("a"))));
 }
 
 } // namespace

@@ -118,6 +118,16 @@ TEST_F(CollectionFileCacheTest, aFileFromTheFutureNeverSettles)
     }
 }
 
+TEST_F(CollectionFileCacheTest, aFileFromLongAgoSettles)
+{
+    const Date now = std::exchange(files.now, Date(-9'000'000'000s)); // in the year 1684
+    put(QStringLiteral("old"));
+    files.now = now;
+    look();
+    look();
+    EXPECT_EQ(opens(), 1);
+}
+
 TEST_F(CollectionFileCacheTest, aCoarseFileSystemNeedsThreeSeconds)
 {
     files.tick = 2s;

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <optional>
 
 using namespace vellumry;
 using namespace vellumry::test;
@@ -168,6 +169,18 @@ TEST_F(SavingTest, eachComparedFieldSetsOffAWrite)
         save(data);
         EXPECT_EQ(written(), metadataOnly);
     }
+}
+
+TEST_F(SavingTest, anotherCollectionInTheFileIsADifference)
+{
+    const VellumryData data = loadedLibrary();
+    Snippet elsewhere = w1;
+    elsewhere.setCollection(QStringLiteral("Elsewhere"));
+    put(QStringLiteral("work.json"), collectionFileBytes(work, {elsewhere, w2}));
+    save(data);
+    EXPECT_EQ(written(), workAndMetadata);
+    EXPECT_EQ(decodeCollectionFile(get(QStringLiteral("work.json"))).snippets,
+              (QList<Snippet>{w1, w2}));
 }
 
 TEST_F(SavingTest, theOrderOfKeywordsCounts)
@@ -406,6 +419,21 @@ TEST_F(SavingTest, aFailedListingLeavesForeignFilesAndWritesTheRest)
     EXPECT_TRUE(has(QStringLiteral("foreign.json")));
 }
 
+TEST_F(SavingTest, aFailedListingLeavesFilesThatAreNotUnderstood)
+{
+    put(QStringLiteral("work.json"), "{ damaged");
+    files.makeFolder(path(QStringLiteral("work-1.json")));
+    put(QStringLiteral("my-notes.json"), "unreadable");
+    files.setReadable(path(QStringLiteral("my-notes.json")), false);
+    failAt(QStringLiteral("list"), QString());
+    save(makeLibrary({work, notes}, {w1, n1}));
+    EXPECT_EQ(get(QStringLiteral("work.json")), "{ damaged");
+    EXPECT_EQ(get(QStringLiteral("my-notes.json")), "unreadable");
+    EXPECT_EQ(written(),
+              (QStringList{QStringLiteral("work-2.json"), QStringLiteral("my-notes-1.json"),
+                           QStringLiteral("_metadata.json")}));
+}
+
 TEST_F(SavingTest, createsAFolderThatVanished)
 {
     const VellumryData data = loadedLibrary();
@@ -460,13 +488,15 @@ TEST_F(SavingTest, aFailedWriteThrowsAndKeepsWhatIsInMemory)
     const QByteArray metadataBefore = get(QStringLiteral("_metadata.json"));
     QSignalSpy announced(&world.notifications, &NotificationCenter::syncDataDidSave);
     const FileError cause = failAt(QStringLiteral("write"), QStringLiteral("my-notes.json"));
+    std::optional<StorageError> failure;
     try {
         save(changed);
-        FAIL();
     } catch (const StorageError& error) {
-        EXPECT_EQ(error.description(), cause.description());
-        EXPECT_EQ(QByteArray(error.what()), error.description().toUtf8());
+        failure = error;
     }
+    ASSERT_TRUE(failure);
+    EXPECT_EQ(failure->description(), cause.description());
+    EXPECT_EQ(QByteArray(failure->what()), failure->description().toUtf8());
     EXPECT_EQ(written(), QStringList{QStringLiteral("work.json")}) << "stays written";
     EXPECT_EQ(get(QStringLiteral("my-notes.json")), notesBefore);
     EXPECT_EQ(get(QStringLiteral("_metadata.json")), metadataBefore);

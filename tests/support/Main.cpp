@@ -1,5 +1,4 @@
 #include <QApplication>
-
 #include <gtest/gtest.h>
 
 // One main for all test programs: a Qt application, so that timers, signals and widgets work.

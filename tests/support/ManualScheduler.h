@@ -26,9 +26,8 @@ public:
         const auto target = now + by;
         for (;;) {
             const auto next =
-                std::min_element(calls.begin(), calls.end(), [](const Call& a, const Call& b) {
-                    return a.due < b.due;
-                });
+                std::min_element(calls.begin(), calls.end(),
+                                 [](const Call& a, const Call& b) { return a.due < b.due; });
             if (next == calls.end() || next->due > target)
                 break;
             const Call call = std::move(*next);

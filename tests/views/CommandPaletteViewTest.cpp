@@ -450,9 +450,9 @@ TEST_F(CommandPaletteViewTest, groundLinesAndCornersHaveTheirColours)
     const QImage image = view().grab().toImage();
     const qreal ratio = image.devicePixelRatio();
     const QColor line = image.pixelColor(qRound(300 * ratio), qRound(60 * ratio) - 1);
-    EXPECT_NEAR(line.red(), 0x17 + (255 - 0x17) * 0x14 / 255, 1);
+    EXPECT_NEAR(line.red(), 0x17 + (255 - 0x17) * 0x14 / 255.0, 1);
     const QColor edge = image.pixelColor(0, image.height() / 2);
-    EXPECT_NEAR(edge.red(), 0x17 + (255 - 0x17) * 0x24 / 255, 1);
+    EXPECT_NEAR(edge.red(), 0x17 + (255 - 0x17) * 0x24 / 255.0, 1);
 }
 
 TEST_F(CommandPaletteViewTest, theWindowBecomingActiveOrNotPaintsNoRow)

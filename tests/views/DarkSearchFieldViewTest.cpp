@@ -236,5 +236,36 @@ TEST_F(DarkSearchFieldViewTest, looksAsToldOfIt)
     }
 }
 
+TEST_F(DarkSearchFieldViewTest, theCaretStandsBesideThePlaceholderNotUponIt)
+{
+    showActive();
+    const auto picture = [this] {
+        return field().grab().toImage().convertToFormat(QImage::Format_RGB32);
+    };
+    field().clearFocus();
+    const QImage bare = picture();
+    field().setFocus();
+    const QImage withCaret = picture();
+    const auto columns = [](const QImage& image, auto isMarked) {
+        QList<int> found;
+        for (int x = 0; x < image.width(); ++x) {
+            for (int y = 0; y < image.height(); ++y) {
+                if (isMarked(x, y)) {
+                    found << x;
+                    break;
+                }
+            }
+        }
+        return found;
+    };
+    const auto placeholder =
+        columns(bare, [&](int x, int y) { return bare.pixel(x, y) != bare.pixel(0, 0); });
+    const auto caret =
+        columns(bare, [&](int x, int y) { return bare.pixel(x, y) != withCaret.pixel(x, y); });
+    ASSERT_FALSE(placeholder.isEmpty());
+    ASSERT_FALSE(caret.isEmpty());
+    EXPECT_LT(caret.last(), placeholder.first());
+}
+
 } // namespace
 } // namespace vellumry

@@ -143,6 +143,24 @@ TEST_F(KeyablePanelTest, isMovedByItsBackground)
     EXPECT_EQ(panel.pos(), start + QPoint(25, -10));
 }
 
+TEST_F(KeyablePanelTest, isMovedFromWhereTheWindowManagerHasPlacedIt)
+{
+    panel.center();
+    panel.orderFront(0);
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&panel));
+    const QPoint start = panel.pos() + QPoint(2, 18);
+    panel.move(start);
+    const QPointF hold(30, 460);
+    QMouseEvent press(QEvent::MouseButtonPress, hold, start + hold, Qt::LeftButton, Qt::LeftButton,
+                      {});
+    QCoreApplication::sendEvent(&panel, &press);
+    const QPointF way(25, -10);
+    QMouseEvent move(QEvent::MouseMove, hold + way, start + hold + way, Qt::LeftButton,
+                     Qt::LeftButton, {});
+    QCoreApplication::sendEvent(&panel, &move);
+    EXPECT_EQ(panel.pos(), start + way.toPoint());
+}
+
 TEST_F(KeyablePanelTest, itsContentFillsIt)
 {
     auto* content = new QWidget;

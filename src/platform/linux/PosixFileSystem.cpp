@@ -9,6 +9,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <linux/magic.h>
+#include <new>
 #include <string>
 #include <system_error>
 #include <unistd.h>
@@ -52,9 +53,12 @@ QByteArray folderOf(const QByteArray& path)
     return slash < 0 ? QByteArray(".") : path.left(std::max<qsizetype>(slash, 1));
 }
 
+/// A file may bear any time; one that a Date cannot hold becomes one near the end of what it can.
 Date dateOf(const timespec& time)
 {
-    return Date(std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec));
+    constexpr time_t farthest = 9'000'000'000;
+    const time_t seconds = std::clamp(time.tv_sec, -farthest, farthest);
+    return Date(std::chrono::seconds(seconds) + std::chrono::nanoseconds(time.tv_nsec));
 }
 
 FileStamp stampOf(const struct ::stat& status)
@@ -255,9 +259,13 @@ FileContents PosixFileSystem::read(const QString& path)
 {
     constexpr int attempts = 3;
     const QByteArray nativePath = native(path);
-    for (int attempt = 0; attempt < attempts; ++attempt) {
-        if (auto contents = readOnce(path, nativePath))
-            return std::move(*contents);
+    try {
+        for (int attempt = 0; attempt < attempts; ++attempt) {
+            if (auto contents = readOnce(path, nativePath))
+                return std::move(*contents);
+        }
+    } catch (const std::bad_alloc&) {
+        fail("read", path, ENOMEM);
     }
     throw FileError(QStringLiteral("read"), path, QStringLiteral("it keeps changing"));
 }

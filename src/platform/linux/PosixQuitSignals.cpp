@@ -27,13 +27,19 @@ void wakeEventLoop(int)
     errno = savedError;
 }
 
+/// Leaves a signal alone that is ignored, as SIGHUP is under nohup: who started the program wants
+/// it to stay.
 void setHandler(void (*handler)(int))
 {
     struct sigaction action = {};
     action.sa_handler = handler;
     action.sa_flags = SA_RESTART;
-    for (const int signal : handledSignals)
-        sigaction(signal, &action, nullptr);
+    for (const int signal : handledSignals) {
+        struct sigaction present = {};
+        sigaction(signal, nullptr, &present);
+        if (present.sa_handler != SIG_IGN)
+            sigaction(signal, &action, nullptr);
+    }
 }
 
 } // namespace

@@ -17,7 +17,7 @@ constexpr int leastHandleLength = 24;
 } // namespace
 
 OverlayScrollBar::OverlayScrollBar(QAbstractScrollArea& area, Look appearance, Scheduler& scheduler)
-    : QWidget(&area), scrollArea(area), look(std::move(appearance)),
+    : QWidget(&area), scrollArea(area), look(appearance),
       hideWhenIdle(scheduler, lingerTime, this, [this] {
           if (isInUse())
               return;

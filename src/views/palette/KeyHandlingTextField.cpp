@@ -73,7 +73,10 @@ void KeyHandlingTextField::paintEvent(QPaintEvent* event)
     QLineEdit::paintEvent(event);
     if (!isCaretShown || !hasFocus() || hasSelectedText())
         return;
-    const int x = cursorRect().center().x() + 1; // the rectangle is widened around the position
+    // Behind the text, but before the placeholder, whose first letter it would stand upon.
+    constexpr int gap = 1;
+    const int position = cursorRect().center().x(); // the rectangle is widened around it
+    const int x = text().isEmpty() ? position - gap - caretWidth + 1 : position + gap;
     QPainter painter(this);
     painter.fillRect(QRect(x, (height() - caretHeight) / 2, caretWidth, caretHeight), caretColor);
 }

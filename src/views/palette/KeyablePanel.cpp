@@ -84,7 +84,7 @@ void KeyablePanel::changeEvent(QEvent* event)
 void KeyablePanel::mousePressEvent(QMouseEvent* event)
 {
     if (event->button() == Qt::LeftButton)
-        dragOffset = event->globalPosition().toPoint() - corner;
+        dragOffset = event->position().toPoint();
 }
 
 void KeyablePanel::mouseMoveEvent(QMouseEvent* event)
