@@ -14,7 +14,7 @@ namespace vellumry {
 
 namespace {
 
-constexpr int indentWidth = 2;
+constexpr size_t indentWidth = 2;
 
 /// Longest JSON form of one UTF-16 unit: \u00XX.
 constexpr size_t longestUnit = 6;
@@ -211,7 +211,7 @@ void JSONWriter::startElement()
 
 void JSONWriter::newLine()
 {
-    const auto indent = static_cast<size_t>(depth * indentWidth);
+    const auto indent = static_cast<size_t>(depth) * indentWidth;
     char* out = room(indent + 1);
     *out++ = '\n';
     std::memset(out, ' ', indent);
