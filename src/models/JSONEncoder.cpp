@@ -45,6 +45,17 @@ void write(JSONWriter& out, const QList<T>& list)
     out.endArray();
 }
 
+void write(JSONWriter& out, const QList<Snippet>& list)
+{
+    out.beginArray();
+    for (qsizetype i = 0; i < list.size(); ++i) {
+        prefetchFields(list, i + 8);
+        prefetchTexts(list, i + 4);
+        write(out, list[i]);
+    }
+    out.endArray();
+}
+
 template <typename T>
 void member(JSONWriter& out, QByteArrayView key, const T& value)
 {

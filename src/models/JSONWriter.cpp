@@ -1,7 +1,7 @@
 #include "models/JSONWriter.h"
 
 #include <algorithm>
-#include <array>
+#include <bit>
 #include <charconv>
 #include <cstring>
 #include <new>
@@ -18,6 +18,9 @@ constexpr size_t indentWidth = 2;
 
 /// Longest JSON form of one UTF-16 unit: \u00XX.
 constexpr size_t longestUnit = 6;
+
+/// How far a block may be written beyond the text.
+constexpr size_t blockRoom = 16;
 
 char* writeEscape(char16_t c, char* out)
 {
@@ -80,38 +83,42 @@ const char16_t* writeCharacter(const char16_t* in, const char16_t* end, char*& o
     return in;
 }
 
-#if defined(__SSE2__)
-/// Copies 16 units at once as long as they are plain ASCII; stops before the first block that
-/// is not.
-const char16_t* copyPlainBlocks(const char16_t* in, const char16_t* end, char*& out)
+/// Whether the unit stands for itself in a JSON text of UTF-8: plain ASCII without an escape.
+bool isPlain(char16_t c)
 {
+    return c >= 0x20 && c < 0x80 && c != u'"' && c != u'\\';
+}
+
+/// Copies units up to the first that is not plain, or nearly up to the end: what is shorter than a
+/// block is left. Writes up to a block beyond what it copies.
+const char16_t* copyPlain(const char16_t* in, const char16_t* end, char*& out)
+{
+#if defined(__SSE2__)
     const __m128i quote = _mm_set1_epi8('"');
     const __m128i backslash = _mm_set1_epi8('\\');
     const __m128i lastControl = _mm_set1_epi8(0x1f);
-    const __m128i beyondAscii = _mm_set1_epi16(static_cast<short>(0xff80));
-    while (end - in >= 16) {
-        const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(in));
-        const __m128i high = _mm_loadu_si128(reinterpret_cast<const __m128i*>(in + 8));
-        const __m128i wide = _mm_and_si128(_mm_or_si128(low, high), beyondAscii);
-        const __m128i block = _mm_packus_epi16(low, high);
-        const __m128i special = _mm_or_si128(
-            _mm_or_si128(_mm_cmpeq_epi8(block, quote), _mm_cmpeq_epi8(block, backslash)),
-            _mm_cmpeq_epi8(_mm_min_epu8(block, lastControl), block));
-        const __m128i plainWide = _mm_cmpeq_epi16(wide, _mm_setzero_si128());
-        if (_mm_movemask_epi8(plainWide) != 0xffff || _mm_movemask_epi8(special) != 0)
+    constexpr std::ptrdiff_t block = 16;
+    while (end - in >= block) {
+        // What does not fit a byte becomes 0xff, or 0 where the pack takes it for a negative
+        // number; neither is plain.
+        const __m128i bytes =
+            _mm_packus_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(in)),
+                             _mm_loadu_si128(reinterpret_cast<const __m128i*>(in + 8)));
+        const __m128i escaped = _mm_or_si128(
+            _mm_or_si128(_mm_cmpeq_epi8(bytes, quote), _mm_cmpeq_epi8(bytes, backslash)),
+            _mm_cmpeq_epi8(_mm_min_epu8(bytes, lastControl), bytes));
+        // The sign bit tells what is beyond ASCII.
+        const auto others = static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(escaped, bytes)));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(out), bytes);
+        const std::ptrdiff_t copied = others == 0 ? block : std::countr_zero(others);
+        in += copied;
+        out += copied;
+        if (others != 0)
             break;
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(out), block);
-        in += 16;
-        out += 16;
     }
-    return in;
-}
-#else
-const char16_t* copyPlainBlocks(const char16_t* in, const char16_t*, char*&)
-{
-    return in;
-}
 #endif
+    return in;
+}
 
 } // namespace
 
@@ -220,16 +227,18 @@ void JSONWriter::newLine()
 
 void JSONWriter::quoted(const QString& text)
 {
-    char* out = room(static_cast<size_t>(text.size()) * longestUnit + 2);
+    char* out = room(static_cast<size_t>(text.size()) * longestUnit + 2 + blockRoom);
     const auto* in = reinterpret_cast<const char16_t*>(text.utf16());
     const char16_t* const end = in + text.size();
     *out++ = '"';
     while (in != end) {
-        in = copyPlainBlocks(in, end, out);
-        // One block by hand, then try whole blocks again.
-        const char16_t* const blockEnd = in + std::min<std::ptrdiff_t>(16, end - in);
-        while (in < blockEnd)
+        in = copyPlain(in, end, out);
+        // What is not plain mostly comes in runs, and so does a text of another script.
+        while (in != end && !isPlain(*in))
             in = writeCharacter(in, end, out);
+        // A tail that is too short for a block.
+        while (in != end && isPlain(*in) && end - in < 16)
+            *out++ = static_cast<char>(*in++);
     }
     *out++ = '"';
     used = static_cast<size_t>(out - buffer.get());

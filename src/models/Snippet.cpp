@@ -2,6 +2,7 @@
 
 #include "core/Text.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace vellumry {
@@ -39,6 +40,22 @@ Snippet::Snippet(SnippetFields given) : d(new Data)
 void Snippet::setSubtitle(const QString& value)
 {
     d->fields.subtitle = normalizedSubtitle(value);
+}
+
+void prefetchTexts(const QList<Snippet>& snippets, qsizetype position)
+{
+    if (position >= snippets.size())
+        return;
+    const SnippetFields& fields = snippets[position].fields();
+    __builtin_prefetch(fields.id.constData());
+    __builtin_prefetch(fields.title.constData());
+    __builtin_prefetch(fields.subtitle.constData());
+    __builtin_prefetch(fields.keywords.constData());
+    // The rest of a long text is read ahead by the processor itself.
+    constexpr qsizetype unitsPerLine = 32;
+    const qsizetype units = std::min(fields.content.size(), 16 * unitsPerLine);
+    for (qsizetype unit = 0; unit < units; unit += unitsPerLine)
+        __builtin_prefetch(fields.content.constData() + unit);
 }
 
 size_t qHash(const Snippet& snippet, size_t seed)

@@ -50,12 +50,21 @@ struct StampPrecision {
     bool followsMachineClock = false;
 };
 
-/// A file that was read whole.
-struct FileContents {
-    PaddedBytes bytes;
+/// The state of a file while it was read.
+struct FileReading {
     FileStamp stamp; ///< the same before and after the reading
     StampPrecision precision;
     Date readAt{}; ///< the machine's time just before the reading
+};
+
+/// A file that was read whole.
+struct FileContents : FileReading {
+    PaddedBytes bytes;
+};
+
+/// A file that was read in passing.
+struct FileDigest : FileReading {
+    quint64 digest = 0; ///< Digest::of its bytes
 };
 
 /// Files and folders, as the storage needs them. Paths are absolute. Every operation that says so
@@ -84,6 +93,9 @@ public:
     /// Reads a regular file whole; never waits for one that is a pipe or a device. Throws, also
     /// when the file keeps changing meanwhile.
     [[nodiscard]] virtual FileContents read(const QString& path) = 0;
+
+    /// Reads a file as `read` does and keeps only the digest of its bytes. Throws.
+    [[nodiscard]] virtual FileDigest digest(const QString& path) = 0;
 
     /// Replaces the file's contents in one step that survives a crash: at any time there is the
     /// old file or the new one, whole. An existing file keeps its mode, a new one is for its owner

@@ -1,6 +1,7 @@
 #include "storage/CollectionFileCache.h"
 
-#include <QHashFunctions>
+#include "core/Digest.h"
+
 #include <QSet>
 #include <QStringBuilder>
 
@@ -11,13 +12,6 @@
 namespace vellumry {
 
 namespace {
-
-quint64 hashOf(QByteArrayView bytes)
-{
-    constexpr size_t seed = 0x76656c6c756d7279;
-    static_assert(sizeof(size_t) == sizeof(quint64));
-    return qHashBits(bytes.data(), static_cast<size_t>(bytes.size()), seed);
-}
 
 /// The text that comes back from a file: a lone surrogate has no form in UTF-8.
 QString storedText(QString text)
@@ -162,34 +156,39 @@ void CollectionFileCache::check(const QString& baseName, JSONDecoder& decoder)
         return;
     }
     // Whatever fails from here on, nothing is known about the file any more.
-    const std::optional<Entry> before =
+    std::optional<Entry> before =
         known == entries.end() ? std::nullopt : std::optional(entries.take(baseName));
+
+    if (before && before->digest) {
+        const FileDigest now = files.digest(path);
+        if (now.digest == before->digest) {
+            before->stamp = now.stamp;
+            before->isSettled = isSettled(now);
+            before->walk = walk;
+            if (before->isSettled)
+                before->digest.reset();
+            entries.emplace(baseName, std::move(*before));
+            return;
+        }
+    }
 
     const FileContents contents = files.read(path);
     Entry entry;
     entry.stamp = contents.stamp;
     entry.isSettled = isSettled(contents);
     entry.walk = walk;
-    const bool wasInDoubt = before && before->hash;
-    if (wasInDoubt || !entry.isSettled)
-        entry.hash = hashOf(contents.bytes.view());
-    if (wasInDoubt && before->hash == entry.hash) {
-        entry.file = before->file;
-        entry.failure = before->failure;
-    } else {
-        try {
-            CollectionFileData decoded = decoder.decode<CollectionFileData>(contents.bytes);
-            // Here, where the ids are at hand, it costs a small part of what it costs a save.
-            const bool hasUniqueIds = haveUniqueIds(decoded.snippets);
-            entry.file = {.collection = std::move(decoded.collection),
-                          .snippets = std::move(decoded.snippets),
-                          .hasUniqueIds = hasUniqueIds};
-        } catch (const DecodingError& error) {
-            entry.failure = error;
-        }
+    if (!entry.isSettled)
+        entry.digest = Digest::of(contents.bytes.view());
+    try {
+        CollectionFileData decoded = decoder.decode<CollectionFileData>(contents.bytes);
+        // Here, where the ids are at hand, it costs a small part of what it costs a save.
+        const bool hasUniqueIds = haveUniqueIds(decoded.snippets);
+        entry.file = {.collection = std::move(decoded.collection),
+                      .snippets = std::move(decoded.snippets),
+                      .hasUniqueIds = hasUniqueIds};
+    } catch (const DecodingError& error) {
+        entry.failure = error;
     }
-    if (entry.isSettled)
-        entry.hash.reset();
     entries.emplace(baseName, std::move(entry));
 }
 
@@ -202,7 +201,7 @@ void CollectionFileCache::remember(const QString& baseName, const std::optional<
         return;
     Entry entry;
     entry.stamp = *stamp;
-    entry.hash = hashOf(bytes);
+    entry.digest = Digest::of(bytes);
     entry.walk = walk;
     entry.file = {.collection = storedCollection(written.collection),
                   .snippets = storedSnippets(written.snippets, before.file.snippets)};
@@ -219,17 +218,17 @@ void CollectionFileCache::noteTime(const std::optional<FileStamp>& stamp)
 
 /// Whether the time on the file's system, when the file was read, was surely another tick than
 /// that of the file's last change.
-bool CollectionFileCache::isSettled(const FileContents& contents) const
+bool CollectionFileCache::isSettled(const FileReading& reading) const
 {
-    Date now = contents.readAt;
-    if (!contents.precision.followsMachineClock) {
-        if (!folderTime || folderTime->device != contents.stamp.device)
+    Date now = reading.readAt;
+    if (!reading.precision.followsMachineClock) {
+        if (!folderTime || folderTime->device != reading.stamp.device)
             return false;
         now = folderTime->modified;
     }
-    const Date lastChange = std::max(contents.stamp.modified, contents.stamp.changed);
+    const Date lastChange = std::max(reading.stamp.modified, reading.stamp.changed);
     // Not their difference, which a file from long ago would make too large.
-    return lastChange < now - contents.precision.slack;
+    return lastChange < now - reading.precision.slack;
 }
 
 } // namespace vellumry

@@ -27,7 +27,7 @@ struct CollectionFile {
 /// An unchanged stamp proves an unchanged file only if the file's last change is far enough in
 /// the past: file systems keep time in ticks, and a second change within the tick of the first
 /// leaves the stamp as it is. A file that was read soon after a change is therefore read again and
-/// compared by a hash of its bytes, until the tick is over for sure.
+/// compared by a digest of its bytes, until the tick is over for sure.
 ///
 /// Main thread only.
 class CollectionFileCache {
@@ -61,15 +61,15 @@ public:
 private:
     struct Entry {
         FileStamp stamp;
-        bool isSettled = false;      ///< an equal stamp proves an unchanged file
-        std::optional<quint64> hash; ///< of the bytes, while not settled
-        unsigned walk = 0;           ///< the last walk in which it was checked
+        bool isSettled = false;        ///< an equal stamp proves an unchanged file
+        std::optional<quint64> digest; ///< of the bytes, while not settled
+        unsigned walk = 0;             ///< the last walk in which it was checked
         CollectionFile file;
         std::optional<DecodingError> failure; ///< why the file is no collection file
     };
 
     void check(const QString& baseName, JSONDecoder& decoder);
-    [[nodiscard]] bool isSettled(const FileContents& contents) const;
+    [[nodiscard]] bool isSettled(const FileReading& reading) const;
 
     FileSystem& files;
     QString folder;

@@ -23,8 +23,9 @@ SnippetsByCollection::SnippetsByCollection(const QList<Snippet>& list) : snippet
     size_t group = 0;
     std::vector<size_t> groupOfSnippet;
     groupOfSnippet.reserve(static_cast<size_t>(snippets.size()));
-    for (const Snippet& snippet : snippets) {
-        const QString& name = snippet.collection();
+    for (qsizetype i = 0; i < snippets.size(); ++i) {
+        prefetchFields(snippets, i + 16);
+        const QString& name = snippets[i].collection();
         const Address address(name.constData(), name.size());
         if (address != lastAddress) {
             auto known = groupsByAddress.constFind(address);

@@ -1,5 +1,7 @@
 #include "platform/linux/PosixFileSystem.h"
 
+#include "core/Digest.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -539,6 +541,30 @@ TEST_F(PosixFileSystemTest, readsAnEmptyFile)
 {
     put(QStringLiteral("a.json"), "");
     EXPECT_EQ(files.read(path(QStringLiteral("a.json"))).bytes.size(), 0u);
+}
+
+TEST_F(PosixFileSystemTest, digestsWhatItWouldRead)
+{
+    for (const qsizetype size : {qsizetype{0}, qsizetype{1}, Digest::pieceSize - 1,
+                                 Digest::pieceSize, 3 * Digest::pieceSize + 7}) {
+        put(QStringLiteral("a.json"), QByteArray(size, 'x'));
+        const FileContents contents = files.read(path(QStringLiteral("a.json")));
+        const FileDigest digest = files.digest(path(QStringLiteral("a.json")));
+        EXPECT_EQ(digest.digest, Digest::of(contents.bytes.view())) << size;
+        EXPECT_EQ(digest.stamp, contents.stamp);
+    }
+    EXPECT_FALSE(failure([&] { (void)files.digest(path(QStringLiteral("b.json"))); }).isEmpty());
+}
+
+TEST_F(PosixFileSystemTest, digestsAgainWhenTheFileChangesMeanwhile)
+{
+    put(QStringLiteral("a.json"), "one");
+    int changes = 1;
+    calls.whileReading = [&] {
+        if (changes-- > 0)
+            put(QStringLiteral("a.json"), "two and more");
+    };
+    EXPECT_EQ(files.digest(path(QStringLiteral("a.json"))).digest, Digest::of("two and more"));
 }
 
 TEST_F(PosixFileSystemTest, tellsTheMachinesTimeBeforeTheReading)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/Digest.h"
 #include "platform/FileSystem.h"
 
 #include <QHash>
@@ -83,7 +84,13 @@ public:
         opened.append(path);
         if (!node->isReadable)
             throw error(QStringLiteral("read"), path, EACCES);
-        return {PaddedBytes(node->bytes), stampOf(*node), precision, now + lag};
+        return {{stampOf(*node), precision, now + lag}, PaddedBytes(node->bytes)};
+    }
+
+    [[nodiscard]] FileDigest digest(const QString& path) override
+    {
+        const FileContents contents = read(path);
+        return {contents, Digest::of(contents.bytes.view())};
     }
 
     std::optional<FileStamp> write(const QString& path, QByteArrayView bytes) override

@@ -223,6 +223,7 @@ public:
     bool isWritable(const QString&) override { return false; }
     std::optional<FileStamp> stamp(const QString& path) override { return real.stamp(path); }
     FileContents read(const QString& path) override { return real.read(path); }
+    FileDigest digest(const QString& path) override { return real.digest(path); }
     std::optional<FileStamp> write(const QString& path, QByteArrayView) override
     {
         throw FileError(QStringLiteral("write"), path, EACCES);

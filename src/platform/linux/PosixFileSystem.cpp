@@ -1,5 +1,7 @@
 #include "platform/linux/PosixFileSystem.h"
 
+#include "core/Digest.h"
+
 #include <QRandomGenerator>
 #include <QStringBuilder>
 
@@ -9,6 +11,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <linux/magic.h>
+#include <memory>
 #include <new>
 #include <string>
 #include <system_error>
@@ -257,12 +260,44 @@ std::optional<struct ::stat> PosixFileSystem::status(const QString& path)
 
 FileContents PosixFileSystem::read(const QString& path)
 {
+    return readUnchanged<FileContents>(path, [&](int descriptor, FileContents& file) {
+        file.bytes = PaddedBytes(static_cast<size_t>(file.stamp.size));
+        return fill(descriptor, file.bytes.data(), file.bytes.size(), path) == file.bytes.size();
+    });
+}
+
+FileDigest PosixFileSystem::digest(const QString& path)
+{
+    // A piece that stays in the processor's cache is read and digested several times as fast as
+    // fresh memory for the whole file.
+    const auto piece = std::make_unique_for_overwrite<char[]>(Digest::pieceSize);
+    return readUnchanged<FileDigest>(path, [&](int descriptor, FileDigest& file) {
+        Digest digest;
+        qint64 remaining = file.stamp.size;
+        while (remaining > 0) {
+            const qint64 count = std::min<qint64>(remaining, Digest::pieceSize);
+            if (fill(descriptor, piece.get(), static_cast<size_t>(count), path) !=
+                static_cast<size_t>(count))
+                return false;
+            digest.add({piece.get(), count});
+            remaining -= count;
+        }
+        file.digest = digest.value();
+        return true;
+    });
+}
+
+/// Reads until no one changes the file meanwhile. `readBytes` gets the open file, with the stamp
+/// filled in, and tells whether all of its bytes were there.
+template <typename Result, typename ReadBytes>
+Result PosixFileSystem::readUnchanged(const QString& path, ReadBytes readBytes)
+{
     constexpr int attempts = 3;
     const QByteArray nativePath = native(path);
     try {
         for (int attempt = 0; attempt < attempts; ++attempt) {
-            if (auto contents = readOnce(path, nativePath))
-                return std::move(*contents);
+            if (auto result = readOnce<Result>(path, nativePath, readBytes))
+                return std::move(*result);
         }
     } catch (const std::bad_alloc&) {
         fail("read", path, ENOMEM);
@@ -271,8 +306,9 @@ FileContents PosixFileSystem::read(const QString& path)
 }
 
 /// Nothing when the file changed meanwhile.
-std::optional<FileContents> PosixFileSystem::readOnce(const QString& path,
-                                                      const QByteArray& nativePath)
+template <typename Result, typename ReadBytes>
+std::optional<Result> PosixFileSystem::readOnce(const QString& path, const QByteArray& nativePath,
+                                                ReadBytes readBytes)
 {
     struct ::stat status {};
     const auto refuseUnlessRegular = [&] {
@@ -288,7 +324,8 @@ std::optional<FileContents> PosixFileSystem::readOnce(const QString& path,
         fail("read", path);
     refuseUnlessRegular();
 
-    const Date readAt = SystemClock::shared().now();
+    Result result;
+    result.readAt = SystemClock::shared().now();
     const Descriptor file(calls, uninterrupted([&] {
                               return calls.open(nativePath.constData(),
                                                 O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0);
@@ -296,24 +333,31 @@ std::optional<FileContents> PosixFileSystem::readOnce(const QString& path,
     if (!file.isOpen() || calls.fstat(file.get(), &status) != 0)
         fail("read", path);
     refuseUnlessRegular();
-    const FileStamp before = stampOf(status);
+    result.stamp = stampOf(status);
 
-    PaddedBytes bytes(static_cast<size_t>(before.size));
-    size_t filled = 0;
-    while (filled < bytes.size()) {
-        const ssize_t count = uninterrupted(
-            [&] { return calls.read(file.get(), bytes.data() + filled, bytes.size() - filled); });
-        if (count < 0)
-            fail("read", path);
-        if (count == 0)
-            break;
-        filled += static_cast<size_t>(count);
-    }
+    const bool isWhole = readBytes(file.get(), result);
     if (calls.fstat(file.get(), &status) != 0)
         fail("read", path);
-    if (stampOf(status) != before || filled != bytes.size())
+    if (stampOf(status) != result.stamp || !isWhole)
         return std::nullopt;
-    return FileContents{std::move(bytes), before, precision(file.get(), before), readAt};
+    result.precision = precision(file.get(), result.stamp);
+    return result;
+}
+
+/// Reads `count` bytes, or fewer at the end of the file, and returns how many.
+size_t PosixFileSystem::fill(int descriptor, char* buffer, size_t count, const QString& path)
+{
+    size_t filled = 0;
+    while (filled < count) {
+        const ssize_t read =
+            uninterrupted([&] { return calls.read(descriptor, buffer + filled, count - filled); });
+        if (read < 0)
+            fail("read", path);
+        if (read == 0)
+            break;
+        filled += static_cast<size_t>(read);
+    }
+    return filled;
 }
 
 StampPrecision PosixFileSystem::precision(int descriptor, const FileStamp& stamp)

@@ -17,6 +17,7 @@ public:
     [[nodiscard]] bool isWritable(const QString& path) override;
     [[nodiscard]] std::optional<FileStamp> stamp(const QString& path) override;
     [[nodiscard]] FileContents read(const QString& path) override;
+    [[nodiscard]] FileDigest digest(const QString& path) override;
     std::optional<FileStamp> write(const QString& path, QByteArrayView bytes) override;
     void move(const QString& from, const QString& to) override;
     void remove(const QString& path) override;
@@ -27,8 +28,12 @@ private:
     class TemporaryFile;
 
     [[nodiscard]] std::optional<struct ::stat> status(const QString& path);
-    [[nodiscard]] std::optional<FileContents> readOnce(const QString& path,
-                                                       const QByteArray& nativePath);
+    template <typename Result, typename ReadBytes>
+    [[nodiscard]] Result readUnchanged(const QString& path, ReadBytes readBytes);
+    template <typename Result, typename ReadBytes>
+    [[nodiscard]] std::optional<Result> readOnce(const QString& path, const QByteArray& nativePath,
+                                                 ReadBytes readBytes);
+    [[nodiscard]] size_t fill(int descriptor, char* buffer, size_t count, const QString& path);
     [[nodiscard]] StampPrecision precision(int descriptor, const FileStamp& stamp);
     bool moveInSteps(const QByteArray& source, const QByteArray& target);
     void flushFolder(const QString& path, const QByteArray& nativePath);
