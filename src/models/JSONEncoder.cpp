@@ -49,8 +49,7 @@ void write(JSONWriter& out, const QList<Snippet>& list)
 {
     out.beginArray();
     for (qsizetype i = 0; i < list.size(); ++i) {
-        prefetchFields(list, i + 8);
-        prefetchTexts(list, i + 4);
+        prefetchFields(list, i);
         write(out, list[i]);
     }
     out.endArray();

@@ -93,22 +93,13 @@ private:
 [[nodiscard]] size_t qHash(const Snippet& snippet, size_t seed = 0);
 
 // The records of a large library lie scattered in memory, and a pass over all of them mostly waits
-// for it. These ask for what the pass will come to some records later; beyond the list's end they
-// do nothing.
+// for it. Called for each position, these ask for what the pass comes to some records later.
 
-/// Asks for the fields of the snippet at `position`.
-inline void prefetchFields(const QList<Snippet>& snippets, qsizetype position)
-{
-    constexpr size_t cacheLine = 64;
-    if (position >= snippets.size())
-        return;
-    const auto* const fields = reinterpret_cast<const char*>(&snippets[position].fields());
-    for (size_t offset = 0; offset < sizeof(SnippetFields); offset += cacheLine)
-        __builtin_prefetch(fields + offset);
-}
+/// For a pass that reads all fields.
+void prefetchFields(const QList<Snippet>& snippets, qsizetype position);
 
-/// Asks for the texts of the snippet at `position`, whose fields were asked for before.
-void prefetchTexts(const QList<Snippet>& snippets, qsizetype position);
+/// For a pass that reads the ids alone.
+void prefetchId(const QList<Snippet>& snippets, qsizetype position);
 
 } // namespace vellumry
 

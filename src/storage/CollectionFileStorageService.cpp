@@ -398,7 +398,7 @@ void CollectionFileStorageService::writeLibrary(const VellumryData& data)
 {
     const QString folder = with.locations.currentLocation();
     with.locations.ensureDirectoryExists(folder);
-    const SnippetsByCollection groups(data.data.snippets);
+    groups.regroup(data.data.snippets);
     JSONDecoder decoder = JSONDecoder::vellumry();
     JSONEncoder encoder = JSONEncoder::vellumry();
 

@@ -125,6 +125,7 @@ private:
 
     Dependencies with;
     CollectionFileCache cache;
+    SnippetsByCollection groups; ///< of the library saved last
     std::optional<VellumryData> library;
     std::optional<Date> saveTime;
     std::optional<StorageError> recordedError;

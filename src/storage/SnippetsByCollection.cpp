@@ -13,43 +13,52 @@ QList<Snippet> SnippetSelection::toList() const
     return list;
 }
 
-SnippetsByCollection::SnippetsByCollection(const QList<Snippet>& list) : snippets(list)
+void SnippetsByCollection::regroup(const QList<Snippet>& list)
 {
-    // Snippets that were read from one file share the memory of their collection's name, so most
-    // names are known by their address and need no hashing of text.
-    using Address = std::pair<const QChar*, qsizetype>;
-    QHash<Address, size_t> groupsByAddress;
-    Address lastAddress{nullptr, -1};
-    size_t group = 0;
-    std::vector<size_t> groupOfSnippet;
-    groupOfSnippet.reserve(static_cast<size_t>(snippets.size()));
-    for (qsizetype i = 0; i < snippets.size(); ++i) {
-        prefetchFields(snippets, i + 16);
-        const QString& name = snippets[i].collection();
-        const Address address(name.constData(), name.size());
-        if (address != lastAddress) {
-            auto known = groupsByAddress.constFind(address);
-            if (known == groupsByAddress.cend()) {
-                if (!groups.contains(name)) {
-                    groups.insert(name, ends.size());
-                    ends.push_back(0);
-                }
-                known = groupsByAddress.insert(address, groups.value(name));
-            }
-            group = *known;
-            lastAddress = address;
+    std::vector<Group> regrouped;
+    regrouped.reserve(static_cast<size_t>(list.size()));
+    // Snippets that were read from one file share the memory of their collection's name.
+    std::pair<const QChar*, qsizetype> lastName{nullptr, -1};
+    Group lastGroup = 0;
+    const QList<Snippet> before = std::move(snippets);
+    qsizetype next = 0; // in it, where its order goes on
+    for (const Snippet& snippet : list) {
+        const auto isAt = [&](qsizetype i) {
+            return i < before.size() && before[i].sharesDataWith(snippet);
+        };
+        if (!isAt(next) && isAt(next + 1))
+            ++next; // one was changed or removed
+        if (isAt(next)) {
+            regrouped.push_back(groupOf[static_cast<size_t>(next++)]);
+            continue;
         }
-        ++ends[group];
-        groupOfSnippet.push_back(group);
+        const QString& name = snippet.collection();
+        if (const std::pair address(name.constData(), name.size()); address != lastName) {
+            lastGroup = groupNamed(name);
+            lastName = address;
+        }
+        regrouped.push_back(lastGroup);
     }
+    snippets = list;
+    groupOf = std::move(regrouped);
 
+    ends.assign(static_cast<size_t>(groups.size()), 0);
+    for (const Group group : groupOf)
+        ++ends[group];
     size_t begin = 0;
     for (size_t& end : ends)
         begin += std::exchange(end, begin);
     // Each end starts as the group's begin and moves on as the group fills.
-    positions.resize(groupOfSnippet.size());
-    for (size_t i = 0; i < groupOfSnippet.size(); ++i)
-        positions[ends[groupOfSnippet[i]]++] = static_cast<qsizetype>(i);
+    positions.resize(groupOf.size());
+    for (size_t i = 0; i < groupOf.size(); ++i)
+        positions[ends[groupOf[i]]++] = static_cast<qsizetype>(i);
+}
+
+SnippetsByCollection::Group SnippetsByCollection::groupNamed(const QString& name)
+{
+    const auto known = groups.constFind(name);
+    return known != groups.cend() ? *known
+                                  : *groups.insert(name, static_cast<Group>(groups.size()));
 }
 
 SnippetSelection SnippetsByCollection::of(const QString& collectionName) const

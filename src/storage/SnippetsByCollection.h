@@ -33,20 +33,28 @@ private:
 };
 
 /// The snippets of a list, grouped by the name of their collection. Holds positions only, since
-/// copying 100,000 handles into lists costs more than all the rest of a save. The list outlives
-/// the grouping.
+/// copying 100,000 handles into lists costs more than all the rest of a save.
+///
+/// Made to be kept from one list to the next: what the new list has in common with the old one is
+/// not looked at again, since fetching each record from memory costs as much.
 class SnippetsByCollection {
 public:
-    explicit SnippetsByCollection(const QList<Snippet>& list);
+    void regroup(const QList<Snippet>& list);
 
-    /// The snippets of the collections with this name; none where there are none.
+    /// The snippets of the collections with this name; none where there are none. Valid until the
+    /// next regrouping.
     [[nodiscard]] SnippetSelection of(const QString& collectionName) const;
 
 private:
-    const QList<Snippet>& snippets;
-    QHash<QString, size_t> groups; ///< the number of each name
-    std::vector<size_t> ends;      ///< by number: where in `positions` the group ends
-    std::vector<qsizetype> positions;
+    using Group = quint32;
+
+    [[nodiscard]] Group groupNamed(const QString& name);
+
+    QList<Snippet> snippets;
+    std::vector<Group> groupOf;       ///< by position in the list
+    QHash<QString, Group> groups;     ///< of all names so far
+    std::vector<size_t> ends;         ///< by group: where in `positions` it ends
+    std::vector<qsizetype> positions; ///< in the list, group by group
 };
 
 } // namespace vellumry
