@@ -62,8 +62,8 @@ public:
 
     /// Builds the palette's panel, hidden.
     void setupPalette();
-    /// Puts the library's rows in order and paints the palette once unseen, so that the first
-    /// press shows it as fast as any later one. Does nothing while the palette is there.
+    /// Puts the library's rows in order and makes the palette's window, so that the first press
+    /// need not. Does nothing while the palette is there.
     void preparePalette();
 
     /// Shows the palette, or hides it when it is there.

@@ -16,7 +16,6 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QIcon>
 
 #include <csignal>
 #include <time.h>
@@ -73,7 +72,11 @@ void prepareWhenIdle(AppDelegate& delegate, DependencyContainer& container)
         scheduler.after(0ms, &delegate, [&delegate, &container, &scheduler] {
             delegate.preparePalette();
             scheduler.after(0ms, &delegate, [&container] {
-                container.fuzzySearchService().prepare(container.storageService().loadSnippets());
+                // For fewer it takes no time that anyone could notice at the first search.
+                constexpr qsizetype noticeable = 5'000;
+                const QList<Snippet> snippets = container.storageService().loadSnippets();
+                if (snippets.size() >= noticeable)
+                    container.fuzzySearchService().prepare(snippets);
             });
         });
     });
@@ -90,7 +93,6 @@ int VellumryApp::run(int& argc, char** argv)
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("vellumry"));
     QApplication::setDesktopFileName(QStringLiteral("vellumry"));
-    QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/vellumry.svg")));
     QApplication::setQuitOnLastWindowClosed(false);
 
     DependencyContainer& container = DependencyContainer::shared();

@@ -24,11 +24,15 @@ class Lifecycle(DesktopCase):
         self.assert_nothing_leaked()
 
     def test_termination_with_the_main_window_open(self):
-        """SIGTERM ends the program also while the main window is open, which only hides when closed."""
+        """SIGTERM ends the program also while the main window, which has its icon, is open and
+        only hides when closed."""
         self.program.open_palette()
         self.program.wait_searched()
         self.desktop.key("Return")
         self.desktop.wait_focus(MAIN_WINDOW)
+        icon = self.desktop.command("xprop", "-notype", "-id", self.desktop.window(MAIN_WINDOW),
+                                    "-len", "8", "32c", "_NET_WM_ICON")
+        self.assertRegex(icon, r"= \d+")
         self.assertEqual(self.program.finish(), 0, self.program.lines)
 
     def test_hangup_under_nohup(self):

@@ -34,7 +34,6 @@ void KeyablePanel::setContentView(QWidget* view)
 void KeyablePanel::prepare()
 {
     winId();
-    grab();
 }
 
 void KeyablePanel::center()

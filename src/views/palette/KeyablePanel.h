@@ -22,8 +22,9 @@ public:
     /// The widget that fills the panel from now on, which takes its size; owned by the panel.
     void setContentView(QWidget* view);
 
-    /// Creates the window and paints it once unseen, so that the first showing is as fast as any
-    /// later one. To be called when there is time, after start.
+    /// Creates the system's window, unseen, so that the first showing need not. To be called when
+    /// there is time, after start. Painting is left to that showing: fonts and glyphs would take
+    /// five megabytes from everyone who has not raised the panel yet, to save some milliseconds.
     void prepare();
 
     /// Puts the panel in the middle of the screen that the pointer is on.

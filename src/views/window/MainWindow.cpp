@@ -1,6 +1,7 @@
 #include "views/window/MainWindow.h"
 
 #include <QCloseEvent>
+#include <QIcon>
 #include <QLabel>
 #include <QVBoxLayout>
 
@@ -17,6 +18,9 @@ MainWindow::MainWindow(QWidget* parent)
     : QWidget(parent), hotkeyLine(new QLabel(this)), libraryLine(new QLabel(this))
 {
     setWindowTitle(QStringLiteral("Vellumry"));
+    // Here and not for the whole application: the palette is in no task bar, and drawing the icon
+    // takes a megabyte.
+    setWindowIcon(QIcon(QStringLiteral(":/icons/vellumry.svg")));
     setMinimumSize(smallestSize);
     resize(firstSize);
 
