@@ -50,13 +50,15 @@ std::chrono::duration<double> systemUptime()
 }
 
 /// A newcomer's first search is to find something. Only the default folder is filled, and only
-/// while nothing at all is in it: a folder with files of any kind is not ours to judge here.
+/// while nothing at all is in it: a folder with files of any kind, or one that does not tell, is
+/// not ours to judge here.
 void seedEmptyDefaultFolder(CollectionFileStorageService& storage)
 {
     const StorageLocationManager& location = StorageLocationManager::shared();
     const QDir folder(location.currentLocation());
     const bool isDefault = folder.path() == QDir(location.defaultLocation()).path();
-    if (isDefault &&
+    const bool isUnknown = folder.exists() && !folder.isReadable();
+    if (isDefault && !isUnknown &&
         folder.isEmpty(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot))
         storage.seedDefaultSnippets();
 }
