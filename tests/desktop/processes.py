@@ -4,8 +4,9 @@ import signal
 import subprocess
 import threading
 
-# Ends the child should this process die without a word.
-GUARD = ["setpriv", "--pdeathsig", "KILL"]
+# Ends the child should this process die without a word, and gives it the usual answer to a hang-up
+# also where the tests themselves run under nohup.
+GUARD = ["env", "--default-signal=HUP", "setpriv", "--pdeathsig", "KILL"]
 
 
 class MissingCommand(Exception):
