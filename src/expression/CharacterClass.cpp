@@ -1,0 +1,69 @@
+#include "expression/CharacterClass.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace vellumry::expression::detail {
+
+namespace {
+
+struct Range {
+    char32_t first;
+    char32_t last;
+};
+
+// Each table in rising order.
+
+constexpr Range operatorRanges[] = {
+    {0x00A1, 0x00A7}, {0x00A9, 0x00A9}, {0x00AB, 0x00AE}, {0x00B0, 0x00B1}, {0x00B6, 0x00B6},
+    {0x00BB, 0x00BB}, {0x00BF, 0x00BF}, {0x00D7, 0x00D7}, {0x00F7, 0x00F7}, {0x2016, 0x2017},
+    {0x2020, 0x2027}, {0x2030, 0x203E}, {0x2041, 0x2053}, {0x2055, 0x205E}, {0x2190, 0x23FF},
+    {0x2500, 0x2775}, {0x2794, 0x2BFF}, {0x2E00, 0x2E7F}, {0x3001, 0x3003}, {0x3008, 0x3030}};
+
+constexpr Range headRanges[] = {
+    {0x00A8, 0x00A8},   {0x00AA, 0x00AA},   {0x00AD, 0x00AD},   {0x00AF, 0x00AF},
+    {0x00B2, 0x00B5},   {0x00B7, 0x00BA},   {0x00BC, 0x00BE},   {0x00C0, 0x00D6},
+    {0x00D8, 0x00F6},   {0x00F8, 0x02FF},   {0x0370, 0x167F},   {0x1681, 0x180D},
+    {0x180F, 0x1DBF},   {0x1E00, 0x1FFF},   {0x200B, 0x200D},   {0x202A, 0x202E},
+    {0x203F, 0x2040},   {0x2054, 0x2054},   {0x2060, 0x20CF},   {0x2100, 0x218F},
+    {0x2460, 0x24FF},   {0x2776, 0x2793},   {0x2C00, 0x2DFF},   {0x2E80, 0x2FFF},
+    {0x3004, 0x3007},   {0x3021, 0x302F},   {0x3031, 0xD7FF},   {0xF900, 0xFD3D},
+    {0xFD40, 0xFDCF},   {0xFDF0, 0xFE1F},   {0xFE30, 0xFE44},   {0xFE47, 0xFFFD},
+    {0x10000, 0x1FFFD}, {0x20000, 0x2FFFD}, {0x30000, 0x3FFFD}, {0x40000, 0x4FFFD},
+    {0x50000, 0x5FFFD}, {0x60000, 0x6FFFD}, {0x70000, 0x7FFFD}, {0x80000, 0x8FFFD},
+    {0x90000, 0x9FFFD}, {0xA0000, 0xAFFFD}, {0xB0000, 0xBFFFD}, {0xC0000, 0xCFFFD},
+    {0xD0000, 0xDFFFD}, {0xE0000, 0xEFFFD}};
+
+/// What may stand in an identifier besides its head characters.
+constexpr Range combiningRanges[] = {
+    {0x0300, 0x036F}, {0x1DC0, 0x1DFF}, {0x20D0, 0x20FF}, {0xFE20, 0xFE2F}};
+
+template <typename Ranges>
+bool contains(const Ranges& ranges, char32_t scalar)
+{
+    const auto* const range =
+        std::lower_bound(std::begin(ranges), std::end(ranges), scalar,
+                         [](const Range& each, char32_t value) { return each.last < value; });
+    return range != std::end(ranges) && range->first <= scalar;
+}
+
+} // namespace
+
+bool isBeyondAscii(char32_t scalar, CharacterClass kind)
+{
+    switch (kind) {
+    case CharacterClass::operatorCharacter:
+        return contains(operatorRanges, scalar);
+    case CharacterClass::identifierHead:
+        return contains(headRanges, scalar);
+    case CharacterClass::identifierCharacter:
+        return contains(headRanges, scalar) || contains(combiningRanges, scalar);
+    case CharacterClass::whitespace:
+    case CharacterClass::digit:
+    case CharacterClass::hexDigit:
+        break;
+    }
+    return false;
+}
+
+} // namespace vellumry::expression::detail
