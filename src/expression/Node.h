@@ -28,24 +28,18 @@ struct Node {
         const SymbolEvaluator* evaluator; ///< of a symbol; null when it has none
     };
 
-    [[nodiscard]] static Node makeLiteral(double value)
+    Node() = default; // uninitialised
+    [[nodiscard]] static constexpr Node makeLiteral(double value)
     {
-        Node node = make(Kind::literal);
-        node.value = value;
-        return node;
+        return {Kind::literal, Symbol::Case::variable, 0, value};
     }
-    [[nodiscard]] static Node makeSymbol(Symbol::Case symbolCase, NameNumber name)
+    [[nodiscard]] static constexpr Node makeSymbol(Symbol::Case symbolCase, NameNumber name)
     {
-        Node node = make(Kind::symbol);
-        node.symbolCase = symbolCase;
-        node.name = name;
-        return node;
+        return {Kind::symbol, symbolCase, name, nullptr};
     }
-    [[nodiscard]] static Node makeError(std::uint32_t error)
+    [[nodiscard]] static constexpr Node makeError(std::uint32_t error)
     {
-        Node node = make(Kind::error);
-        node.error = error;
-        return node;
+        return {Kind::error, Symbol::Case::variable, error, nullptr};
     }
 
     [[nodiscard]] bool isLiteral() const { return kind == Kind::literal; }
@@ -83,12 +77,16 @@ struct Node {
     }
 
 private:
-    static Node make(Kind kind)
+    constexpr Node(Kind ofKind, Symbol::Case ofCase, NameNumber number, double literal)
+        : kind(ofKind), symbolCase(ofCase), arityCase(Arity::Case::exactly), arityCount(0),
+          argumentCount(0), size(1), name(number), value(literal)
     {
-        Node node{};
-        node.kind = kind;
-        node.size = 1;
-        return node;
+    }
+    constexpr Node(Kind ofKind, Symbol::Case ofCase, NameNumber number,
+                   const SymbolEvaluator* bound)
+        : kind(ofKind), symbolCase(ofCase), arityCase(Arity::Case::exactly), arityCount(0),
+          argumentCount(0), size(1), name(number), evaluator(bound)
+    {
     }
 };
 

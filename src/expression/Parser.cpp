@@ -34,18 +34,17 @@ Subexpression Parser::parse()
 
 bool Parser::isAtDelimiter() const
 {
-    const std::string_view rest = view.rest();
     switch (frame().purpose) {
     case Purpose::whole:
         return std::any_of(outerDelimiters.begin(), outerDelimiters.end(),
-                           [rest](std::string_view each) { return rest.starts_with(each); });
+                           [this](std::string_view each) { return view.rest().starts_with(each); });
     case Purpose::group:
-        return rest.starts_with(')');
+        return view.startsWith(')');
     case Purpose::arguments:
     case Purpose::subscript:
         break;
     }
-    return rest.starts_with(',') || rest.starts_with(frame().closing);
+    return view.startsWith(',') || view.startsWith(frame().closing);
 }
 
 /// Whether the last element is something that brackets can belong to.
@@ -95,13 +94,7 @@ bool Parser::readToken()
 {
     if (const std::string_view number = Scanner::scanNumber(view); !number.empty()) {
         finishToken();
-        if (const std::optional<double> value = Scanner::valueOf(number))
-            stack.push_back(tree.addLiteral(*value));
-        else
-            stack.push_back(
-                tree.addError(Error::unexpectedToken(std::string(number)), std::string(number)));
-        operandPosition = false;
-        precededByWhitespace = followedByWhitespace;
+        readNumber(number);
         return true;
     }
     if (const std::string_view name = Scanner::scanIdentifier(view); !name.empty()) {
@@ -114,12 +107,7 @@ bool Parser::readToken()
         readOperator(name);
         return true;
     }
-    if (std::optional<Scanner::QuotedToken> token = Scanner::scanQuoted(view)) {
-        finishToken();
-        readQuoted(*std::move(token));
-        return true;
-    }
-    return false;
+    return readQuoted();
 }
 
 void Parser::finishToken()
@@ -127,13 +115,31 @@ void Parser::finishToken()
     followedByWhitespace = view.skipWhitespace() || view.isEmpty();
 }
 
-void Parser::readQuoted(Scanner::QuotedToken token)
+void Parser::readNumber(std::string_view number)
 {
-    if (!token.error) {
-        readName(token.name);
-        return;
-    }
-    stack.push_back(tree.addError(*std::move(token.error), std::move(token.text)));
+    if (const std::optional<double> value = Scanner::valueOf(number))
+        pushOperand(tree.addLiteral(*value));
+    else
+        pushOperand(
+            tree.addError(Error::unexpectedToken(std::string(number)), std::string(number)));
+}
+
+bool Parser::readQuoted()
+{
+    std::optional<Scanner::QuotedToken> token = Scanner::scanQuoted(view);
+    if (!token)
+        return false;
+    finishToken();
+    if (token->error)
+        pushOperand(tree.addError(*std::move(token->error), std::move(token->text)));
+    else
+        readName(token->name);
+    return true;
+}
+
+void Parser::pushOperand(Index operand)
+{
+    stack.push_back(operand);
     operandPosition = false;
     precededByWhitespace = followedByWhitespace;
 }
@@ -148,12 +154,16 @@ void Parser::readName(std::string_view name)
 
 void Parser::readOperator(std::string_view name)
 {
-    if (name == "(")
+    switch (name.front()) { // these three are operators by themselves
+    case '(':
         return openParenthesis();
-    if (name == "[")
+    case '[':
         return openBracket();
-    if (name == ",")
+    case ',':
         return readComma();
+    default:
+        break;
+    }
     Case symbolCase = Case::infix;
     if (precededByWhitespace != followedByWhitespace)
         symbolCase = precededByWhitespace ? Case::prefix : Case::postfix;

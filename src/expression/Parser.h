@@ -52,7 +52,8 @@ private:
     void beginOperand();
 
     bool readToken();
-    void readQuoted(Scanner::QuotedToken token);
+    void readNumber(std::string_view number);
+    bool readQuoted();
     void readName(std::string_view name);
     void readOperator(std::string_view name);
     void openParenthesis();
@@ -60,6 +61,7 @@ private:
     void readComma();
 
     void finishToken();
+    void pushOperand(Index operand);
     Index finishFrame();
     void addArgument(Index argument);
     [[noreturn]] void throwEmpty();

@@ -18,17 +18,22 @@ public:
     /// What a byte outside of valid UTF-8 is read as.
     static constexpr char32_t invalid = 0x110000;
 
-    explicit ScalarView(std::string_view source) : text(source) {}
+    explicit ScalarView(std::string_view source)
+        : begin(source.data()), at(begin), end(begin + source.size())
+    {
+    }
 
-    [[nodiscard]] bool isEmpty() const { return offset == text.size(); }
-    [[nodiscard]] std::size_t position() const { return offset; }
+    [[nodiscard]] bool isEmpty() const { return at == end; }
+    [[nodiscard]] std::size_t position() const { return static_cast<std::size_t>(at - begin); }
     /// Only to a position that this view has given.
-    void setPosition(std::size_t position) { offset = position; }
-    [[nodiscard]] std::string_view rest() const { return text.substr(offset); }
+    void setPosition(std::size_t position) { at = begin + position; }
+    [[nodiscard]] std::string_view rest() const { return {at, static_cast<std::size_t>(end - at)}; }
+    /// Whether a character stands at the position.
+    [[nodiscard]] bool startsWith(char character) const { return at != end && *at == character; }
     /// What stands between an earlier position and the present one.
     [[nodiscard]] std::string_view textSince(std::size_t position) const
     {
-        return text.substr(position, offset - position);
+        return from(begin + position);
     }
 
     [[nodiscard]] std::optional<char32_t> first() const
@@ -40,46 +45,46 @@ public:
         if (isEmpty())
             return std::nullopt;
         const Decoded next = decode();
-        offset += next.length;
+        at += next.length;
         return next.scalar;
     }
 
     /// Consumes one scalar of the class and gives its text; else gives nothing.
     std::string_view scanCharacter(CharacterClass kind)
     {
-        const std::size_t start = offset;
+        const char* const start = at;
         if (!isEmpty()) {
             const Decoded next = decode();
             if (is(next.scalar, kind))
-                offset += next.length;
+                at += next.length;
         }
-        return textSince(start);
+        return from(start);
     }
     bool scanCharacter(char character)
     {
-        if (isEmpty() || text[offset] != character)
+        if (!startsWith(character))
             return false;
-        ++offset;
+        ++at;
         return true;
     }
     /// Consumes the longest run of such scalars; nothing when there is none.
     std::string_view scanCharacters(CharacterClass kind)
     {
-        const std::size_t start = offset;
+        const char* const start = at;
         while (!isEmpty()) {
             const Decoded next = decode();
             if (!is(next.scalar, kind))
                 break;
-            offset += next.length;
+            at += next.length;
         }
-        return textSince(start);
+        return from(start);
     }
     std::string_view scanCharacters(char character)
     {
-        const std::size_t start = offset;
+        const char* const start = at;
         while (scanCharacter(character)) {
         }
-        return textSince(start);
+        return from(start);
     }
 
     /// Tells whether it has consumed any.
@@ -87,11 +92,10 @@ public:
     /// Consumes up to the next whitespace.
     std::string_view scanToEndOfToken()
     {
-        const std::size_t start = offset;
-        while (!isEmpty() &&
-               !is(static_cast<unsigned char>(text[offset]), CharacterClass::whitespace))
-            ++offset;
-        return textSince(start);
+        const char* const start = at;
+        while (!isEmpty() && !is(static_cast<unsigned char>(*at), CharacterClass::whitespace))
+            ++at;
+        return from(start);
     }
 
 private:
@@ -102,13 +106,19 @@ private:
 
     [[nodiscard]] Decoded decode() const
     {
-        const auto byte = static_cast<unsigned char>(text[offset]);
+        const auto byte = static_cast<unsigned char>(*at);
         return byte < 0x80 ? Decoded{byte, 1} : decodeLong();
     }
     [[nodiscard]] Decoded decodeLong() const;
 
-    std::string_view text;
-    std::size_t offset = 0;
+    [[nodiscard]] std::string_view from(const char* start) const
+    {
+        return {start, static_cast<std::size_t>(at - start)};
+    }
+
+    const char* begin;
+    const char* at;
+    const char* end;
 };
 
 } // namespace vellumry::expression

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cstddef>
 #include <memory>
+#include <new>
 #include <type_traits>
+#include <utility>
 
 namespace vellumry::expression {
 
@@ -32,6 +34,15 @@ public:
         if (count == capacity)
             grow();
         items[count++] = copy;
+    }
+    /// Makes a value in its place: written once, not copied.
+    template <typename... Arguments>
+    void emplace_back(Arguments&&... arguments)
+    {
+        if (count == capacity)
+            grow();
+        new (items + count) T(std::forward<Arguments>(arguments)...);
+        ++count;
     }
     void pop_back() { --count; }
     /// Leaves the first `size` values.

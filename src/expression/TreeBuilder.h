@@ -47,6 +47,11 @@ private:
     static constexpr Index none = ~Index{0};
 
     struct Entry {
+        Entry() = default; // uninitialised
+        explicit Entry(const Node& alone) : node(alone), lastArgument(none), previousArgument(none)
+        {
+        }
+
         Node node;
         Index lastArgument;
         Index previousArgument; ///< of the same parent
@@ -54,7 +59,7 @@ private:
 
     Index add(const Node& node)
     {
-        entries.push_back({node, none, none});
+        entries.emplace_back(node);
         return static_cast<Index>(entries.size() - 1);
     }
     [[nodiscard]] std::vector<Node> inOrder(Index root) const;
