@@ -37,18 +37,6 @@ bool holdsNumericCharacter(QStringView text)
                        [](uint c) { return QChar::isNumber(c); });
 }
 
-/// The powers as calls of the function "pow", which is what the evaluator knows.
-QString withPowersRewritten(QString text)
-{
-    if (!text.contains(u'^'))
-        return text;
-    // The pattern with its classes spelled out, and without a way back into a number, which finds
-    // the same and takes no more time than the text is long.
-    static const QRegularExpression power(uR"((?<!\p{Nd})(\p{Nd}++\.?+\p{Nd}*+)[\t\n\f\r\p{Z}]*+)"
-                                          uR"(\^[\t\n\f\r\p{Z}]*+(\p{Nd}++\.?+\p{Nd}*+))"_s);
-    return text.replace(power, u"pow(\\1,\\2)"_s);
-}
-
 /// The names that an expression may use beyond those of the evaluator.
 const expression::SymbolTable& customSymbols()
 {
@@ -84,11 +72,22 @@ std::optional<QString> MathCalculatorService::extractMathExpression(const QStrin
     return text;
 }
 
+QString MathCalculatorService::rewritePowers(QString text)
+{
+    if (!text.contains(u'^'))
+        return text;
+    // The pattern with its classes spelled out, and without a way back into a number, which finds
+    // the same and takes no more time than the text is long.
+    static const QRegularExpression power(uR"((?<!\p{Nd})(\p{Nd}++\.?+\p{Nd}*+)[\t\n\f\r\p{Z}]*+)"
+                                          uR"(\^[\t\n\f\r\p{Z}]*+(\p{Nd}++\.?+\p{Nd}*+))"_s);
+    return text.replace(power, u"pow(\\1,\\2)"_s);
+}
+
 std::optional<CalculationResult> MathCalculatorService::calculate(const QString& expression)
 {
     double value = 0;
     try {
-        value = evaluated(withPowersRewritten(expression));
+        value = evaluated(rewritePowers(expression));
     } catch (const expression::Error& error) {
         log(u"MathCalculator", QString(u"Failed to evaluate '" % expression % u"' - " %
                                        QString::fromStdString(error.description())));

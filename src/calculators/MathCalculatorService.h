@@ -22,6 +22,9 @@ public:
     /// The expression to calculate; nothing if the query asks for no calculation.
     [[nodiscard]] static std::optional<QString> extractMathExpression(const QString& query);
 
+    /// The text with each power as a call of "pow", which is what the evaluator knows.
+    [[nodiscard]] static QString rewritePowers(QString text);
+
     /// The result of the expression, if it has a finite one. What keeps it from being evaluated is
     /// told in a diagnostic line.
     [[nodiscard]] static std::optional<CalculationResult> calculate(const QString& expression);

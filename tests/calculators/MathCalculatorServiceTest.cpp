@@ -2,11 +2,13 @@
 
 #include "support/LogCapture.h"
 
+#include <QRegularExpression>
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <limits>
 #include <numbers>
+#include <random>
 
 namespace vellumry {
 namespace {
@@ -125,6 +127,56 @@ INSTANTIATE_TEST_SUITE_P(
                                 u"8"_s},
                     Calculation{u"(2^3)"_s, u"8"_s}, Calculation{u"sqrt(3^2+4^2)"_s, u"5"_s},
                     Calculation{u"10^15"_s, u"1000000000000000"_s}));
+
+TEST(MathCalculator, PowersOfPlainNumbersBecomeCalls)
+{
+    EXPECT_EQ(Service::rewritePowers(u"2^10"_s), u"pow(2,10)"_s);
+    EXPECT_EQ(Service::rewritePowers(u"2^3^2"_s), u"pow(2,3)^2"_s);
+    EXPECT_EQ(Service::rewritePowers(u"2^3^2^4"_s), u"pow(2,3)^pow(2,4)"_s);
+    EXPECT_EQ(Service::rewritePowers(u"(1+1)^2"_s), u"(1+1)^2"_s);
+    EXPECT_EQ(Service::rewritePowers(u"x^2"_s), u"x^2"_s);
+    EXPECT_EQ(Service::rewritePowers(u"x2^3"_s), u"xpow(2,3)"_s);
+    EXPECT_EQ(Service::rewritePowers(u"-2^2"_s), u"-pow(2,2)"_s);
+    EXPECT_EQ(Service::rewritePowers(u"2.5^.5"_s), u"2.5^.5"_s);
+    EXPECT_EQ(Service::rewritePowers(u"2.^3."_s), u"pow(2.,3.)"_s);
+    EXPECT_EQ(Service::rewritePowers(u"1.2.3^2"_s), u"1.pow(2.3,2)"_s);
+    EXPECT_EQ(Service::rewritePowers(u"1e3^2"_s), u"1epow(3,2)"_s);
+    EXPECT_EQ(Service::rewritePowers(u"2 \t^\u3000 3"_s), u"pow(2,3)"_s);
+    EXPECT_EQ(Service::rewritePowers(u"2\v^3"_s), u"2\v^3"_s);
+    EXPECT_EQ(Service::rewritePowers(u"\u0663^\uFF12"_s), u"pow(\u0663,\uFF12)"_s);
+    EXPECT_EQ(Service::rewritePowers(u"^"_s), u"^"_s);
+}
+
+TEST(MathCalculator, FindsThePowersThatThePatternFinds)
+{
+    // The pattern as it stands, with its classes spelled out.
+    QString plain = Service::powerPattern.toString();
+    plain.replace(u"\\d"_s, u"\\p{Nd}"_s).replace(u"\\s"_s, u"[\\t\\n\\f\\r\\p{Z}]"_s);
+    const QRegularExpression pattern(plain);
+    ASSERT_TRUE(pattern.isValid());
+    const QStringList pieces{u"1"_s,      u"23"_s, u"."_s, u"^"_s, u" "_s,      u"\t"_s,
+                             u"\u00A0"_s, u"\v"_s, u"x"_s, u"-"_s, u"\u0663"_s, u"\U0001D7DA"_s};
+    std::mt19937 random(20260101);
+    std::uniform_int_distribution<qsizetype> anyPiece(0, pieces.size() - 1);
+    int rewritten = 0;
+    for (int i = 0; i < 100000; ++i) {
+        QString text;
+        for (int count = 3 + i % 8; count >= 0; --count)
+            text += pieces[anyPiece(random)];
+        const QString expected = QString(text).replace(pattern, u"pow(\\1,\\2)"_s);
+        ASSERT_EQ(Service::rewritePowers(text), expected) << qPrintable(text);
+        rewritten += expected != text ? 1 : 0;
+    }
+    EXPECT_GT(rewritten, 5000);
+}
+
+TEST(MathCalculator, APowerIsFoundBehindALongText)
+{
+    // The pattern as it stands takes minutes: its time grows with the square of the length.
+    const QString digits = QString(1000000, u'1') + u'x';
+    EXPECT_EQ(Service::rewritePowers(digits + u"2^3"_s), digits + u"pow(2,3)"_s);
+    EXPECT_EQ(Service::rewritePowers(u"1^"_s.repeated(100000)), u"pow(1,1)^"_s.repeated(50000));
+}
 
 struct Failure {
     QString expression;
