@@ -318,7 +318,7 @@ TEST(RandomPasswordServiceStatistics, PositionsAreUniformAndIndependent)
                 ++pairs[password[place] * size + password[place + 1]];
         }
         for (const int count : pairs)
-            deviation.check(count, passwords * length / 2, chance * chance, "a pair");
+            deviation.check(count, passwords * (length / 2.0), chance * chance, "a pair");
 
         // Equal characters at a distance. Along each chain of places every link is equal with the
         // same chance whatever the others are, so all links are trials.
