@@ -146,15 +146,15 @@ private:
 
     static constexpr Slots makeSlots()
     {
-        Slots slots{};
+        Slots made{};
         for (NameNumber number = 0; number < size; ++number) {
             const std::uint64_t key = keyOf(entries[number].name);
             std::size_t index = slotOf(key);
-            while (slots[index].key != 0)
+            while (made[index].key != 0)
                 index = (index + 1) % slotCount;
-            slots[index] = {key, number};
+            made[index] = {key, number};
         }
-        return slots;
+        return made;
     }
 
     static const Slots slots;

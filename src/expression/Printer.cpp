@@ -10,6 +10,7 @@ namespace {
 using Case = Symbol::Case;
 
 constexpr NameNumber comma = NameTable::find(",");
+constexpr NameNumber question = NameTable::find("?");
 constexpr NameNumber ternary = NameTable::find("?:");
 constexpr NameNumber subscript = NameTable::find("[]");
 constexpr NameNumber call = NameTable::find("()");
@@ -62,6 +63,17 @@ std::string escaped(std::string_view name)
     if (isClosed)
         text += quote;
     return text;
+}
+
+bool isTernary(const Node& node)
+{
+    return node.name == ternary && node.argumentCount == 3;
+}
+
+/// How an infix node binds in print: a ternary as the "?" and ":" that it is read from.
+Precedence precedence(const Node& node)
+{
+    return NameTable::precedence(isTernary(node) ? question : node.name);
 }
 
 /// The token that the parser would read at the beginning of a text.
@@ -174,12 +186,11 @@ void Printer::expandInfix(Index node)
         return;
     }
     // Two operands, the three of a ternary, or whatever a tree built by hand may hold.
-    const bool isTernary = symbol.name == ternary && symbol.argumentCount == 3;
     Index operand = node - 1;
     for (std::size_t i = symbol.argumentCount; i-- > 1;) {
         pushInParentheses(operand, at(operand).isInfixNode() && takesPrecedence(node, operand));
         operand = before(operand);
-        if (isTernary) {
+        if (isTernary(symbol)) {
             pushText(i == 1 ? " ? " : " : ");
         } else if (symbol.name == comma) {
             pushText(", ");
@@ -224,8 +235,7 @@ bool Printer::isComma(Index node) const
 
 bool Printer::takesPrecedence(Index node, Index over) const
 {
-    return NameTable::precedence(at(node).name)
-        .takesPrecedence(NameTable::precedence(at(over).name));
+    return precedence(at(node)).takesPrecedence(precedence(at(over)));
 }
 
 /// Whether brackets directly behind the node would be read as those of its last part.
