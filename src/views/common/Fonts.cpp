@@ -44,8 +44,8 @@ QFont uiFont(int pixelSize, QFont::Weight weight)
 QFont monoFont(int pixelSize, QFont::Weight weight)
 {
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    font.setFamilies({QStringLiteral("JetBrains Mono"), QStringLiteral("Noto Sans Mono"),
-                      QFontInfo(font).family()});
+    font.setFamilies(
+        {QStringLiteral("JetBrains Mono"), QStringLiteral("Noto Sans Mono"), font.family()});
     font.setStyleStrategy(QFont::PreferNoShaping);
     font.setPixelSize(pixelSize);
     font.setWeight(weight);
