@@ -171,7 +171,7 @@ TEST_F(PaletteRowDelegateTest, bothTextsOfAnAnswerAreThere)
     type(u"/rand:64"_s);
     const QRect password = list().rowRect(u"password-"_s + viewModel.passwordResults()[2].id);
     EXPECT_TRUE(hasInkIn(password, 44, 90, 37));
-    EXPECT_TRUE(hasInkIn(password, 540, 580, 19));  // the longest one fits ...
+    EXPECT_TRUE(hasInkIn(password, 540, 580, 19));  // the longest one is cut ...
     EXPECT_FALSE(hasInkIn(password, 590, 600, 19)); // ... before the badge
 }
 

@@ -100,8 +100,9 @@ PaletteRowDelegate::PaletteRowDelegate(const PaletteListModel& lines, Collection
                                        QObject* parent)
     : QAbstractItemDelegate(parent), model(lines), collectionColor(std::move(color)),
       headerFont(uiFont(11, QFont::DemiBold)), titleFont(uiFont(14, QFont::Medium)),
-      detailFont(uiFont(12)), badgeFont(uiFont(11, QFont::Medium)), passwordFont(monoFont(15)),
-      calculationFont(monoFont(13)), resultFont(monoFont(22, QFont::Medium)), texts(cachedRows)
+      detailFont(uiFont(12)), badgeFont(uiFont(11, QFont::Medium)),
+      passwordFont(monoFont(15, QFont::Medium)), calculationFont(monoFont(13)),
+      resultFont(monoFont(22, QFont::Medium)), texts(cachedRows)
 {
     headerFont.setLetterSpacing(QFont::PercentageSpacing, 102);
 }
