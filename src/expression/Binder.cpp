@@ -13,10 +13,6 @@ namespace {
 
 using Case = Symbol::Case;
 
-constexpr NameNumber comma = NameTable::find(",");
-constexpr NameNumber ternary = NameTable::find("?:");
-constexpr NameNumber subscript = NameTable::find("[]");
-
 /// Whether a built-in may be called: trees built by hand can have any number of arguments.
 bool takesArguments(const Node& node)
 {
@@ -24,7 +20,7 @@ bool takesArguments(const Node& node)
     case Case::variable:
         return true;
     case Case::infix:
-        return node.argumentCount == 2 || (node.name == ternary && node.argumentCount == 3);
+        return node.argumentCount == 2 || (node.name == name::ternary && node.argumentCount == 3);
     case Case::function:
         return Arity::exactly(static_cast<int>(node.argumentCount)) == node.arity();
     case Case::prefix:
@@ -151,7 +147,7 @@ std::optional<Binder::Binding> Binder::fromTernary(const Node& node)
     if (const std::optional<Binding> found = fromSymbols(node))
         return found;
     if (options.contains(Options::boolSymbols) || node.symbolCase != Case::infix ||
-        node.name != ternary)
+        node.name != name::ternary)
         return std::nullopt;
     const SymbolEvaluator* question = find(Symbol::infix("?"));
     const SymbolEvaluator* colon = find(Symbol::infix(":"));
@@ -191,8 +187,8 @@ Binder::Binding Binder::throwing(Error error)
 Error Binder::failureOf(const Node& node) const
 {
     const bool isFunction = node.symbolCase == Case::function;
-    if ((isFunction && node.name == subscript) ||
-        (node.symbolCase == Case::infix && node.name == comma))
+    if ((isFunction && node.name == name::subscript) ||
+        (node.symbolCase == Case::infix && node.name == name::comma))
         return Error::unexpectedToken(std::string(tree.nameOf(node).substr(0, 1)));
     if (isFunction) {
         const Arity arity = node.arity();

@@ -173,4 +173,19 @@ constexpr NameNumber NameTable::find(std::string_view name)
     return slots[index].number;
 }
 
+/// The numbers of the names that rules speak of.
+namespace name {
+
+inline constexpr NameNumber comma = NameTable::find(",");
+inline constexpr NameNumber plus = NameTable::find("+");
+inline constexpr NameNumber times = NameTable::find("*");
+inline constexpr NameNumber divide = NameTable::find("/");
+inline constexpr NameNumber question = NameTable::find("?");
+inline constexpr NameNumber colon = NameTable::find(":");
+inline constexpr NameNumber ternary = NameTable::find("?:");
+inline constexpr NameNumber subscript = NameTable::find("[]");
+inline constexpr NameNumber call = NameTable::find("()");
+
+} // namespace name
+
 } // namespace vellumry::expression

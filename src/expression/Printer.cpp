@@ -9,12 +9,6 @@ namespace {
 
 using Case = Symbol::Case;
 
-constexpr NameNumber comma = NameTable::find(",");
-constexpr NameNumber question = NameTable::find("?");
-constexpr NameNumber ternary = NameTable::find("?:");
-constexpr NameNumber subscript = NameTable::find("[]");
-constexpr NameNumber call = NameTable::find("()");
-
 /// A scalar of a quoted name as its escape, where it needs one: a control character, or what would
 /// end the token or begin an escape.
 void appendEscaped(std::string& text, std::string_view bytes, char32_t scalar, char quote)
@@ -67,13 +61,13 @@ std::string escaped(std::string_view name)
 
 bool isTernary(const Node& node)
 {
-    return node.name == ternary && node.argumentCount == 3;
+    return node.name == name::ternary && node.argumentCount == 3;
 }
 
 /// How an infix node binds in print: a ternary as the "?" and ":" that it is read from.
 Precedence precedence(const Node& node)
 {
-    return NameTable::precedence(isTernary(node) ? question : node.name);
+    return NameTable::precedence(isTernary(node) ? name::question : node.name);
 }
 
 /// The token that the parser would read at the beginning of a text.
@@ -160,7 +154,7 @@ void Printer::expand(Index node)
     case Case::array:
         break;
     }
-    const bool isList = symbol.symbolCase == Case::function && symbol.name == subscript;
+    const bool isList = symbol.symbolCase == Case::function && symbol.name == name::subscript;
     const bool isSquare = isList || symbol.symbolCase == Case::array;
     pushText(isSquare ? "]" : ")");
     pushArguments(node, symbol.argumentCount);
@@ -178,10 +172,10 @@ void Printer::expandInfix(Index node)
     }
     const Index left = firstArgument(node);
     const bool leftNeedsParentheses = at(left).isInfixNode() && !takesPrecedence(left, node);
-    if (symbol.name == call || symbol.name == subscript) {
-        pushText(symbol.name == call ? ")" : "]");
+    if (symbol.name == name::call || symbol.name == name::subscript) {
+        pushText(symbol.name == name::call ? ")" : "]");
         pushArguments(node, symbol.argumentCount - 1);
-        pushText(symbol.name == call ? "(" : "[");
+        pushText(symbol.name == name::call ? "(" : "[");
         pushInParentheses(left, leftNeedsParentheses || bindsLooser(left));
         return;
     }
@@ -192,7 +186,7 @@ void Printer::expandInfix(Index node)
         operand = before(operand);
         if (isTernary(symbol)) {
             pushText(i == 1 ? " ? " : " : ");
-        } else if (symbol.name == comma) {
+        } else if (symbol.name == name::comma) {
             pushText(", ");
         } else {
             pushText(" ");
@@ -230,7 +224,7 @@ Printer::Index Printer::firstArgument(Index node) const
 
 bool Printer::isComma(Index node) const
 {
-    return at(node).isInfixNode() && at(node).name == comma;
+    return at(node).isInfixNode() && at(node).name == name::comma;
 }
 
 bool Printer::takesPrecedence(Index node, Index over) const
@@ -244,7 +238,7 @@ bool Printer::bindsLooser(Index node) const
     const Node& operand = at(node);
     if (operand.isLiteral())
         return operand.value < 0;
-    return operand.isOperator() && operand.name != call && operand.name != subscript;
+    return operand.isOperator() && operand.name != name::call && operand.name != name::subscript;
 }
 
 /// Whether a prefix or postfix operator and its argument would be read as other tokens when they
@@ -268,7 +262,7 @@ std::string Printer::firstToken(Index node) const
         return stringify(at(node).value);
     if (at(node).isError())
         return tree.failures[at(node).error].text;
-    if (at(node).isSymbol(Case::function) && at(node).name == subscript)
+    if (at(node).isSymbol(Case::function) && at(node).name == name::subscript)
         return "[";
     return escapedName(node);
 }

@@ -241,10 +241,10 @@ std::string_view Scanner::scanOperator(ScalarView& view)
 std::optional<Scanner::QuotedToken> Scanner::scanQuoted(ScalarView& view)
 {
     const std::size_t start = view.position();
-    const std::optional<char32_t> first = view.first();
+    const char32_t first = view.first().value_or(U'\0');
     if (first != U'`' && first != U'\'' && first != U'"')
         return std::nullopt;
-    const char quote = static_cast<char>(*first);
+    const char quote = static_cast<char>(first);
     view.popFirst();
 
     QuotedToken token{{quote}, {}, {}};

@@ -9,13 +9,6 @@ namespace {
 using Index = TreeBuilder::Index;
 using Case = Symbol::Case;
 
-constexpr NameNumber plus = NameTable::find("+");
-constexpr NameNumber times = NameTable::find("*");
-constexpr NameNumber divide = NameTable::find("/");
-constexpr NameNumber question = NameTable::find("?");
-constexpr NameNumber colon = NameTable::find(":");
-constexpr NameNumber ternary = NameTable::find("?:");
-
 /// The elements stand on two stacks: those that have been passed by, and the rest in reverse, with
 /// the present one on top. So nothing is ever inserted in the middle.
 class Collapse {
@@ -131,7 +124,7 @@ void Collapse::stepInfix(Index lhs, Index rhs)
     if (tree[next].isBareOperator()) {
         if (tree[next].symbolCase == Case::prefix) {
             skip(2);
-        } else if (name == plus || name == divide || name == times) {
+        } else if (name == name::plus || name == name::divide || name == name::times) {
             tree[next].symbolCase = Case::prefix;
             skip(2);
         } else {
@@ -156,8 +149,9 @@ void Collapse::reduceInfix(Index lhs, Index rhs, Index next)
 {
     removeCurrent();
     removeCurrent();
-    if (tree[rhs].name == colon && tree[lhs].isSymbol(Case::infix) && tree[lhs].name == question) {
-        tree[lhs].name = ternary;
+    if (tree[rhs].name == name::colon && tree[lhs].isSymbol(Case::infix) &&
+        tree[lhs].name == name::question) {
+        tree[lhs].name = name::ternary;
         tree.appendArgument(lhs, next);
         rest.back() = lhs;
     } else {

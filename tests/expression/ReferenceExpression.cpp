@@ -8,6 +8,7 @@
 #include <functional>
 #include <map>
 #include <numbers>
+#include <optional>
 #include <set>
 #include <utility>
 #include <vector>
@@ -120,10 +121,12 @@ using Stack = std::vector<Part>;
 /// How a part prints, where that shows in an error: all that can get there is told by the library.
 std::string printed(const Part& part);
 
-void collapse(Stack& stack, size_t i)
+/// One round from an index on; gives the index of the next one, which is always the last thing
+/// done.
+std::optional<size_t> collapseFrom(Stack& stack, size_t i)
 {
     if (i + 1 >= stack.size())
-        return;
+        return std::nullopt;
     const auto replace = [&stack, i](size_t count, Part part) {
         const auto first = stack.begin() + static_cast<std::ptrdiff_t>(i);
         stack.erase(first, first + static_cast<std::ptrdiff_t>(count));
@@ -136,13 +139,10 @@ void collapse(Stack& stack, size_t i)
     if (lhs.isBare()) {
         if (rhs.isError())
             throw Failure{rhs.name};
-        if (rhs.isBare()) {
-            collapse(stack, i + 1);
-            return;
-        }
+        if (rhs.isBare())
+            return i + 1;
         replace(2, {"prefix", lhs.name, 0, {rhs}});
-        collapse(stack, 0);
-        return;
+        return 0;
     }
     if (rhs.isError())
         throw Failure{rhs.name};
@@ -151,46 +151,44 @@ void collapse(Stack& stack, size_t i)
         if (next.isError())
             throw Failure{next.name};
         if (next.isBare()) {
-            if (next.kind == "prefix") {
-                collapse(stack, i + 2);
-            } else if (rhs.name == "+" || rhs.name == "/" || rhs.name == "*") {
+            if (next.kind == "prefix")
+                return i + 2;
+            if (rhs.name == "+" || rhs.name == "/" || rhs.name == "*") {
                 next.kind = "prefix";
-                collapse(stack, i + 2);
-            } else {
-                stack[i + 1].kind = "postfix";
-                collapse(stack, i);
+                return i + 2;
             }
-            return;
+            stack[i + 1].kind = "postfix";
+            return i;
         }
         if (i + 3 < stack.size()) {
             const Part& op2 = stack[i + 3];
-            if (!(op2.isOperator() && i + 4 < stack.size() &&
-                  takesPrecedence(rhs.name, op2.name))) {
-                collapse(stack, i + 2);
-                return;
-            }
+            if (!(op2.isOperator() && i + 4 < stack.size() && takesPrecedence(rhs.name, op2.name)))
+                return i + 2;
         }
         const Part operand = next;
         if (rhs.name == ":" && lhs.kind == "infix" && lhs.name == "?")
             replace(3, {"infix", "?:", 0, {lhs.arguments[0], lhs.arguments[1], operand}});
         else
             replace(3, {"infix", rhs.name, 0, {lhs, operand}});
-        collapse(stack, 0);
-        return;
+        return 0;
     }
     if (rhs.isBare()) {
         replace(2, {"postfix", rhs.name, 0, {lhs}});
-        collapse(stack, 0);
-        return;
+        return 0;
     }
     if (lhs.kind == "postfix") {
         stack[i] = lhs.arguments[0];
         stack.insert(stack.begin() + static_cast<std::ptrdiff_t>(i) + 1,
                      {"infix", lhs.name, 0, {}});
-        collapse(stack, i);
-        return;
+        return i;
     }
     unexpected(printed(rhs));
+}
+
+void collapse(Stack& stack)
+{
+    for (std::optional<size_t> i = 0; i;)
+        i = collapseFrom(stack, *i);
 }
 
 class Reader {
@@ -532,7 +530,7 @@ Part Reader::expression(const std::vector<char>& delimiters)
         if (!rest.empty())
             unexpected(rest);
     }
-    collapse(stack, 0);
+    collapse(stack);
     if (stack.empty())
         throw Failure{"Empty expression", true};
     if (stack[0].isError())
