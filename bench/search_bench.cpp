@@ -5,10 +5,17 @@
 
 #include "models/JSONDecoder.h"
 #include "models/JSONEncoder.h"
+#include "notifications/NotificationCenter.h"
+#include "palette/ClipboardServiceProtocol.h"
+#include "palette/CommandPaletteViewModel.h"
 #include "palette/FuzzySearchService.h"
 #include "palette/NaiveSearch.h"
+#include "palette/RandomPasswordService.h"
 #include "palette/SearchText.h"
+#include "storage/StorageServiceProtocol.h"
 #include "support/LibraryGenerator.h"
+#include "support/ManualClock.h"
+#include "support/ManualScheduler.h"
 #include "support/Ratio.h"
 
 #include <cmath>
@@ -148,6 +155,78 @@ void measureSearches(const QList<Snippet>& snippets)
     }
 }
 
+/// A library that is just a list.
+class ListStorage final : public StorageServiceProtocol {
+public:
+    explicit ListStorage(QList<Snippet> library) : snippets(std::move(library)) {}
+
+    std::optional<VellumryData> loadFullData() override { return std::nullopt; }
+    void saveFullData(const VellumryData&, bool) override {}
+    QList<Snippet> loadSnippets() override { return snippets; }
+    bool saveSnippets(const QList<Snippet>&) override { return false; }
+    void deleteCollectionFile(const QString&) override {}
+    void renameCollectionFile(const QString&, const QString&) override {}
+
+private:
+    QList<Snippet> snippets;
+};
+
+class NoClipboard final : public ClipboardServiceProtocol {
+public:
+    void copy(const QString&) override {}
+    void copySecret(const QString&) override {}
+};
+
+/// All that a keystroke in the palette sets off: is it a command, a conversion, a calculation, and
+/// which snippets are there.
+void measureKeystrokes(const QList<Snippet>& snippets)
+{
+    const auto count = static_cast<int>(snippets.size());
+    FuzzySearchService service;
+    service.prepare(snippets);
+    const QString rare = wordFoundIn(0.01, service, snippets);
+
+    FuzzySearchService otherService; // a service keeps the text of one list
+    ListStorage storage(snippets);
+    NoClipboard clipboard;
+    NotificationCenter notifications;
+    test::ManualScheduler scheduler;
+    const test::ManualClock clock;
+    const auto typeInto = [&](CommandPaletteViewModel& model, const QString& text) {
+        model.setQuery(text);
+        scheduler.advance(std::chrono::milliseconds(50));
+    };
+    const auto dependencies = [&](SearchServiceProtocol& search) {
+        return CommandPaletteViewModel::Dependencies{
+            storage,       search,    clipboard, RandomPasswordService::shared(),
+            notifications, scheduler, clock};
+    };
+    const auto ignoreSnippet = [](const Snippet&) {};
+    CommandPaletteViewModel model(dependencies(service), ignoreSnippet, [] {});
+    model.onAppear();
+    scheduler.advance(std::chrono::milliseconds(50));
+    CommandPaletteViewModel withoutSnippets(dependencies(otherService), ignoreSnippet, [] {});
+
+    const auto times = bench::medianTimes({
+        {[&] { keep(service.search(rare, snippets)); }, {}},
+        {[&] { typeInto(model, rare); }, {}},
+        {[&] { typeInto(model, rare + u'='); }, {}},
+        {[&] { typeInto(withoutSnippets, rare); }, {}},
+        {[&] { typeInto(withoutSnippets, u"2+3*4^2="_s); }, {}},
+        {[&] { typeInto(withoutSnippets, u"10 km="_s); }, {}},
+        {[&] { typeInto(withoutSnippets, u"/rand:16"_s); }, {}},
+    });
+    const auto print = [&](const char* what, double time, std::optional<double> goal) {
+        bench::printTimes({what, count, time, "the search alone", times[0], goal});
+    };
+    print("keystroke, 1 keyword, 1 % aimed at", times[1], goalAt(count, 1.2));
+    print("keystroke, the same and \"=\"", times[2], goalAt(count, 1.2));
+    print("keystroke without snippets, 1 keyword", times[3], {});
+    print("keystroke without snippets, \"2+3*4^2=\"", times[4], {});
+    print("keystroke without snippets, \"10 km=\"", times[5], {});
+    print("keystroke without snippets, \"/rand:16\"", times[6], {});
+}
+
 struct FreshPages {
     explicit FreshPages(size_t bytes)
         : size(bytes),
@@ -265,6 +344,7 @@ int main(int argc, char** argv)
         const QList<Snippet> snippets = LibraryGenerator::generate(count).data.snippets;
         measurePreparing(snippets);
         measureSearches(snippets);
+        measureKeystrokes(snippets);
         std::printf("\n");
     }
     return 0;

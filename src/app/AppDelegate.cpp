@@ -92,9 +92,9 @@ void AppDelegate::setupPalette()
     paletteWindow = std::make_unique<KeyablePanel>(services.panelActivation);
     paletteWindow->setFixedSize(paletteSize);
     paletteViewModel = std::make_unique<CommandPaletteViewModel>(
-        CommandPaletteViewModel::Dependencies{services.storageService, services.searchService,
-                                              services.clipboardService, services.notifications,
-                                              services.scheduler, services.clock},
+        CommandPaletteViewModel::Dependencies{
+            services.storageService, services.searchService, services.clipboardService,
+            services.passwordService, services.notifications, services.scheduler, services.clock},
         [](const Snippet&) {}, [this] { hidePalette(); });
     paletteView =
         new CommandPaletteView({*paletteViewModel, services.notifications, services.scheduler,

@@ -23,6 +23,7 @@ class KeyablePanel;
 class MainWindow;
 class NotificationCenter;
 class PanelActivation;
+class RandomPasswordService;
 class SearchServiceProtocol;
 class SettingsService;
 class StorageServiceProtocol;
@@ -43,6 +44,7 @@ public:
         StorageServiceProtocol& storageService;
         SearchServiceProtocol& searchService;
         ClipboardServiceProtocol& clipboardService;
+        const RandomPasswordService& passwordService;
         HotkeyServiceProtocol& hotkeyService;
         SettingsService& settings;
         NotificationCenter& notifications;

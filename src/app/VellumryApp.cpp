@@ -6,6 +6,7 @@
 #include "hotkey/makeHotKeyBackend.h"
 #include "notifications/NotificationCenter.h"
 #include "palette/FuzzySearchService.h"
+#include "palette/RandomPasswordService.h"
 #include "platform/QuitSignals.h"
 #include "platform/linux/X11WindowActivation.h"
 #include "settings/CategoryColorService.h"
@@ -102,8 +103,9 @@ int VellumryApp::run(int& argc, char** argv)
     const QuitSignals quitSignals(&QCoreApplication::quit);
     AppDelegate delegate(
         {container.storageService(), container.searchService(), container.clipboardService(),
-         container.hotkeyService(), container.settings(), NotificationCenter::defaultCenter(),
-         panelActivation, EventLoopScheduler::shared(), SystemClock::shared(),
+         RandomPasswordService::shared(), container.hotkeyService(), container.settings(),
+         NotificationCenter::defaultCenter(), panelActivation, EventLoopScheduler::shared(),
+         SystemClock::shared(),
          [](const QString& collection) {
              return CategoryColorService::shared().getColor(collection);
          },

@@ -11,4 +11,9 @@ void ClipboardService::copy(const QString& text)
     pasteboard.setString(text);
 }
 
+void ClipboardService::copySecret(const QString& text)
+{
+    pasteboard.setSecretString(text);
+}
+
 } // namespace vellumry

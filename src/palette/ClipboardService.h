@@ -13,6 +13,7 @@ public:
     explicit ClipboardService(Pasteboard& desktopPasteboard);
 
     void copy(const QString& text) override;
+    void copySecret(const QString& text) override;
 
 private:
     Pasteboard& pasteboard;

@@ -11,6 +11,9 @@ public:
 
     /// Replaces the clipboard's contents by plain text.
     virtual void copy(const QString& text) = 0;
+
+    /// The same with a password, which no history of the clipboard should keep.
+    virtual void copySecret(const QString& text) = 0;
 };
 
 } // namespace vellumry

@@ -1,10 +1,15 @@
 #include "palette/CommandPaletteViewModel.h"
 
+#include "calculators/MathCalculatorService.h"
+#include "calculators/UnitConversionService.h"
+#include "core/Log.h"
 #include "core/Text.h"
 #include "notifications/NotificationCenter.h"
 #include "palette/ClipboardServiceProtocol.h"
+#include "palette/RandomPasswordService.h"
 #include "palette/SearchServiceProtocol.h"
 #include "palette/SnippetVariableService.h"
+#include "platform/RandomSource.h"
 #include "storage/StorageServiceProtocol.h"
 
 #include <QDateTime>
@@ -78,7 +83,11 @@ int CommandPaletteViewModel::totalItemCount() const
 {
     const int resultRows =
         static_cast<int>(std::min<qsizetype>(filtered.size(), maxDisplayResults));
-    return queryText.isEmpty() ? 1 + todayRowCount() + resultRows : resultRows;
+    if (queryText.isEmpty())
+        return 1 + todayRowCount() + resultRows;
+    if (!passwords.isEmpty())
+        return static_cast<int>(passwords.size());
+    return calculation ? resultRows + 1 : resultRows;
 }
 
 void CommandPaletteViewModel::onAppear()
@@ -92,8 +101,42 @@ void CommandPaletteViewModel::onAppear()
 
 void CommandPaletteViewModel::performSearch()
 {
-    // Passwords take their turn here, first, and leave room for nothing else; then unit
-    // conversion, then arithmetic. Snippets are searched beside a calculation.
+    detectAndGeneratePassword();
+    if (passwords.isEmpty()) {
+        detectAndCalculate();
+        searchSnippets();
+    } else {
+        filtered = {};
+        today = {};
+        calculation.reset();
+    }
+    Q_EMIT resultsChanged();
+}
+
+void CommandPaletteViewModel::detectAndGeneratePassword()
+{
+    passwords = {};
+    const auto length = services.passwordService.extractRandomCommand(queryText);
+    if (!length)
+        return;
+    try {
+        passwords = services.passwordService.generate(*length);
+    } catch (const RandomSourceError& error) {
+        log(u"RandomPasswordService", error.description());
+    }
+}
+
+void CommandPaletteViewModel::detectAndCalculate()
+{
+    calculation = UnitConversionService::convert(queryText);
+    if (calculation)
+        return;
+    if (const auto expression = MathCalculatorService::extractMathExpression(queryText))
+        calculation = MathCalculatorService::calculate(*expression);
+}
+
+void CommandPaletteViewModel::searchSnippets()
+{
     if (queryText.isEmpty()) {
         filtered = {}; // lets go of the list that the order is about to update
         filtered = recencyOrder.sorted(allSnippets);
@@ -102,7 +145,6 @@ void CommandPaletteViewModel::performSearch()
         filtered = services.searchService.search(searchText(queryText), allSnippets);
         today = {};
     }
-    Q_EMIT resultsChanged();
 }
 
 QList<Snippet>
@@ -144,9 +186,18 @@ void CommandPaletteViewModel::selectCurrentItem()
         onDismiss();
         return;
     }
-    // The calculator's row takes its turn here, then the passwords' rows.
-    const auto snippet =
-        queryText.isEmpty() ? snippetAtEmptyQuery(selection) : filteredSnippet(selection);
+    if (calculation && selection == 0) {
+        copyCalculatorResult();
+        return;
+    }
+    if (!passwords.isEmpty()) {
+        if (selection >= 0 && selection < passwords.size())
+            copyPasswordResult(passwords[selection]);
+        return;
+    }
+    const int rowsAbove = calculation ? 1 : 0;
+    const auto snippet = queryText.isEmpty() ? snippetAtEmptyQuery(selection)
+                                             : filteredSnippet(selection - rowsAbove);
     if (snippet)
         copyAndDismiss(*snippet);
 }
@@ -158,7 +209,7 @@ void CommandPaletteViewModel::openCurrentItemInApp()
         onDismiss();
         return;
     }
-    // With a query the index counts through the results alone, whatever row stands above them.
+    // With a query the index counts through the results alone, also below a calculator row.
     const auto snippet =
         queryText.isEmpty() ? snippetAtEmptyQuery(selection) : filteredSnippet(selection);
     if (!snippet)
@@ -190,6 +241,23 @@ void CommandPaletteViewModel::copyAndDismiss(const Snippet& snippet)
     Q_EMIT services.notifications.snippetDataChanged();
     onSelect(snippet);
     Q_EMIT services.notifications.quickSearchShowToast(QStringLiteral("Copied to Clipboard"));
+    onDismiss();
+}
+
+void CommandPaletteViewModel::copyCalculatorResult()
+{
+    if (!calculation)
+        return;
+    const QString text = calculation->formattedValue;
+    services.clipboardService.copy(text);
+    Q_EMIT services.notifications.quickSearchShowToast(text + QStringLiteral(" Copied"));
+    onDismiss();
+}
+
+void CommandPaletteViewModel::copyPasswordResult(const PasswordResult& result)
+{
+    services.clipboardService.copySecret(result.password);
+    Q_EMIT services.notifications.quickSearchShowToast(QStringLiteral("Password Copied"));
     onDismiss();
 }
 

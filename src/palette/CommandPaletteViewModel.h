@@ -1,7 +1,9 @@
 #pragma once
 
+#include "calculators/CalculationResult.h"
 #include "core/Scheduler.h"
 #include "models/Snippet.h"
+#include "palette/PasswordResult.h"
 #include "palette/RecencyOrder.h"
 
 #include <QList>
@@ -15,6 +17,7 @@ namespace vellumry {
 
 class ClipboardServiceProtocol;
 class NotificationCenter;
+class RandomPasswordService;
 class SearchServiceProtocol;
 class StorageServiceProtocol;
 
@@ -24,7 +27,8 @@ class StorageServiceProtocol;
 ///
 /// The rows are one numbered sequence. With an empty query: row 0 opens the main window, then come
 /// at most maxTodayResults of todaySnippets, then at most maxDisplayResults of filteredSnippets.
-/// With a query: at most maxDisplayResults of filteredSnippets.
+/// With a query: the passwords alone, if there are any; otherwise the calculator row, if there is
+/// one, then at most maxDisplayResults of filteredSnippets.
 class CommandPaletteViewModel : public QObject {
     Q_OBJECT
 
@@ -37,6 +41,7 @@ public:
         StorageServiceProtocol& storageService;
         SearchServiceProtocol& searchService;
         ClipboardServiceProtocol& clipboardService;
+        const RandomPasswordService& passwordService;
         NotificationCenter& notifications;
         Scheduler& scheduler;
         const Clock& clock;
@@ -62,6 +67,13 @@ public:
     void setSelectedIndex(int index);
     /// The snippet to mark as just copied. Only ever reset: no path fills it.
     [[nodiscard]] const std::optional<QString>& justCopiedID() const { return justCopied; }
+    /// The calculator row, of a calculation or a conversion.
+    [[nodiscard]] const std::optional<CalculationResult>& calculationResult() const
+    {
+        return calculation;
+    }
+    /// The password rows; while there are any, there are neither snippets nor a calculation.
+    [[nodiscard]] const QList<PasswordResult>& passwordResults() const { return passwords; }
 
     /// How many rows there are.
     [[nodiscard]] int totalItemCount() const;
@@ -75,23 +87,31 @@ public:
 
     /// Carries out the selected row; without such a row nothing happens.
     void selectCurrentItem();
-    /// Opens the selected snippet in the main window.
+    /// Opens the selected snippet in the main window. A calculator row is not allowed for: with
+    /// one on top, the snippet below the selected row opens.
     void openCurrentItemInApp();
     /// Copies the snippet with its placeholders filled, counts the use and closes the panel.
     void copyAndDismiss(const Snippet& snippet);
+    /// Copies the result of the calculator row, if there is one, and closes the panel.
+    void copyCalculatorResult();
+    /// Copies the password as a secret and closes the panel.
+    void copyPasswordResult(const PasswordResult& result);
 
     /// Asks the owner to close the panel.
     void dismiss();
 
 Q_SIGNALS:
     void queryChanged();
-    /// filteredSnippets and todaySnippets have been computed anew.
+    /// Snippets, passwords and calculation have been computed anew.
     void resultsChanged();
     void selectedIndexChanged();
 
 private:
     [[nodiscard]] Debouncer setupBindings();
     void performSearch();
+    void detectAndGeneratePassword();
+    void detectAndCalculate();
+    void searchSnippets();
     [[nodiscard]] QList<Snippet> filterTodaySnippets(const QList<Snippet>& mostRecentFirst) const;
     [[nodiscard]] std::optional<Snippet> snippetAtEmptyQuery(int index) const;
     [[nodiscard]] std::optional<Snippet> filteredSnippet(int index) const;
@@ -107,6 +127,8 @@ private:
     QList<Snippet> today;
     int selection = 0;
     std::optional<QString> justCopied;
+    std::optional<CalculationResult> calculation;
+    QList<PasswordResult> passwords;
     QList<Snippet> allSnippets; ///< the library as of the last onAppear
     RecencyOrder recencyOrder;
 };

@@ -11,6 +11,9 @@ public:
 
     /// Replaces the clipboard's contents by plain text.
     virtual void setString(const QString& text) = 0;
+
+    /// The same with a text that histories of the clipboard are asked to leave out.
+    virtual void setSecretString(const QString& text) = 0;
 };
 
 } // namespace vellumry

@@ -5,6 +5,7 @@
 #include "notifications/NotificationCenter.h"
 #include "palette/ClipboardServiceProtocol.h"
 #include "palette/CommandPaletteViewModel.h"
+#include "palette/RandomPasswordService.h"
 #include "palette/SearchServiceProtocol.h"
 #include "platform/PanelActivation.h"
 #include "settings/HotkeyServiceProtocol.h"
@@ -49,6 +50,7 @@ public:
 class NoClipboard final : public ClipboardServiceProtocol {
 public:
     void copy(const QString&) override {}
+    void copySecret(const QString&) override {}
 };
 
 class RecordingHotkeyService final : public HotkeyServiceProtocol {
@@ -84,6 +86,7 @@ protected:
         return {storage,
                 search,
                 clipboard,
+                RandomPasswordService::shared(),
                 hotkeys,
                 settings,
                 center,

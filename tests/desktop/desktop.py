@@ -107,10 +107,10 @@ class Desktop(VirtualDesktop):
 
     # Clipboard
 
-    def clipboard(self):
-        """The clipboard's text, or None when nobody offers one."""
+    def clipboard(self, target="UTF8_STRING"):
+        """The clipboard's text, or what it offers in another form; None when nobody offers it."""
         result = subprocess.run(
-            ["xclip", "-o", "-selection", "clipboard", "-t", "UTF8_STRING"], env=self.env,
+            ["xclip", "-o", "-selection", "clipboard", "-t", target], env=self.env,
             capture_output=True, encoding="utf-8", check=False)
         return result.stdout if result.returncode == 0 else None
 

@@ -27,6 +27,8 @@ class Pictures(DesktopCase):
         "Text": [
             snippet("Shrug", "¯\\_(ツ)_/¯"),
             snippet("Party 🎉", "Congratulations! 🎉"),
+            used(snippet("Invoice total with 48*1.19 tax note", "…"), 2, 60 * 52),
+            snippet("Net price from gross, 48*1.19 example", "…", age_days=20),
             snippet("日本語の挨拶", "はじめまして。")]}
 
     def picture(self, name):
@@ -54,6 +56,21 @@ class Pictures(DesktopCase):
         self.program.open_palette()
         self.program.search("nowhere")
         self.picture("palette-no-results")
+
+    def test_calculator(self):
+        """A calculation above the snippets that hold its text."""
+        self.program.open_palette()
+        self.program.search("48*1.19=")
+        self.picture("palette-calculator")
+
+    def test_passwords(self):
+        """Three passwords, the second one selected."""
+        self.program.open_palette()
+        self.program.search("/rand:16")
+        first = self.program.selected_row()
+        self.desktop.key("Down")
+        wait_for("the second password is selected", lambda: self.program.selected_row() != first)
+        self.picture("palette-passwords")
 
     def test_toast(self):
         """The toast, where the palette was, takes neither focus nor keys, and goes by itself."""

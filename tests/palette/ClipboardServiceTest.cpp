@@ -13,7 +13,9 @@ using namespace Qt::StringLiterals;
 class FakePasteboard final : public Pasteboard {
 public:
     void setString(const QString& text) override { texts.append(text); }
+    void setSecretString(const QString& text) override { secrets.append(text); }
     QStringList texts;
+    QStringList secrets;
 };
 
 TEST(ClipboardService, WritesTheTextAsItIs)
@@ -23,6 +25,16 @@ TEST(ClipboardService, WritesTheTextAsItIs)
     service.copy(u" a\n漢 "_s);
     service.copy(u""_s);
     EXPECT_EQ(pasteboard.texts, (QStringList{u" a\n漢 "_s, u""_s}));
+    EXPECT_TRUE(pasteboard.secrets.isEmpty());
+}
+
+TEST(ClipboardService, WritesASecretAsOne)
+{
+    FakePasteboard pasteboard;
+    ClipboardService service(pasteboard);
+    service.copySecret(u"k3v9qa7m"_s);
+    EXPECT_EQ(pasteboard.secrets, QStringList{u"k3v9qa7m"_s});
+    EXPECT_TRUE(pasteboard.texts.isEmpty());
 }
 
 } // namespace

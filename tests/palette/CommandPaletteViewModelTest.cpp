@@ -2,8 +2,11 @@
 
 #include "notifications/NotificationCenter.h"
 #include "palette/ClipboardServiceProtocol.h"
+#include "palette/RandomPasswordService.h"
 #include "palette/SearchServiceProtocol.h"
 #include "storage/StorageServiceProtocol.h"
+#include "support/FakeRandomSource.h"
+#include "support/LogCapture.h"
 #include "support/ManualClock.h"
 #include "support/ManualScheduler.h"
 
@@ -70,6 +73,7 @@ class FakeClipboard final : public ClipboardServiceProtocol {
 public:
     explicit FakeClipboard(QStringList& list) : events(list) {}
     void copy(const QString& text) override { events.append(u"copy "_s + text); }
+    void copySecret(const QString& text) override { events.append(u"copy secret "_s + text); }
 
 private:
     QStringList& events;
@@ -136,8 +140,8 @@ protected:
             &notifications, &NotificationCenter::openSnippetInApp, &observer,
             [=](const std::optional<QString>& id) { note(u"open "_s + id.value_or(u"-"_s)); });
         model = std::make_unique<CommandPaletteViewModel>(
-            CommandPaletteViewModel::Dependencies{storage, search, clipboard, notifications,
-                                                  scheduler, clock},
+            CommandPaletteViewModel::Dependencies{storage, search, clipboard, passwordService,
+                                                  notifications, scheduler, clock},
             [=](const Snippet& snippet) { note(u"select "_s + snippet.title()); },
             [=] { note(u"dismiss"_s); });
     }
@@ -166,6 +170,8 @@ protected:
     FakeStorage storage{events};
     FakeSearch search;
     FakeClipboard clipboard{events};
+    test::FakeRandomSource randomSource;
+    RandomPasswordService passwordService{randomSource};
     NotificationCenter notifications;
     test::ManualScheduler scheduler;
     test::ManualClock clock;
@@ -524,6 +530,292 @@ TEST_F(CommandPaletteViewModelTest, AModelThatIsGoneIsNotSearched)
     model.reset();
     scheduler.advance(1000ms);
     EXPECT_TRUE(search.queries.isEmpty());
+}
+
+// Passwords
+
+QList<PasswordComplexity> complexities(const QList<PasswordResult>& results)
+{
+    QList<PasswordComplexity> found;
+    for (const PasswordResult& result : results)
+        found.append(result.complexity);
+    return found;
+}
+
+TEST_F(CommandPaletteViewModelTest, ACommandGivesThreePasswordsAndNothingElse)
+{
+    storage.snippets = {makeSnippet(u"/rand:12"_s)};
+    appear();
+    type(u"/rand:12"_s);
+    EXPECT_EQ(complexities(model->passwordResults()),
+              (QList{PasswordComplexity::simple, PasswordComplexity::medium,
+                     PasswordComplexity::strong}));
+    for (const PasswordResult& result : model->passwordResults())
+        EXPECT_EQ(result.password.size(), 12);
+    EXPECT_EQ(model->totalItemCount(), 3);
+    EXPECT_TRUE(model->filteredSnippets().isEmpty());
+    EXPECT_TRUE(model->todaySnippets().isEmpty());
+    EXPECT_FALSE(model->calculationResult());
+    EXPECT_TRUE(search.queries.isEmpty());
+}
+
+TEST_F(CommandPaletteViewModelTest, WhatIsNoCommandGoesOnToTheSearch)
+{
+    appear();
+    for (const QString& text : {u"/rand:"_s, u"/rand:abc"_s, u"/rand:0"_s, u"/rand:-5"_s}) {
+        type(text);
+        EXPECT_TRUE(model->passwordResults().isEmpty());
+    }
+    EXPECT_EQ(search.queries,
+              (QStringList{u"/rand:"_s, u"/rand:abc"_s, u"/rand:0"_s, u"/rand:-5"_s}));
+}
+
+TEST_F(CommandPaletteViewModelTest, EachSearchWithTheCommandMakesNewPasswords)
+{
+    appear();
+    type(u"/rand:64"_s);
+    const auto first = model->passwordResults();
+    type(u"/rand:64"_s);
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_NE(model->passwordResults()[i].password, first[i].password);
+        EXPECT_NE(model->passwordResults()[i].id, first[i].id);
+    }
+}
+
+TEST_F(CommandPaletteViewModelTest, PasswordsTakeTheCalculationAway)
+{
+    appear();
+    type(u"10 km="_s);
+    EXPECT_TRUE(model->calculationResult());
+    type(u"/rand:8"_s);
+    EXPECT_FALSE(model->calculationResult());
+    type(u"10 km="_s);
+    EXPECT_TRUE(model->passwordResults().isEmpty());
+    EXPECT_TRUE(model->calculationResult());
+}
+
+TEST_F(CommandPaletteViewModelTest, TheEffectsOfCopyingAPasswordHaveAFixedOrder)
+{
+    storage.snippets = {makeSnippet(u"a"_s)};
+    appear();
+    type(u"/rand:8"_s);
+    model->moveSelectionDown();
+    model->moveSelectionDown();
+    model->moveSelectionDown();
+    EXPECT_EQ(model->selectedIndex(), 2);
+    model->selectCurrentItem();
+    EXPECT_EQ(events, (QStringList{u"copy secret "_s + model->passwordResults()[2].password,
+                                   u"toast Password Copied"_s, u"dismiss"_s}));
+    EXPECT_EQ(storage.snippets[0].usageCount(), 0);
+}
+
+TEST_F(CommandPaletteViewModelTest, ASelectionOutsideThePasswordsDoesNothing)
+{
+    appear();
+    type(u"/rand:8"_s);
+    for (const int index : {3, 99, -1}) {
+        model->setSelectedIndex(index);
+        model->selectCurrentItem();
+    }
+    EXPECT_TRUE(events.isEmpty());
+}
+
+TEST_F(CommandPaletteViewModelTest, APasswordIsNotOpenedInTheMainWindow)
+{
+    appear();
+    type(u"/rand:8"_s);
+    model->openCurrentItemInApp();
+    EXPECT_TRUE(events.isEmpty());
+}
+
+TEST_F(CommandPaletteViewModelTest, WithoutRandomBytesTheCommandIsSearchedAsText)
+{
+    const test::LogCapture log;
+    storage.snippets = {makeSnippet(u"/rand:8"_s)};
+    appear();
+    randomSource.isBroken = true;
+    type(u"/rand:8"_s);
+    EXPECT_TRUE(model->passwordResults().isEmpty());
+    EXPECT_EQ(titles(model->filteredSnippets()), u"/rand:8"_s);
+    EXPECT_EQ(log.lines,
+              QStringList{u"RandomPasswordService: cannot draw random bytes: out of order"_s});
+}
+
+TEST_F(CommandPaletteViewModelTest, AppearingOnACommandMakesPasswordsForTheMomentOfTheOldQuery)
+{
+    fill(2);
+    appear();
+    type(u"/rand:8"_s);
+    const auto before = model->passwordResults();
+    model->onAppear();
+    EXPECT_EQ(model->query(), u""_s);
+    EXPECT_NE(model->passwordResults(), before);
+    EXPECT_EQ(model->totalItemCount(), 1);
+    model->selectCurrentItem();
+    EXPECT_EQ(events, (QStringList{u"openMainWindow"_s, u"dismiss"_s}));
+    scheduler.advance(50ms);
+    EXPECT_TRUE(model->passwordResults().isEmpty());
+    EXPECT_EQ(model->totalItemCount(), 3);
+}
+
+// Calculations
+
+TEST_F(CommandPaletteViewModelTest, ACalculationStandsAboveTheSnippets)
+{
+    storage.snippets = {makeSnippet(u"2+3 is five"_s), makeSnippet(u"other"_s)};
+    appear();
+    type(u"2+3="_s);
+    ASSERT_TRUE(model->calculationResult());
+    EXPECT_EQ(model->calculationResult()->expression, u"2+3"_s);
+    EXPECT_EQ(model->calculationResult()->formattedValue, u"5"_s);
+    EXPECT_EQ(search.queries, QStringList{u"2+3"_s});
+    EXPECT_EQ(titles(model->filteredSnippets()), u"2+3 is five"_s);
+    EXPECT_EQ(model->totalItemCount(), 2);
+}
+
+TEST_F(CommandPaletteViewModelTest, AConversionStandsAboveTheSnippets)
+{
+    storage.snippets = {makeSnippet(u"10 km run"_s)};
+    appear();
+    type(u"10 km="_s);
+    ASSERT_TRUE(model->calculationResult());
+    EXPECT_EQ(model->calculationResult()->formattedValue, u"6.2137 miles"_s);
+    EXPECT_EQ(titles(model->filteredSnippets()), u"10 km run"_s);
+    EXPECT_EQ(model->totalItemCount(), 2);
+    type(u"10 km"_s);
+    EXPECT_FALSE(model->calculationResult());
+    EXPECT_EQ(model->totalItemCount(), 1);
+    EXPECT_EQ(search.queries, (QStringList{u"10 km"_s, u"10 km"_s}));
+}
+
+TEST_F(CommandPaletteViewModelTest, AConversionComesBeforeArithmetic)
+{
+    // The sign is an operator, so this would be a calculation too, if a failing one.
+    const test::LogCapture log;
+    appear();
+    type(u"-40 f="_s);
+    ASSERT_TRUE(model->calculationResult());
+    EXPECT_EQ(model->calculationResult()->formattedValue, u"-40 °C"_s);
+    EXPECT_TRUE(log.lines.isEmpty());
+}
+
+TEST_F(CommandPaletteViewModelTest, ACalculationThatFailsTakesTheRowAway)
+{
+    const test::LogCapture log;
+    appear();
+    for (const QString& text : {u"2+="_s, u"1/0="_s, u"2+x="_s, u"5="_s, u""_s}) {
+        type(u"2+3="_s);
+        EXPECT_TRUE(model->calculationResult());
+        type(text);
+        EXPECT_FALSE(model->calculationResult()) << qPrintable(text);
+    }
+}
+
+TEST_F(CommandPaletteViewModelTest, TheEffectsOfCopyingAResultHaveAFixedOrder)
+{
+    storage.snippets = {makeSnippet(u"10 km"_s)};
+    appear();
+    type(u"10 km="_s);
+    model->selectCurrentItem();
+    EXPECT_EQ(events,
+              (QStringList{u"copy 6.2137 miles"_s, u"toast 6.2137 miles Copied"_s, u"dismiss"_s}));
+    EXPECT_EQ(storage.snippets[0].usageCount(), 0);
+}
+
+TEST_F(CommandPaletteViewModelTest, WithoutACalculationThereIsNoResultToCopy)
+{
+    appear();
+    type(u"10 km"_s);
+    model->copyCalculatorResult();
+    EXPECT_TRUE(events.isEmpty());
+}
+
+TEST_F(CommandPaletteViewModelTest, BelowACalculationTheSnippetsCountFromOne)
+{
+    for (int i = 0; i < 12; ++i)
+        storage.snippets.append(makeSnippet(u"1+1 no %1"_s.arg(i)));
+    appear();
+    type(u"1+1="_s);
+    EXPECT_EQ(model->totalItemCount(), 11);
+    const auto copied = [&](int row) {
+        events.clear();
+        model->setSelectedIndex(row);
+        model->selectCurrentItem();
+        return events.value(0);
+    };
+    EXPECT_EQ(copied(0), u"copy 2"_s);
+    EXPECT_EQ(copied(1), u"copy content of 1+1 no 0"_s);
+    EXPECT_EQ(copied(10), u"copy content of 1+1 no 9"_s);
+}
+
+TEST_F(CommandPaletteViewModelTest, OpeningBelowACalculationOpensTheNextRow)
+{
+    for (int i = 0; i < 3; ++i)
+        storage.snippets.append(makeSnippet(u"1+1 no %1"_s.arg(i)));
+    appear();
+    type(u"1+1="_s);
+    const auto opened = [&](int row) {
+        events.clear();
+        model->setSelectedIndex(row);
+        model->openCurrentItemInApp();
+        return events;
+    };
+    EXPECT_EQ(opened(0), (QStringList{u"open id-1+1 no 0"_s, u"dismiss"_s}));
+    EXPECT_EQ(opened(1), (QStringList{u"open id-1+1 no 1"_s, u"dismiss"_s}));
+    EXPECT_EQ(opened(2), (QStringList{u"open id-1+1 no 2"_s, u"dismiss"_s}));
+    EXPECT_TRUE(opened(3).isEmpty()); // the last row, below which there is none
+}
+
+TEST_F(CommandPaletteViewModelTest, AResultWithoutSnippetsIsTheOnlyRow)
+{
+    appear();
+    type(u"2*3="_s);
+    EXPECT_EQ(model->totalItemCount(), 1);
+    model->moveSelectionDown();
+    EXPECT_EQ(model->selectedIndex(), 0);
+    model->openCurrentItemInApp();
+    EXPECT_TRUE(events.isEmpty());
+    model->selectCurrentItem();
+    EXPECT_EQ(events.value(0), u"copy 6"_s);
+}
+
+TEST_F(CommandPaletteViewModelTest, ReturnBeforeTheDebounceCopiesTheCalculationThatStands)
+{
+    appear();
+    type(u"2+3="_s);
+    model->setQuery(u"2+34="_s);
+    model->selectCurrentItem();
+    EXPECT_EQ(events.value(0), u"copy 5"_s);
+}
+
+TEST_F(CommandPaletteViewModelTest, WhateverIsTypedGivesARowOrNone)
+{
+    const test::LogCapture log;
+    appear();
+    for (const QString& text : {u"((((((((((((((((((((((((((((((((((((((((((((((((1="_s,
+                                u"1)="_s,
+                                u"^^^^1="_s,
+                                u"1^="_s,
+                                u"'1+"_s,
+                                u"\"\\u{1+=\""_s,
+                                u"[1]="_s,
+                                u"1,2="_s,
+                                u"0x="_s,
+                                u"1e999*1="_s,
+                                u"9999999999^9999999999="_s,
+                                QString(QChar(0xD800)) + u"1+1="_s,
+                                u"1+\u0000="_s,
+                                u"/rand:8="_s,
+                                u"=="_s,
+                                u"1=="_s,
+                                u"1+1=="_s,
+                                u"½+1="_s,
+                                u"max(1)="_s,
+                                u"1 km/h="_s}) {
+        type(text);
+        EXPECT_FALSE(model->calculationResult()) << qPrintable(text);
+        EXPECT_EQ(model->totalItemCount(), 0);
+    }
 }
 
 // The order of the empty query.

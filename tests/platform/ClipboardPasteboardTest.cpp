@@ -25,5 +25,17 @@ TEST(ClipboardPasteboard, ReplacesTheContentsByPlainText)
     EXPECT_EQ(QGuiApplication::clipboard()->text(), u""_s);
 }
 
+TEST(ClipboardPasteboard, OffersASecretAsPlainTextWithAHint)
+{
+    ClipboardPasteboard().setSecretString(u"k3v9qa7m"_s);
+    const QMimeData* contents = QGuiApplication::clipboard()->mimeData();
+    EXPECT_EQ(contents->text(), u"k3v9qa7m"_s);
+    EXPECT_EQ(contents->data(u"x-kde-passwordManagerHint"_s), "secret");
+
+    ClipboardPasteboard().setString(u"plain"_s);
+    EXPECT_FALSE(
+        QGuiApplication::clipboard()->mimeData()->hasFormat(u"x-kde-passwordManagerHint"_s));
+}
+
 } // namespace
 } // namespace vellumry

@@ -41,6 +41,18 @@ protected:
         return result;
     }
 
+    /// What a screen reader says for the lines of the list.
+    QStringList rowNames()
+    {
+        const auto* access = QAccessible::queryAccessibleInterface(&list());
+        QStringList names;
+        for (int i = 0; i < access->childCount(); ++i) {
+            if (access->child(i)->role() == QAccessible::ListItem)
+                names << access->child(i)->text(QAccessible::Name);
+        }
+        return names;
+    }
+
     int scrollOf(const QString& rowId)
     {
         const auto* bar = list().verticalScrollBar();
@@ -280,6 +292,110 @@ TEST_F(CommandPaletteViewTest, aSelectionOutsideTheRowsIsWrittenBack)
     EXPECT_EQ(viewModel.selectedIndex(), 0);
 }
 
+// Passwords and calculations
+
+TEST_F(CommandPaletteViewTest, passwordsShowNoOtherSection)
+{
+    fillLibrary();
+    open();
+    type(u"/rand:16"_s);
+    EXPECT_THAT(headers(), ElementsAre(u"Random Password"_s));
+    EXPECT_EQ(view().rows().totalItemCount(), 3);
+    EXPECT_EQ(viewModel.totalItemCount(), 3);
+    EXPECT_TRUE(list().isVisible());
+    EXPECT_FALSE(view().findChild<DarkPaletteEmptyState*>()->isVisible());
+}
+
+TEST_F(CommandPaletteViewTest, returnCopiesTheSelectedPasswordAsASecret)
+{
+    open();
+    type(u"/rand:16"_s);
+    key(Qt::Key_Down);
+    key(Qt::Key_Return);
+    EXPECT_THAT(clipboard.secrets, ElementsAre(viewModel.passwordResults()[1].password));
+    EXPECT_THAT(clipboard.texts, IsEmpty());
+    EXPECT_EQ(dismissals, 1);
+}
+
+TEST_F(CommandPaletteViewTest, aClickOnAPasswordSelectsItAndCopiesIt)
+{
+    open();
+    type(u"/rand:16"_s);
+    click(u"password-"_s + viewModel.passwordResults()[2].id);
+    EXPECT_EQ(viewModel.selectedIndex(), 2);
+    EXPECT_THAT(clipboard.secrets, ElementsAre(viewModel.passwordResults()[2].password));
+    EXPECT_EQ(dismissals, 1);
+}
+
+TEST_F(CommandPaletteViewTest, aCalculationIsTheFirstRow)
+{
+    storage.snippets = {snippet(u"2+3*4 explained"_s), snippet(u"2+3*4 again"_s)};
+    open();
+    type(u"2+3*4="_s);
+    EXPECT_THAT(headers(), ElementsAre(u"Calculator"_s, u"Results"_s));
+    EXPECT_EQ(view().rows().totalItemCount(), 3);
+    EXPECT_EQ(viewModel.totalItemCount(), 3);
+    key(Qt::Key_Return);
+    EXPECT_THAT(clipboard.texts, ElementsAre(u"14"_s));
+    EXPECT_EQ(dismissals, 1);
+}
+
+TEST_F(CommandPaletteViewTest, aClickOnTheCalculationCopiesTheRowThatIsSelected)
+{
+    storage.snippets = {snippet(u"10 km run"_s), snippet(u"10 km walk"_s)};
+    open();
+    type(u"10 km="_s);
+    key(Qt::Key_Down);
+    click(u"calculator-result"_s);
+    EXPECT_EQ(viewModel.selectedIndex(), 1);
+    EXPECT_THAT(clipboard.texts, ElementsAre(u"content of 10 km run"_s));
+    key(Qt::Key_Up);
+    click(u"calculator-result"_s);
+    EXPECT_THAT(clipboard.texts, ElementsAre(u"content of 10 km run"_s, u"6.2137 miles"_s));
+}
+
+TEST_F(CommandPaletteViewTest, rightArrowOnTheCalculationOpensTheFirstResult)
+{
+    storage.snippets = {snippet(u"10 km run"_s), snippet(u"10 km walk"_s)};
+    open();
+    type(u"10 km="_s);
+    key(Qt::Key_Right);
+    EXPECT_THAT(openedIds, ElementsAre(u"id-10 km run"_s));
+    key(Qt::Key_Down);
+    key(Qt::Key_Right);
+    EXPECT_THAT(openedIds, ElementsAre(u"id-10 km run"_s, u"id-10 km walk"_s));
+}
+
+TEST_F(CommandPaletteViewTest, theListScrollsToTheSelectedRowBelowACalculation)
+{
+    for (int i = 0; i < 12; ++i)
+        storage.snippets.append(snippet(u"1+1 no %1"_s.arg(i, 2, 10, QChar(u'0'))));
+    open();
+    type(u"1+1="_s);
+    viewModel.setSelectedIndex(10);
+    EXPECT_GT(list().verticalScrollBar()->maximum(), 0);
+    waitForScroll(list().verticalScrollBar()->maximum());
+    viewModel.setSelectedIndex(0);
+    waitForScroll(0);
+}
+
+TEST_F(CommandPaletteViewTest, passwordsOfTheLastShowingGoWithTheField)
+{
+    fillLibrary();
+    open();
+    type(u"/rand:8"_s);
+    view().setPresented(false);
+    view().hide();
+    view().show();
+    view().setPresented(true);
+    // The old query is searched at once, and stands until the empty one is.
+    EXPECT_THAT(headers(), ElementsAre(u"Actions"_s, u"Random Password"_s));
+    EXPECT_EQ(view().rows().totalItemCount(), viewModel.totalItemCount());
+    EXPECT_EQ(list().selectedLine(), 1);
+    settle();
+    EXPECT_THAT(headers(), ElementsAre(u"Actions"_s, u"Most Used"_s));
+}
+
 // Mouse
 
 TEST_F(CommandPaletteViewTest, aClickOnTheOpenRowOpensTheMainWindow)
@@ -346,6 +462,23 @@ TEST_F(CommandPaletteViewTest, thePointerBetweenTheRowsHoversNothing)
     moveTo(u"id-a01"_s);
     QTest::mouseMove(list().viewport(), QPoint(60, list().rowRect(u"id-a00"_s).top() - 10));
     EXPECT_EQ(list().hoveredIndex(), std::nullopt);
+}
+
+TEST_F(CommandPaletteViewTest, aCalculationAndAResultAreLitAtOnceOneSelectedOneHovered)
+{
+    storage.snippets = {snippet(u"10 km run"_s), snippet(u"10 km walk"_s)};
+    open();
+    type(u"10 km="_s);
+    moveTo(u"id-10 km run"_s);
+    EXPECT_EQ(list().hoveredIndex(), 1);
+    EXPECT_EQ(rowColor(u"calculator-result"_s), QColor(0x2E, 0x2E, 0x2E));
+    EXPECT_EQ(rowColor(u"id-10 km run"_s), QColor(0x26, 0x26, 0x26));
+
+    key(Qt::Key_Down);
+    moveTo(u"calculator-result"_s);
+    EXPECT_EQ(list().hoveredIndex(), -100);
+    EXPECT_EQ(rowColor(u"calculator-result"_s), QColor(0x26, 0x26, 0x26));
+    EXPECT_EQ(rowColor(u"id-10 km run"_s), QColor(0x2E, 0x2E, 0x2E));
 }
 
 TEST_F(CommandPaletteViewTest, returnActsOnTheSelectedRowNotTheHoveredOne)
@@ -491,15 +624,29 @@ TEST_F(CommandPaletteViewTest, fieldListAndRowsHaveNames)
     auto* access = QAccessible::queryAccessibleInterface(&list());
     EXPECT_EQ(access->role(), QAccessible::List);
     EXPECT_EQ(access->text(QAccessible::Name), u"Snippets"_s);
-    QStringList names;
-    for (int i = 0; i < access->childCount(); ++i) {
-        if (access->child(i)->role() == QAccessible::ListItem)
-            names << access->child(i)->text(QAccessible::Name);
-    }
     const QString time = timeString(clock.now() - 5min);
-    EXPECT_THAT(names,
+    EXPECT_THAT(rowNames(),
                 ElementsAre(u"Actions"_s, u"Open Vellumry, View all snippets"_s, u"Today"_s,
                             u"Deploy, Shell, "_s + time, u"Most Used"_s, u"Deploy, Shell, 12×"_s));
+}
+
+TEST_F(CommandPaletteViewTest, aCalculationHasAName)
+{
+    open();
+    type(u"10 km="_s);
+    EXPECT_THAT(rowNames(), ElementsAre(u"Calculator"_s, u"10 km = 6.2137 miles, Copy result"_s));
+}
+
+TEST_F(CommandPaletteViewTest, passwordsHaveNames)
+{
+    open();
+    type(u"/rand:8"_s);
+    const auto passwords = viewModel.passwordResults();
+    ASSERT_EQ(passwords.size(), 3);
+    EXPECT_THAT(rowNames(),
+                ElementsAre(u"Random Password"_s, passwords[0].password + u", Simple, a-z, 0-9"_s,
+                            passwords[1].password + u", Medium, A-z, 0-9, -_@#"_s,
+                            passwords[2].password + u", Strong, A-z, 0-9, !@#$%..."_s));
 }
 
 TEST_F(CommandPaletteViewTest, theSelectedRowIsSelectedForAScreenReader)

@@ -3,8 +3,10 @@
 #include "notifications/NotificationCenter.h"
 #include "palette/ClipboardServiceProtocol.h"
 #include "palette/CommandPaletteViewModel.h"
+#include "palette/RandomPasswordService.h"
 #include "palette/SearchServiceProtocol.h"
 #include "storage/StorageServiceProtocol.h"
+#include "support/FakeRandomSource.h"
 #include "support/ManualClock.h"
 #include "support/ManualScheduler.h"
 #include "views/common/OverlayScrollBar.h"
@@ -61,7 +63,9 @@ public:
 class RecordingClipboard final : public ClipboardServiceProtocol {
 public:
     QStringList texts;
+    QStringList secrets;
     void copy(const QString& text) override { texts.append(text); }
+    void copySecret(const QString& text) override { secrets.append(text); }
 };
 
 /// A palette on a library, with time in the test's hands.
@@ -156,9 +160,12 @@ public:
     RecordingClipboard clipboard;
     NotificationCenter notifications;
     int dismissals = 0;
-    CommandPaletteViewModel viewModel{{storage, search, clipboard, notifications, scheduler, clock},
-                                      [](const Snippet&) {},
-                                      [this] { ++dismissals; }};
+    FakeRandomSource randomSource;
+    RandomPasswordService passwordService{randomSource};
+    CommandPaletteViewModel viewModel{
+        {storage, search, clipboard, passwordService, notifications, scheduler, clock},
+        [](const Snippet&) {},
+        [this] { ++dismissals; }};
 
 private:
     std::unique_ptr<CommandPaletteView> paletteView;

@@ -9,13 +9,33 @@ namespace {
 
 class PaletteRowDelegateTest : public test::PaletteFixture {
 protected:
-    /// Whether anything but ground is painted between two places of a row.
-    bool hasInkIn(const QRect& row, int left, int right)
+    /// Whether something of that colour is painted in a part of a row, give or take `tolerance`.
+    bool hasColour(const QRect& row, const QRect& part, const QColor& wanted, int tolerance = 0)
+    {
+        const QImage image = view().grab().toImage();
+        const qreal ratio = image.devicePixelRatio();
+        const QPoint corner = list().viewport()->mapTo(&view(), row.topLeft()) + part.topLeft();
+        for (int y = qRound(corner.y() * ratio); y < qRound((corner.y() + part.height()) * ratio);
+             ++y) {
+            for (int x = qRound(corner.x() * ratio);
+                 x < qRound((corner.x() + part.width()) * ratio); ++x) {
+                const QColor color = image.pixelColor(x, y);
+                if (std::abs(color.red() - wanted.red()) <= tolerance &&
+                    std::abs(color.green() - wanted.green()) <= tolerance &&
+                    std::abs(color.blue() - wanted.blue()) <= tolerance)
+                    return true;
+            }
+        }
+        return false;
+    }
+
+    /// Whether anything but ground is painted between two places of a row, around that height.
+    bool hasInkIn(const QRect& row, int left, int right, int middle = 20)
     {
         const QImage image = view().grab().toImage();
         const qreal ratio = image.devicePixelRatio();
         const QPoint corner = list().viewport()->mapTo(&view(), row.topLeft());
-        const int y = qRound((corner.y() + 20) * ratio);
+        const int y = qRound((corner.y() + middle) * ratio);
         const QColor ground = image.pixelColor(qRound((corner.x() + 5) * ratio), y);
         for (int dy = -8; dy <= 8; ++dy) {
             for (int x = qRound((corner.x() + left) * ratio);
@@ -84,6 +104,85 @@ TEST_F(PaletteRowDelegateTest, aTitleOfSeveralLinesIsShownAsOne)
     view().setPresented(true);
     settle();
     EXPECT_EQ(view().grab().toImage(), broken);
+}
+
+TEST_F(PaletteRowDelegateTest, answersAreHigherThanOtherRows)
+{
+    storage.snippets = {snippet(u"10 km run"_s)};
+    open();
+    type(u"10 km="_s);
+    const QRect calculation = list().rowRect(u"calculator-result"_s);
+    const QPoint corner = list().viewport()->mapTo(&view(), calculation.topLeft());
+    EXPECT_EQ(corner, QPoint(8, 60 + 4 + 28));
+    EXPECT_EQ(calculation.size(), QSize(664, 72));
+    EXPECT_EQ(list().rowRect(u"id-10 km run"_s).top(), calculation.top() + 72 + 28);
+    EXPECT_EQ(list().rowRect(u"id-10 km run"_s).height(), 40);
+
+    key(Qt::Key_A, Qt::ControlModifier);
+    type(u"/rand:8"_s);
+    const auto row = [this](int number) {
+        return list().rowRect(u"password-"_s + viewModel.passwordResults()[number].id);
+    };
+    EXPECT_EQ(row(0), QRect(calculation.topLeft(), QSize(664, 54)));
+    EXPECT_EQ(row(1), row(0).translated(0, 54));
+    EXPECT_EQ(row(2), row(1).translated(0, 54));
+}
+
+TEST_F(PaletteRowDelegateTest, answersHaveSymbolsInTheirColours)
+{
+    open();
+    type(u"2+3="_s);
+    EXPECT_TRUE(hasColour(list().rowRect(u"calculator-result"_s), {12, 26, 20, 20},
+                          QColor(0xFF, 0x9F, 0x0A)));
+    key(Qt::Key_A, Qt::ControlModifier);
+    type(u"/rand:8"_s);
+    const QList<QColor> colours{{0xFF, 0x9F, 0x0A}, {0xFF, 0x37, 0x5F}, {0x30, 0xD1, 0x58}};
+    for (int i = 0; i < 3; ++i) {
+        const QRect row = list().rowRect(u"password-"_s + viewModel.passwordResults()[i].id);
+        for (int other = 0; other < 3; ++other)
+            EXPECT_EQ(hasColour(row, {12, 17, 20, 20}, colours[other]), i == other) << i << other;
+    }
+}
+
+TEST_F(PaletteRowDelegateTest, theCalculatorsBadgeIsOrangeAndThePasswordsAreNot)
+{
+    open();
+    type(u"2+3="_s);
+    const QRect badge(610, 26, 44, 20);
+    EXPECT_TRUE(
+        hasColour(list().rowRect(u"calculator-result"_s), badge, QColor(0xFF, 0x9F, 0x0A), 60));
+    key(Qt::Key_A, Qt::ControlModifier);
+    type(u"/rand:8"_s);
+    const QString first = u"password-"_s + viewModel.passwordResults()[0].id;
+    EXPECT_FALSE(hasColour(list().rowRect(first), {600, 17, 54, 20}, QColor(0xFF, 0x9F, 0x0A), 60));
+    EXPECT_TRUE(hasInkIn(list().rowRect(first), 610, 650, 27));
+}
+
+TEST_F(PaletteRowDelegateTest, bothTextsOfAnAnswerAreThere)
+{
+    open();
+    type(u"2+3="_s);
+    const QRect calculation = list().rowRect(u"calculator-result"_s);
+    EXPECT_TRUE(hasInkIn(calculation, 44, 90, 22));
+    EXPECT_TRUE(hasInkIn(calculation, 44, 60, 45));
+    EXPECT_FALSE(hasInkIn(calculation, 100, 500, 36));
+    EXPECT_TRUE(hasInkIn(calculation, 530, 600, 36)); // "Copy result"
+    key(Qt::Key_A, Qt::ControlModifier);
+    type(u"/rand:64"_s);
+    const QRect password = list().rowRect(u"password-"_s + viewModel.passwordResults()[2].id);
+    EXPECT_TRUE(hasInkIn(password, 44, 90, 37));
+    EXPECT_TRUE(hasInkIn(password, 540, 580, 19));  // the longest one is cut ...
+    EXPECT_FALSE(hasInkIn(password, 590, 600, 19)); // ... before the badge
+}
+
+TEST_F(PaletteRowDelegateTest, aResultOfHundredsOfDigitsIsCut)
+{
+    open();
+    type(u"10^300="_s);
+    EXPECT_EQ(viewModel.calculationResult()->formattedValue.size(), 301);
+    const QRect calculation = list().rowRect(u"calculator-result"_s);
+    EXPECT_TRUE(hasInkIn(calculation, 480, 510, 45));
+    EXPECT_FALSE(hasInkIn(calculation, 600, 608, 45)); // between the caption and the badge
 }
 
 TEST_F(PaletteRowDelegateTest, emojiAreInColour)

@@ -176,6 +176,84 @@ TEST(PaletteRowsTest, onlyTheJustCopiedSnippetIsMarked)
     EXPECT_TRUE(row(rows, 1).isCopied);
 }
 
+QList<PasswordResult> passwords()
+{
+    return {{u"1"_s, u"k3v9"_s, PasswordComplexity::simple, 4},
+            {u"2"_s, u"Wm7_"_s, PasswordComplexity::medium, 4},
+            {u"3"_s, u"u$8K"_s, PasswordComplexity::strong, 4}};
+}
+
+const CalculationResult sum{u"2+3"_s, 5, u"5"_s};
+
+TEST(PaletteRowsTest, passwordsStandAlone)
+{
+    const PaletteRows rows({.query = u"/rand:4"_s, .passwordResults = passwords()}, now);
+    EXPECT_THAT(ids(rows), ElementsAre(u"[Random Password]"_s, u"password-1"_s, u"password-2"_s,
+                                       u"password-3"_s));
+    EXPECT_EQ(rows.totalItemCount(), 3);
+    EXPECT_FALSE(rows.showsEmptyState());
+    for (int index = 0; index < 3; ++index) {
+        EXPECT_EQ(row(rows, index).kind, PaletteRowKind::password);
+        EXPECT_EQ(row(rows, index).hoverIndex, index);
+    }
+}
+
+TEST(PaletteRowsTest, passwordsHaveTheTextsAndSymbolOfTheirComplexity)
+{
+    const PaletteRows rows({.query = u"/rand:4"_s, .passwordResults = passwords()}, now);
+    const auto look = [&](int index) {
+        const PaletteRow& one = row(rows, index);
+        return QStringList{one.symbol, one.title, one.detail, one.badge, one.trailing};
+    };
+    EXPECT_THAT(look(0), ElementsAre(u"lock.open"_s, u"k3v9"_s, u"a-z, 0-9"_s, u"Simple"_s, u""_s));
+    EXPECT_THAT(look(1),
+                ElementsAre(u"lock"_s, u"Wm7_"_s, u"A-z, 0-9, -_@#"_s, u"Medium"_s, u""_s));
+    EXPECT_THAT(look(2), ElementsAre(u"lock.shield"_s, u"u$8K"_s, u"A-z, 0-9, !@#$%..."_s,
+                                     u"Strong"_s, u""_s));
+}
+
+TEST(PaletteRowsTest, aCalculationStandsAboveTheResults)
+{
+    const PaletteRows rows(
+        {.query = u"2+3="_s, .filteredSnippets = snippets(12), .calculationResult = sum}, now);
+    EXPECT_EQ(rows.totalItemCount(), 11);
+    EXPECT_THAT(ids(rows).first(4),
+                ElementsAre(u"[Calculator]"_s, u"calculator-result"_s, u"[Results]"_s, u"0"_s));
+    EXPECT_EQ(row(rows, 0).kind, PaletteRowKind::calculator);
+    EXPECT_EQ(row(rows, 0).hoverIndex, -100);
+    EXPECT_EQ(row(rows, 1).id, u"0"_s);
+    EXPECT_EQ(row(rows, 1).hoverIndex, 1);
+    EXPECT_EQ(row(rows, 10).id, u"9"_s);
+    EXPECT_EQ(rows.lineOfIndex(11), -1);
+}
+
+TEST(PaletteRowsTest, aCalculationHasItsTexts)
+{
+    const PaletteRows rows({.query = u"2+3="_s, .calculationResult = sum}, now);
+    EXPECT_EQ(rows.totalItemCount(), 1);
+    EXPECT_FALSE(rows.showsEmptyState());
+    const PaletteRow& one = row(rows, 0);
+    EXPECT_EQ(one.symbol, u"equal"_s);
+    EXPECT_EQ(one.detail, u"2+3 ="_s);
+    EXPECT_EQ(one.title, u"5"_s);
+    EXPECT_EQ(one.trailing, u"Copy result"_s);
+    EXPECT_EQ(one.badge, u"Calc"_s);
+}
+
+TEST(PaletteRowsTest, answersOfTheLastQueryDoNotCountInAnEmptyField)
+{
+    // For 50 ms after the palette appears they still stand below the opening row.
+    const PaletteRows withPasswords({.query = {}, .passwordResults = passwords()}, now);
+    EXPECT_EQ(withPasswords.totalItemCount(), 1);
+    EXPECT_EQ(row(withPasswords, 0).kind, PaletteRowKind::openApp);
+
+    const PaletteRows withCalculation(
+        {.query = {}, .filteredSnippets = snippets(2), .calculationResult = sum}, now);
+    EXPECT_EQ(withCalculation.totalItemCount(), 3);
+    EXPECT_EQ(row(withCalculation, 0).kind, PaletteRowKind::openApp);
+    EXPECT_EQ(row(withCalculation, 1).id, u"0"_s);
+}
+
 TEST(PaletteRowsTest, timeOfDayIsInTwelveHours)
 {
     EXPECT_EQ(timeString(localTime(2026, 3, 9, 0, 5)), u"12:05 AM"_s);

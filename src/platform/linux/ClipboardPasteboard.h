@@ -8,6 +8,7 @@ namespace vellumry {
 class ClipboardPasteboard final : public Pasteboard {
 public:
     void setString(const QString& text) override;
+    void setSecretString(const QString& text) override;
 };
 
 } // namespace vellumry

@@ -41,4 +41,15 @@ QFont uiFont(int pixelSize, QFont::Weight weight)
     return font;
 }
 
+QFont monoFont(int pixelSize, QFont::Weight weight)
+{
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setFamilies(
+        {QStringLiteral("JetBrains Mono"), QStringLiteral("Noto Sans Mono"), font.family()});
+    font.setStyleStrategy(QFont::PreferNoShaping);
+    font.setPixelSize(pixelSize);
+    font.setWeight(weight);
+    return font;
+}
+
 } // namespace vellumry

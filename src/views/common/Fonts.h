@@ -9,4 +9,8 @@ namespace vellumry {
 /// `pixelSize` is in device-independent pixels.
 [[nodiscard]] QFont uiFont(int pixelSize, QFont::Weight weight = QFont::Normal);
 
+/// The font of texts in which each character counts: all of one width, and none drawn together
+/// with its neighbour, as "->" would be.
+[[nodiscard]] QFont monoFont(int pixelSize, QFont::Weight weight = QFont::Normal);
+
 } // namespace vellumry

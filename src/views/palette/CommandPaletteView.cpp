@@ -96,7 +96,9 @@ void CommandPaletteView::updateRows()
     currentRows = PaletteRows({.query = viewModel.query(),
                                .filteredSnippets = viewModel.filteredSnippets(),
                                .todaySnippets = viewModel.todaySnippets(),
-                               .justCopiedID = viewModel.justCopiedID()},
+                               .justCopiedID = viewModel.justCopiedID(),
+                               .calculationResult = viewModel.calculationResult(),
+                               .passwordResults = viewModel.passwordResults()},
                               services.clock.now());
     listView->setRows(currentRows, viewModel.selectedIndex());
     listView->setVisible(!currentRows.showsEmptyState());
@@ -121,6 +123,14 @@ void CommandPaletteView::rowClicked(const PaletteRow& row)
     case PaletteRowKind::openApp:
         Q_EMIT services.notifications.openMainWindow();
         services.viewModel.dismiss();
+        break;
+    case PaletteRowKind::password:
+        services.viewModel.setSelectedIndex(row.index);
+        services.viewModel.selectCurrentItem();
+        break;
+    case PaletteRowKind::calculator:
+        // The selection stays, so with a lower row selected that row is copied.
+        services.viewModel.selectCurrentItem();
         break;
     case PaletteRowKind::snippet:
         services.viewModel.copyAndDismiss(*row.snippet);

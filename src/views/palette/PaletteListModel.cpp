@@ -4,10 +4,22 @@ namespace vellumry {
 
 namespace {
 
+QStringList spokenParts(const PaletteRow& row)
+{
+    switch (row.kind) {
+    case PaletteRowKind::calculator: // "2+3 = 5"
+        return {row.detail + u' ' + row.title, row.trailing};
+    case PaletteRowKind::password:
+        return {row.title, row.badge, row.detail};
+    default:
+        return {row.title, row.detail, row.trailing};
+    }
+}
+
 QString spokenText(const PaletteRow& row)
 {
     QStringList parts;
-    for (const QString& part : {row.title, row.detail, row.trailing}) {
+    for (const QString& part : spokenParts(row)) {
         if (!part.isEmpty())
             parts.append(part);
     }

@@ -9,6 +9,7 @@
 
 #include <QPainter>
 
+#include <optional>
 #include <utility>
 
 namespace vellumry {
@@ -19,10 +20,50 @@ constexpr int cachedRows = 500;
 constexpr int longestShownText = 300; ///< characters; more never fits, but costs to lay out
 constexpr int dotSize = 8;
 constexpr int symbolSize = 18;
+constexpr int answerSymbolSize = 20;
 constexpr int badgePadding = 8;
 constexpr int badgeRadius = 5;
 constexpr int leastDetailWidth = 24; ///< below it the detail gives way altogether
 constexpr int textX = 2 * QuickSearchStyle::rowPadding + QuickSearchStyle::iconSlot;
+
+/// A row with its two texts one below the other, and where the middles of their lines are.
+struct StackedRow {
+    int height;
+    int titleMiddle;
+    int detailMiddle;
+};
+
+/// Nothing for the rows whose texts stand side by side.
+std::optional<StackedRow> stackedRow(PaletteRowKind kind)
+{
+    switch (kind) {
+    case PaletteRowKind::password:
+        return StackedRow{QuickSearchStyle::passwordRowHeight, 19, 37};
+    case PaletteRowKind::calculator:
+        return StackedRow{QuickSearchStyle::calculatorRowHeight, 45, 22};
+    default:
+        return std::nullopt;
+    }
+}
+
+int heightOf(const PaletteRow& row)
+{
+    if (row.isHeader())
+        return QuickSearchStyle::headerHeight;
+    const auto stacked = stackedRow(row.kind);
+    return stacked ? stacked->height : QuickSearchStyle::rowHeight;
+}
+
+QColor symbolColor(const QString& symbol)
+{
+    if (symbol == u"macwindow")
+        return QuickSearchStyle::iconNeutral;
+    if (symbol == u"lock")
+        return QuickSearchStyle::iconPink;
+    if (symbol == u"lock.shield")
+        return QuickSearchStyle::iconGreen;
+    return QuickSearchStyle::iconOrange;
+}
 
 QString singleLine(const QString& text)
 {
@@ -59,18 +100,18 @@ PaletteRowDelegate::PaletteRowDelegate(const PaletteListModel& lines, Collection
                                        QObject* parent)
     : QAbstractItemDelegate(parent), model(lines), collectionColor(std::move(color)),
       headerFont(uiFont(11, QFont::DemiBold)), titleFont(uiFont(14, QFont::Medium)),
-      detailFont(uiFont(12)), badgeFont(uiFont(11, QFont::Medium)), texts(cachedRows)
+      detailFont(uiFont(12)), badgeFont(uiFont(11, QFont::Medium)),
+      passwordFont(monoFont(15, QFont::Medium)), calculationFont(monoFont(13)),
+      resultFont(monoFont(22, QFont::Medium)), texts(cachedRows)
 {
     headerFont.setLetterSpacing(QFont::PercentageSpacing, 102);
 }
 
 int PaletteRowDelegate::lineHeight(int line) const
 {
-    const int own =
-        model.line(line).isHeader() ? QuickSearchStyle::headerHeight : QuickSearchStyle::rowHeight;
     const int above = line == 0 ? QuickSearchStyle::listTopMargin : 0;
     const int below = line == model.rowCount() - 1 ? QuickSearchStyle::listMargin : 0;
-    return above + own + below;
+    return above + heightOf(model.line(line)) + below;
 }
 
 QRect PaletteRowDelegate::rowRect(int line, const QRect& lineRect) const
@@ -78,7 +119,7 @@ QRect PaletteRowDelegate::rowRect(int line, const QRect& lineRect) const
     const int above = line == 0 ? QuickSearchStyle::listTopMargin : 0;
     const int margin = QuickSearchStyle::listMargin - QuickSearchStyle::listInset;
     return {lineRect.x() + margin, lineRect.y() + above, lineRect.width() - 2 * margin,
-            QuickSearchStyle::rowHeight};
+            heightOf(model.line(line))};
 }
 
 QSize PaletteRowDelegate::sizeHint(const QStyleOptionViewItem&, const QModelIndex& index) const
@@ -105,7 +146,7 @@ void PaletteRowDelegate::paintHeader(QPainter& painter, const QRect& line,
     const qreal centerY = line.bottom() + 1 - QuickSearchStyle::headerHeight / 2.0 + lowering;
     painter.setFont(headerFont);
     painter.setPen(QuickSearchStyle::subtleTextColor);
-    drawCentered(painter, x, centerY, textsOf(row, line.width()).title);
+    drawCentered(painter, x, centerY, textsOf(row, line.width())->title);
 }
 
 void PaletteRowDelegate::paintRow(QPainter& painter, const QRect& rect, const PaletteRow& row,
@@ -120,37 +161,11 @@ void PaletteRowDelegate::paintRow(QPainter& painter, const QRect& rect, const Pa
         fillRounded(painter, rect, QuickSearchStyle::rowRadius, QuickSearchStyle::hoverBackground);
     }
     paintLeading(painter, rect, row);
-
-    const RowTexts& text = textsOf(row, rect.width());
-    const qreal centerY = rect.y() + rect.height() / 2.0;
+    const auto text = textsOf(row, rect.width());
     const QColor secondary =
         isSelected ? QuickSearchStyle::textOnSelection : QuickSearchStyle::badgeText;
-    qreal x = rect.x() + textX;
-    painter.setFont(titleFont);
-    painter.setPen(QuickSearchStyle::text);
-    drawCentered(painter, x, centerY, text.title);
-
-    x += text.title.size().width() + QuickSearchStyle::rowPadding;
-    painter.setFont(detailFont);
-    painter.setPen(secondary);
-    drawCentered(painter, x, centerY, text.detail);
-
-    const qreal right = rect.right() + 1 - QuickSearchStyle::rowPadding;
-    if (row.isCopied) {
-        Icon(QStringLiteral("checkmark"))
-            .paint(painter, {right - symbolSize, centerY - symbolSize / 2.0}, symbolSize,
-                   QuickSearchStyle::iconGreen);
-    } else if (!row.badge.isEmpty()) {
-        const qreal width = text.badge.size().width() + 2 * badgePadding;
-        const QRectF badge(right - width, centerY - QuickSearchStyle::badgeHeight / 2.0, width,
-                           QuickSearchStyle::badgeHeight);
-        fillRounded(painter, badge, badgeRadius, QuickSearchStyle::badgeFill);
-        painter.setFont(badgeFont);
-        painter.setPen(secondary);
-        drawCentered(painter, badge.x() + badgePadding, centerY, text.badge);
-    } else {
-        drawCentered(painter, right - text.trailing.size().width(), centerY, text.trailing);
-    }
+    paintTexts(painter, rect, row, *text, secondary);
+    paintTrailing(painter, rect, row, *text, secondary);
 }
 
 void PaletteRowDelegate::paintLeading(QPainter& painter, const QRect& rect,
@@ -158,37 +173,101 @@ void PaletteRowDelegate::paintLeading(QPainter& painter, const QRect& rect,
 {
     const QPointF center(rect.x() + QuickSearchStyle::rowPadding + QuickSearchStyle::iconSlot / 2.0,
                          rect.y() + rect.height() / 2.0);
-    if (row.kind == PaletteRowKind::openApp) {
-        Icon(QStringLiteral("macwindow"))
-            .paint(painter, center - QPointF(symbolSize, symbolSize) / 2, symbolSize,
-                   QuickSearchStyle::iconNeutral);
-    } else {
+    if (row.symbol.isEmpty()) {
         fillRounded(
             painter,
             QRectF(0, 0, dotSize, dotSize).translated(center - QPointF(dotSize, dotSize) / 2),
             dotSize / 2.0, collectionColor(row.detail));
+        return;
+    }
+    const int size = stackedRow(row.kind) ? answerSymbolSize : symbolSize;
+    Icon(row.symbol)
+        .paint(painter, center - QPointF(size, size) / 2, size, symbolColor(row.symbol));
+}
+
+void PaletteRowDelegate::paintTexts(QPainter& painter, const QRect& rect, const PaletteRow& row,
+                                    const RowTexts& text, const QColor& secondary) const
+{
+    const qreal x = rect.x() + textX;
+    const auto stacked = stackedRow(row.kind);
+    const qreal centerY = rect.y() + rect.height() / 2.0;
+    painter.setFont(titleFontOf(row));
+    painter.setPen(QuickSearchStyle::text);
+    drawCentered(painter, x, stacked ? rect.y() + stacked->titleMiddle : centerY, text.title);
+
+    const qreal detailX =
+        stacked ? x : x + text.title.size().width() + QuickSearchStyle::rowPadding;
+    painter.setFont(detailFontOf(row));
+    painter.setPen(secondary);
+    drawCentered(painter, detailX, stacked ? rect.y() + stacked->detailMiddle : centerY,
+                 text.detail);
+}
+
+void PaletteRowDelegate::paintTrailing(QPainter& painter, const QRect& rect, const PaletteRow& row,
+                                       const RowTexts& text, const QColor& secondary) const
+{
+    const qreal centerY = rect.y() + rect.height() / 2.0;
+    qreal right = rect.right() + 1 - QuickSearchStyle::rowPadding;
+    if (row.isCopied) {
+        Icon(QStringLiteral("checkmark"))
+            .paint(painter, {right - symbolSize, centerY - symbolSize / 2.0}, symbolSize,
+                   QuickSearchStyle::iconGreen);
+        return;
+    }
+    if (!row.badge.isEmpty()) {
+        const qreal width = text.badge.size().width() + 2 * badgePadding;
+        const QRectF badge(right - width, centerY - QuickSearchStyle::badgeHeight / 2.0, width,
+                           QuickSearchStyle::badgeHeight);
+        fillRounded(painter, badge, badgeRadius, QuickSearchStyle::badgeFill);
+        painter.setFont(badgeFont);
+        painter.setPen(row.kind == PaletteRowKind::calculator ? QuickSearchStyle::iconOrange
+                                                              : secondary);
+        drawCentered(painter, badge.x() + badgePadding, centerY, text.badge);
+        right = badge.x() - QuickSearchStyle::rowPadding;
+    }
+    painter.setFont(detailFont);
+    painter.setPen(secondary);
+    drawCentered(painter, right - text.trailing.size().width(), centerY, text.trailing);
+}
+
+const QFont& PaletteRowDelegate::titleFontOf(const PaletteRow& row) const
+{
+    switch (row.kind) {
+    case PaletteRowKind::password:
+        return passwordFont;
+    case PaletteRowKind::calculator:
+        return resultFont;
+    default:
+        return titleFont;
     }
 }
 
-const PaletteRowDelegate::RowTexts& PaletteRowDelegate::textsOf(const PaletteRow& row,
-                                                                int rowWidth) const
+const QFont& PaletteRowDelegate::detailFontOf(const PaletteRow& row) const
 {
+    return row.kind == PaletteRowKind::calculator ? calculationFont : detailFont;
+}
+
+std::shared_ptr<const PaletteRowDelegate::RowTexts>
+PaletteRowDelegate::textsOf(const PaletteRow& row, int rowWidth) const
+{
+    // A password is kept nowhere but in its row.
+    if (row.kind == PaletteRowKind::password)
+        return layOut(row, rowWidth);
     constexpr QChar separator(0x1f);
     const QString key = QString::number(rowWidth) + separator +
                         QString::number(static_cast<int>(row.kind)) + separator + row.title +
                         separator + row.detail + separator + row.trailing + separator + row.badge;
-    if (const RowTexts* known = texts.object(key))
+    if (const auto* known = texts.object(key))
         return *known;
     auto fresh = layOut(row, rowWidth);
-    const RowTexts& result = *fresh;
-    texts.insert(key, fresh.release());
-    return result;
+    texts.insert(key, new std::shared_ptr(fresh));
+    return fresh;
 }
 
-std::unique_ptr<PaletteRowDelegate::RowTexts> PaletteRowDelegate::layOut(const PaletteRow& row,
-                                                                         int rowWidth) const
+std::shared_ptr<const PaletteRowDelegate::RowTexts>
+PaletteRowDelegate::layOut(const PaletteRow& row, int rowWidth) const
 {
-    auto result = std::make_unique<RowTexts>();
+    auto result = std::make_shared<RowTexts>();
     if (row.isHeader()) {
         result->title = laidOut(row.title, headerFont);
         return result;
@@ -197,19 +276,25 @@ std::unique_ptr<PaletteRowDelegate::RowTexts> PaletteRowDelegate::layOut(const P
     result->badge = laidOut(row.badge, badgeFont);
     result->trailing = laidOut(row.trailing, detailFont);
     qreal endWidth = result->trailing.size().width();
-    if (!row.badge.isEmpty())
-        endWidth = result->badge.size().width() + 2 * badgePadding;
+    if (!row.badge.isEmpty()) {
+        const qreal badgeWidth = result->badge.size().width() + 2 * badgePadding;
+        endWidth = row.trailing.isEmpty() ? badgeWidth : endWidth + gap + badgeWidth;
+    }
     if (row.isCopied)
         endWidth = symbolSize;
     const qreal room = rowWidth - textX - QuickSearchStyle::rowPadding - endWidth - gap;
 
-    // The detail is cut first, the title only when the detail has gone.
     const QString title = singleLine(row.title);
     const QString detail = singleLine(row.detail);
-    result->title = fitted(title, titleFont, room);
+    result->title = fitted(title, titleFontOf(row), room);
+    if (stackedRow(row.kind)) {
+        result->detail = fitted(detail, detailFontOf(row), room);
+        return result;
+    }
+    // Side by side the detail is cut first, the title only when the detail has gone.
     const qreal detailRoom = room - result->title.size().width() - gap;
     if (detailRoom >= leastDetailWidth)
-        result->detail = fitted(detail, detailFont, detailRoom);
+        result->detail = fitted(detail, detailFontOf(row), detailRoom);
     return result;
 }
 

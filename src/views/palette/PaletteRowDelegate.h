@@ -50,12 +50,19 @@ private:
         QStaticText badge;
     };
 
-    [[nodiscard]] const RowTexts& textsOf(const PaletteRow& row, int rowWidth) const;
-    [[nodiscard]] std::unique_ptr<RowTexts> layOut(const PaletteRow& row, int rowWidth) const;
+    [[nodiscard]] std::shared_ptr<const RowTexts> textsOf(const PaletteRow& row,
+                                                          int rowWidth) const;
+    [[nodiscard]] std::shared_ptr<const RowTexts> layOut(const PaletteRow& row, int rowWidth) const;
+    [[nodiscard]] const QFont& titleFontOf(const PaletteRow& row) const;
+    [[nodiscard]] const QFont& detailFontOf(const PaletteRow& row) const;
     void paintHeader(QPainter& painter, const QRect& line, const PaletteRow& row) const;
     void paintRow(QPainter& painter, const QRect& rect, const PaletteRow& row,
                   bool isSelected) const;
     void paintLeading(QPainter& painter, const QRect& rect, const PaletteRow& row) const;
+    void paintTexts(QPainter& painter, const QRect& rect, const PaletteRow& row,
+                    const RowTexts& text, const QColor& secondary) const;
+    void paintTrailing(QPainter& painter, const QRect& rect, const PaletteRow& row,
+                       const RowTexts& text, const QColor& secondary) const;
 
     const PaletteListModel& model;
     CollectionColor collectionColor;
@@ -63,7 +70,10 @@ private:
     QFont titleFont;
     QFont detailFont;
     QFont badgeFont;
-    mutable QCache<QString, RowTexts> texts;
+    QFont passwordFont;
+    QFont calculationFont;
+    QFont resultFont;
+    mutable QCache<QString, std::shared_ptr<const RowTexts>> texts;
 };
 
 } // namespace vellumry

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "calculators/CalculationResult.h"
 #include "models/Snippet.h"
+#include "palette/PasswordResult.h"
 
 #include <QList>
 #include <QString>
@@ -10,21 +12,24 @@
 
 namespace vellumry {
 
-/// What a line of the palette's list is. Calculator and password rows will join them.
+/// What a line of the palette's list is.
 enum class PaletteRowKind {
     sectionHeader,
     openApp,
+    password,
+    calculator,
     snippet,
 };
 
 /// One line of the palette's list, with the texts to show.
 struct PaletteRow {
     PaletteRowKind kind = PaletteRowKind::sectionHeader;
-    QString id = {};     ///< unique in the list; empty for a header
-    int index = -1;      ///< place in the model's numbering; -1 for a header
-    int hoverIndex = -1; ///< what stands for this row as the hovered one: mostly the index
-    QString title = {};
-    QString detail = {};   ///< subtitle or collection
+    QString id = {};       ///< unique in the list; empty for a header
+    int index = -1;        ///< place in the model's numbering; -1 for a header
+    int hoverIndex = -1;   ///< what stands for this row as the hovered one: mostly the index
+    QString symbol = {};   ///< the icon's name; empty for a snippet, which has a dot
+    QString title = {};    ///< of an answer: the password or the result
+    QString detail = {};   ///< subtitle, collection or caption; of a calculation what was typed
     QString trailing = {}; ///< time, count or age; may be empty
     QString badge = {};    ///< may be empty
     bool isCopied = false;
@@ -40,13 +45,17 @@ class PaletteRows {
 public:
     /// The hovered index that means the row "Open Vellumry".
     static constexpr int openAppHoverIndex = -1;
+    /// The hovered index that means the calculator row.
+    static constexpr int calculatorHoverIndex = -100;
 
     /// The part of the model's state that decides the rows.
     struct State {
-        QString query;
-        QList<Snippet> filteredSnippets; ///< not cut
-        QList<Snippet> todaySnippets;    ///< not cut
-        std::optional<QString> justCopiedID;
+        QString query = {};
+        QList<Snippet> filteredSnippets = {}; ///< not cut
+        QList<Snippet> todaySnippets = {};    ///< not cut
+        std::optional<QString> justCopiedID = {};
+        std::optional<CalculationResult> calculationResult = {};
+        QList<PasswordResult> passwordResults = {};
     };
 
     PaletteRows() = default;
@@ -70,8 +79,10 @@ public:
 
 private:
     void addHeader(const QString& title);
-    void addRow(PaletteRow row);
-    void addSnippets(const QList<Snippet>& snippets, const QString& idPrefix,
+    void addOpenApp();
+    void addPasswords(const QList<PasswordResult>& passwords);
+    void addCalculation(const CalculationResult& result);
+    void addSnippets(const QList<Snippet>& snippets, int firstIndex, const QString& idPrefix,
                      const std::optional<QString>& copiedID,
                      const std::function<QString(const Snippet&)>& trailingText);
 

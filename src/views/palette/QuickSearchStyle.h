@@ -40,6 +40,8 @@ struct QuickSearchStyle {
     static constexpr int footerHeight = 40;
     static constexpr int headerHeight = 28;
     static constexpr int rowHeight = 40;
+    static constexpr int passwordRowHeight = 54;
+    static constexpr int calculatorRowHeight = 72;
     static constexpr int rowRadius = 8;
     static constexpr int rowPadding = 12; ///< inside a row, and between its parts
     static constexpr int listMargin = 8;
