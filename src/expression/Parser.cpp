@@ -176,15 +176,7 @@ void Parser::openParenthesis()
 {
     if (!endsInOperand())
         return open(Purpose::group, ')', 0);
-    Index target = stack.back();
-    if (tree[target].isSymbol(Case::variable)) {
-        tree[target].symbolCase = Case::function;
-    } else {
-        target = tree.addSymbol(Case::infix, "()");
-        tree.appendArgument(target, stack.back());
-        stack.back() = target;
-    }
-    open(Purpose::arguments, ')', target);
+    open(Purpose::arguments, ')', bracketedOperand(Case::function, "()"));
 }
 
 void Parser::openBracket()
@@ -194,15 +186,21 @@ void Parser::openBracket()
         stack.push_back(list);
         return open(Purpose::arguments, ']', list);
     }
-    Index target = stack.back();
-    if (tree[target].isSymbol(Case::variable)) {
-        tree[target].symbolCase = Case::array;
-    } else {
-        target = tree.addSymbol(Case::infix, "[]");
-        tree.appendArgument(target, stack.back());
-        stack.back() = target;
+    open(Purpose::subscript, ']', bracketedOperand(Case::array, "[]"));
+}
+
+/// Makes of the last operand what brackets behind it mean: a variable names what the brackets
+/// belong to, anything else is the first argument of an operator.
+Parser::Index Parser::bracketedOperand(Case ofVariable, std::string_view operatorName)
+{
+    const Index operand = stack.back();
+    if (tree[operand].isSymbol(Case::variable)) {
+        tree[operand].symbolCase = ofVariable;
+        return operand;
     }
-    open(Purpose::subscript, ']', target);
+    stack.back() = tree.addSymbol(Case::infix, operatorName);
+    tree.appendArgument(stack.back(), operand);
+    return stack.back();
 }
 
 void Parser::readComma()

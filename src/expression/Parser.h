@@ -58,6 +58,7 @@ private:
     void readOperator(std::string_view name);
     void openParenthesis();
     void openBracket();
+    [[nodiscard]] Index bracketedOperand(Symbol::Case ofVariable, std::string_view operatorName);
     void readComma();
 
     void finishToken();
