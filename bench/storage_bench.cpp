@@ -2,6 +2,7 @@
 // against what the machine can do at best, or against the obvious way, in the same run.
 
 #include "core/Log.h"
+#include "core/SerialQueue.h"
 #include "models/JSONDecoder.h"
 #include "models/JSONEncoder.h"
 #include "palette/FuzzySearchService.h"
@@ -64,9 +65,11 @@ public:
     StorageLocationManager locations{
         {preferences, FileSystem::local(), center, directory.path(), directory.path()}};
     CategoryColorService colors{preferences};
+    SerialQueue watcherQueue{FileWatcherService::callbackQueueLabel.toString()};
     CollectionFileStorageService storage{{locations, FileSystem::local(), center,
                                           EventLoopScheduler::shared(), SystemClock::shared(),
-                                          colors, [] { return std::optional<QByteArray>(); }}};
+                                          colors, [] { return std::optional<QByteArray>(); },
+                                          &FileEventStream::local, watcherQueue.context()}};
     qint64 fileBytes = 0;
 };
 

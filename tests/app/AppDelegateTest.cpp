@@ -92,7 +92,8 @@ protected:
                 clock,
                 [](const QString&) { return QColor(Qt::gray); },
                 [] { return QStringLiteral("~/Documents/Apps/Vellumry"); },
-                [this] { return uptime; }};
+                [this] { return uptime; },
+                [this] { hotkeys.calls.append(QStringLiteral("watch")); }};
     }
 
     void showPalette()
