@@ -130,7 +130,7 @@ TEST_F(AppDelegateTest, startsWithAHiddenPaletteAndTheStoredHotKey)
     ASSERT_NE(delegate.palettePanel(), nullptr);
     EXPECT_FALSE(delegate.palettePanel()->isVisible());
     EXPECT_EQ(delegate.palettePanel()->size(), QSize(680, 480));
-    EXPECT_THAT(hotkeys.calls, ElementsAre(QStringLiteral("register ⌥t")));
+    EXPECT_THAT(hotkeys.calls, ElementsAre(QStringLiteral("watch"), QStringLiteral("register ⌥t")));
     EXPECT_THAT(log.lines,
                 ElementsAre(QStringLiteral("Vellumry launched, isLaunchAtLoginStart: false"),
                             QStringLiteral("AppDelegate: setupHotkey - key: t, modifiers: ⌥")));

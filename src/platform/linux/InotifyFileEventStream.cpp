@@ -26,11 +26,9 @@ using namespace std::chrono_literals;
 /// How often a folder that is not there is looked for.
 constexpr auto searchInterval = 1s;
 
-/// IN_ATTRIB for the folder itself alone: a removed folder that somebody still has open tells of
-/// nothing else.
 constexpr uint32_t folderEvents = IN_CREATE | IN_DELETE | IN_MODIFY | IN_CLOSE_WRITE |
-                                  IN_MOVED_FROM | IN_MOVED_TO | IN_ATTRIB | IN_DELETE_SELF |
-                                  IN_MOVE_SELF | IN_ONLYDIR | IN_EXCL_UNLINK;
+                                  IN_MOVED_FROM | IN_MOVED_TO | IN_DELETE_SELF | IN_MOVE_SELF |
+                                  IN_ONLYDIR | IN_EXCL_UNLINK;
 constexpr uint32_t wayEvents = IN_DELETE_SELF | IN_MOVE_SELF | IN_DONT_FOLLOW;
 
 quint32 flagsOf(uint32_t mask)
@@ -189,13 +187,20 @@ void InotifyFileEventStream::disarm()
 /// Watches whatever the path may come to lead elsewhere by: the folders above and the links.
 void InotifyFileEventStream::watchTheWay()
 {
-    const auto watchWithFoldersAbove = [this](QString path) {
-        while (!path.isEmpty()) {
-            const int watch = calls.addWatch(descriptor, path.toUtf8().constData(), wayEvents);
-            // What may not be watched is left out.
-            if (watch >= 0)
-                wayWatches.insert(watch);
-            path.truncate(path.lastIndexOf(u'/'));
+    const auto watch = [this](const QString& path, uint32_t events) {
+        const int added = calls.addWatch(descriptor, path.toUtf8().constData(), events);
+        // What may not be watched is left out.
+        if (added >= 0)
+            wayWatches.insert(added);
+    };
+    const auto watchWithFoldersAbove = [&](QString path) {
+        watch(path, wayEvents);
+        // A folder that is removed while somebody has it open is told of by its parent alone.
+        uint32_t events = wayEvents | IN_DELETE;
+        for (path.truncate(path.lastIndexOf(u'/')); !path.isEmpty();
+             path.truncate(path.lastIndexOf(u'/'))) {
+            watch(path, events);
+            events = wayEvents;
         }
     };
     const QString path = QDir::cleanPath(request.folder);
@@ -280,9 +285,9 @@ void InotifyFileEventStream::take(const struct ::inotify_event& event, const cha
         return; // of a watch that was given up
     if (event.mask & (IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT | IN_IGNORED))
         isLost = true;
-    else if (isOfFolder && event.len == 0)
+    else if (!isOfFolder)
         isLost = isLost || identity() != watched;
-    else if (const quint32 changes = flagsOf(event.mask); isOfFolder && changes != 0)
+    else if (const quint32 changes = flagsOf(event.mask); changes != 0)
         add(request.folder % u'/' % QString::fromUtf8(name), changes);
 }
 
