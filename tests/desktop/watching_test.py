@@ -164,7 +164,6 @@ class TwoPrograms(DesktopCase):
         """After uses within one another's guards the later one stands, and both hear what follows."""
         self.use(self.program, "letter")
         self.use(self.other, "alpha")
-        # The later save may have written an older letter; whoever is right, both agree in the end.
         wait_for("a quiet folder", lambda: all(p.count(RELOADING) > 0 for p in self.both))
         self.assertEqual(self.whole_snippets()["alpha note"]["usageCount"], 1)
         before = [program.count(RELOADING) for program in self.both]
