@@ -2,6 +2,7 @@
 // against what the machine can do at best, or against the obvious way, in the same run.
 
 #include "core/Log.h"
+#include "core/SerialQueue.h"
 #include "models/JSONDecoder.h"
 #include "models/JSONEncoder.h"
 #include "palette/FuzzySearchService.h"
@@ -28,6 +29,7 @@
 #include <fcntl.h>
 #include <functional>
 #include <malloc.h>
+#include <optional>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -64,9 +66,11 @@ public:
     StorageLocationManager locations{
         {preferences, FileSystem::local(), center, directory.path(), directory.path()}};
     CategoryColorService colors{preferences};
+    SerialQueue watcherQueue{FileWatcherService::callbackQueueLabel.toString()};
     CollectionFileStorageService storage{{locations, FileSystem::local(), center,
                                           EventLoopScheduler::shared(), SystemClock::shared(),
-                                          colors, [] { return std::optional<QByteArray>(); }}};
+                                          colors, [] { return std::optional<QByteArray>(); },
+                                          &FileEventStream::local, watcherQueue.context()}};
     qint64 fileBytes = 0;
 };
 
@@ -289,6 +293,50 @@ void measureSave(int count, const char* which, double rank, double goal)
                 "encode + atomic write of that file and the metadata file", times[1], goal});
 }
 
+/// The first letter of the first content moves on, so that each file differs from the one before.
+void changeFile(CollectionFileData& file, const QString& path)
+{
+    QString content = file.snippets[0].content();
+    content[0] = content[0] == u'a' ? u'b' : u'a';
+    file.snippets[0].setContent(content);
+    JSONEncoder encoder = JSONEncoder::vellumry();
+    FileSystem::local().write(path, encoder.encode(file));
+}
+
+/// What stands between the end of the quiet time after a foreign change and the library.
+void measureReload(int count, const char* which, double rank, std::optional<double> goal)
+{
+    World world(count);
+    const auto loaded = world.storage.loadFullData();
+    check(loaded.has_value(), "cannot load");
+    const QList<CollectionFileData> files = LibraryGenerator::collectionFiles(*loaded);
+    const QString collection = collectionOfRank(files, rank);
+    CollectionFileData file = *std::find_if(files.begin(), files.end(), [&](const auto& candidate) {
+        return candidate.collection.name == collection;
+    });
+    const QStringList paths = collectionFiles(world.folder());
+    const QString path = *std::find_if(paths.begin(), paths.end(), [&](const QString& candidate) {
+        return JSONDecoder::vellumry()
+                   .decode<CollectionFileData>(readWhole(candidate))
+                   .collection.id == file.collection.id;
+    });
+    std::optional<CollectionFileData> decoded;
+    const auto change = [&] {
+        changeFile(file, path);
+        usleep(50'000); // settles the stamps, as the quiet time does
+    };
+    const std::vector<double> times =
+        medianTimes({{[&] { world.storage.reloadFromDisk(); }, change},
+                     {[&] {
+                          decoded = JSONDecoder::vellumry().decode<CollectionFileData>(
+                              FileSystem::local().read(path).bytes);
+                      },
+                      change}},
+                    15);
+    printTimes({std::string("foreign change to reloaded library, ") + which, count, times[0],
+                "read + decode of that file", times[1], goal});
+}
+
 size_t usedMemory()
 {
     const struct mallinfo2 info = mallinfo2();
@@ -325,6 +373,10 @@ int main(int argc, char** argv)
         measureEncode(count);
         measureSave(count, "median file", 0.5, 3.0);
         measureSave(count, "biggest file", 1.0, 1.5);
+        // Of a small library, the listing is more than the decoding of one file.
+        const auto reloadGoal = count < 100000 ? std::nullopt : std::optional(1.5);
+        measureReload(count, "median file", 0.5, reloadGoal);
+        measureReload(count, "biggest file", 1.0, reloadGoal);
         measureMemory(count);
     }
     measureWrite();

@@ -82,6 +82,7 @@ void AppDelegate::applicationDidFinishLaunching()
 {
     const bool isLaunchAtLoginStart = services.systemUptime() < loginStartLimit;
     logLine(QString(u"Vellumry launched, isLaunchAtLoginStart: " % text(isLaunchAtLoginStart)));
+    services.startFileWatching();
     setupPalette();
     setupHotkey();
     registerObservers();

@@ -54,12 +54,13 @@ public:
         std::function<QColor(const QString& collection)> collectionColor;
         std::function<QString()> libraryFolderName; ///< for people
         std::function<std::chrono::duration<double>()> systemUptime;
+        std::function<void()> startFileWatching; ///< of the store
     };
 
     explicit AppDelegate(const Dependencies& dependencies, QObject* parent = nullptr);
     ~AppDelegate() override;
 
-    /// The start: palette, hot key, observers, in this order.
+    /// The start: file watching, palette, hot key, observers, in this order.
     void applicationDidFinishLaunching();
 
     /// Builds the palette's panel, hidden.

@@ -109,12 +109,13 @@ int VellumryApp::run(int& argc, char** argv)
          [](const QString& collection) {
              return CategoryColorService::shared().getColor(collection);
          },
-         [] { return StorageLocationManager::shared().currentLocationDisplayName(); },
-         systemUptime});
+         [] { return StorageLocationManager::shared().currentLocationDisplayName(); }, systemUptime,
+         [&container] { container.collectionFileStorageService().startFileWatching(); }});
     delegate.applicationDidFinishLaunching();
     prepareWhenIdle(delegate, container);
 
     const int status = QApplication::exec();
+    container.collectionFileStorageService().stopFileWatching();
     hotkey::HotKeysController::setBackend(nullptr);
     return status;
 }

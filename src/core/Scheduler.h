@@ -7,14 +7,15 @@
 
 namespace vellumry {
 
-/// Delayed calls on the main thread. The owner is held weakly: when it is gone, the call does not
-/// happen. Tests hand in a scheduler that they move forward by hand.
+/// Delayed calls on the thread of their owner, the main thread mostly. The owner is held weakly:
+/// when it is gone, the call does not happen. Tests hand in a scheduler that they move forward by
+/// hand.
 class Scheduler {
 public:
     virtual ~Scheduler() = default;
 
-    /// Runs `action` on the main thread after `delay`, unless `owner` has been destroyed by then.
-    /// A delay of zero means the next turn of the event loop, never at once.
+    /// Runs `action` on the owner's thread after `delay`, unless `owner` has been destroyed by
+    /// then. A delay of zero means the next turn of the event loop, never at once.
     virtual void after(std::chrono::milliseconds delay, QObject* owner,
                        std::function<void()> action) = 0;
 };

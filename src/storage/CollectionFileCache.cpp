@@ -116,12 +116,33 @@ void CollectionFileCache::beginWalk(const QString& walkedFolder, const QStringLi
 {
     ++walk;
     if (folder != walkedFolder) {
+        clear();
         folder = walkedFolder;
-        entries.clear();
         folderTime.reset();
     }
+    ++walksOfFolder;
     const QSet<QString> listed(baseNames.cbegin(), baseNames.cend());
-    entries.removeIf([&](const auto& entry) { return !listed.contains(entry.key()); });
+    const auto isGone = [&](const auto& entry) { return !listed.contains(entry.key()); };
+    if (entries.removeIf(isGone) + unreadable.removeIf(isGone) > 0)
+        noteForeignChange();
+}
+
+void CollectionFileCache::clear()
+{
+    entries.clear();
+    unreadable.clear();
+    walksOfFolder = 0;
+    metForeignChange = false;
+}
+
+void CollectionFileCache::noteForeignChange()
+{
+    metForeignChange = metForeignChange || walksOfFolder > 1;
+}
+
+QString CollectionFileCache::pathOf(const QString& baseName) const
+{
+    return folder % u'/' % baseName % u".json";
 }
 
 const CollectionFile& CollectionFileCache::file(const QString& baseName, JSONDecoder& decoder)
@@ -149,7 +170,7 @@ const CollectionFile* CollectionFileCache::decodableFile(const QString& baseName
 
 void CollectionFileCache::check(const QString& baseName, JSONDecoder& decoder)
 {
-    const QString path = folder % u'/' % baseName % u".json";
+    const QString path = pathOf(baseName);
     const auto known = entries.find(baseName);
     if (known != entries.end() && known->isSettled && files.stamp(path) == known->stamp) {
         known->walk = walk;
@@ -158,20 +179,36 @@ void CollectionFileCache::check(const QString& baseName, JSONDecoder& decoder)
     // Whatever fails from here on, nothing is known about the file any more.
     std::optional<Entry> before =
         known == entries.end() ? std::nullopt : std::optional(entries.take(baseName));
-
-    if (before && before->digest) {
-        const FileDigest now = files.digest(path);
-        if (now.digest == before->digest) {
-            before->stamp = now.stamp;
-            before->isSettled = isSettled(now);
-            before->walk = walk;
-            if (before->isSettled)
-                before->digest.reset();
-            entries.emplace(baseName, std::move(*before));
-            return;
+    try {
+        if (before && before->digest) {
+            const FileDigest now = files.digest(path);
+            if (now.digest == before->digest) {
+                before->stamp = now.stamp;
+                before->isSettled = isSettled(now);
+                before->walk = walk;
+                if (before->isSettled)
+                    before->digest.reset();
+                entries.emplace(baseName, std::move(*before));
+                return;
+            }
         }
+        entries.emplace(baseName, read(path, decoder));
+    } catch (const FileError&) {
+        const std::optional<FileStamp> stamp = files.stamp(path);
+        const auto failed = unreadable.constFind(baseName);
+        const bool isAsBefore = stamp ? failed != unreadable.cend() && *failed == *stamp : !before;
+        if (!isAsBefore)
+            noteForeignChange();
+        if (stamp)
+            unreadable.insert(baseName, *stamp);
+        throw;
     }
+    unreadable.remove(baseName);
+    noteForeignChange();
+}
 
+CollectionFileCache::Entry CollectionFileCache::read(const QString& path, JSONDecoder& decoder)
+{
     const FileContents contents = files.read(path);
     Entry entry;
     entry.stamp = contents.stamp;
@@ -189,16 +226,21 @@ void CollectionFileCache::check(const QString& baseName, JSONDecoder& decoder)
     } catch (const DecodingError& error) {
         entry.failure = error;
     }
-    entries.emplace(baseName, std::move(entry));
+    return entry;
 }
 
 void CollectionFileCache::remember(const QString& baseName, const std::optional<FileStamp>& stamp,
                                    QByteArrayView bytes, const CollectionFileData& written)
 {
     const Entry before = entries.take(baseName);
-    // A file that is too large to be read will not come back.
-    if (!stamp || bytes.size() > FileSystem::largestFile)
+    unreadable.remove(baseName);
+    if (!stamp)
         return;
+    // A file that is too large to be read will not come back.
+    if (bytes.size() > FileSystem::largestFile) {
+        unreadable.insert(baseName, *stamp);
+        return;
+    }
     Entry entry;
     entry.stamp = *stamp;
     entry.digest = Digest::of(bytes);
@@ -209,6 +251,33 @@ void CollectionFileCache::remember(const QString& baseName, const std::optional<
         (before.file.hasUniqueIds && haveSameIds(entry.file.snippets, before.file.snippets)) ||
         haveUniqueIds(entry.file.snippets);
     entries.emplace(baseName, std::move(entry));
+}
+
+void CollectionFileCache::move(const QString& from, const QString& to)
+{
+    Entry entry = entries.take(from);
+    const bool isKnown = entry.walk != 0;
+    unreadable.remove(from);
+    try {
+        const FileDigest moved = files.digest(pathOf(to));
+        // A move changes nothing but the change time.
+        FileStamp expected = moved.stamp;
+        expected.changed = entry.stamp.changed;
+        if (!isKnown || entry.stamp != expected)
+            return;
+        entry.stamp = moved.stamp;
+        entry.isSettled = false;
+        entry.digest = moved.digest;
+        entries.insert(to, std::move(entry));
+    } catch (const FileError&) {
+        return; // then it is as new
+    }
+}
+
+void CollectionFileCache::forget(const QString& baseName)
+{
+    entries.remove(baseName);
+    unreadable.remove(baseName);
 }
 
 void CollectionFileCache::noteTime(const std::optional<FileStamp>& stamp)

@@ -51,8 +51,16 @@ public:
     void remember(const QString& baseName, const std::optional<FileStamp>& stamp,
                   QByteArrayView bytes, const CollectionFileData& written);
 
-    void forget(const QString& baseName) { entries.remove(baseName); }
-    void clear() { entries.clear(); }
+    /// Follows a file that was moved by this program to another base name.
+    void move(const QString& from, const QString& to);
+
+    void forget(const QString& baseName);
+    void clear();
+
+    /// Whether a walk met files that somebody else has changed, made or removed since
+    /// acceptForeignChanges. What the first walk over a folder meets is new, but not foreign.
+    [[nodiscard]] bool hasForeignChanges() const { return metForeignChange; }
+    void acceptForeignChanges() { metForeignChange = false; }
 
     /// Tells the time by the clock of the folder's file system: the stamp of a file written there
     /// just now.
@@ -69,13 +77,19 @@ private:
     };
 
     void check(const QString& baseName, JSONDecoder& decoder);
+    [[nodiscard]] Entry read(const QString& path, JSONDecoder& decoder);
+    void noteForeignChange();
+    [[nodiscard]] QString pathOf(const QString& baseName) const;
     [[nodiscard]] bool isSettled(const FileReading& reading) const;
 
     FileSystem& files;
     QString folder;
-    QHash<QString, Entry> entries; ///< by base name
+    QHash<QString, Entry> entries;        ///< by base name
+    QHash<QString, FileStamp> unreadable; ///< files that could not be read
     std::optional<FileStamp> folderTime;
     unsigned walk = 0;
+    unsigned walksOfFolder = 0; ///< since it is the folder or everything was forgotten
+    bool metForeignChange = false;
 };
 
 } // namespace vellumry

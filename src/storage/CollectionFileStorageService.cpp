@@ -2,6 +2,7 @@
 
 #include "core/FatalError.h"
 #include "core/Log.h"
+#include "core/SerialQueue.h"
 #include "models/CollectionFileName.h"
 #include "models/Identifier.h"
 #include "models/JSONDecoder.h"
@@ -162,8 +163,14 @@ CollectionFileStorageService::CollectionFileStorageService(Dependencies dependen
             &CollectionFileStorageService::handleStorageLocationChange);
 }
 
+CollectionFileStorageService::~CollectionFileStorageService()
+{
+    stopFileWatching();
+}
+
 CollectionFileStorageService& CollectionFileStorageService::shared()
 {
+    static SerialQueue watcherQueue(FileWatcherService::callbackQueueLabel.toString());
     static CollectionFileStorageService service(
         {.locations = StorageLocationManager::shared(),
          .files = FileSystem::local(),
@@ -176,13 +183,98 @@ CollectionFileStorageService& CollectionFileStorageService::shared()
              if (!resource.open(QIODevice::ReadOnly))
                  return std::nullopt;
              return resource.readAll();
-         }});
+         },
+         .makeEventStream = &FileEventStream::local,
+         .watcherQueue = watcherQueue.context()});
     return service;
 }
 
+// Watching
+
+void CollectionFileStorageService::startFileWatching()
+{
+    if (fileWatcher)
+        return;
+    const QString folder = with.locations.currentLocation();
+    fileWatcher = std::make_unique<FileWatcherService>(
+        FileWatcherService::Dependencies{.files = with.files,
+                                         .scheduler = with.scheduler,
+                                         .makeEventStream = with.makeEventStream,
+                                         .callbackQueue = with.watcherQueue},
+        folder, std::nullopt, [this] { reloadFromDisk(); });
+    fileWatcher->startWatching();
+    setWatchingEnabled(true);
+    log(u"文件监控已启动 - " % folder);
+}
+
+void CollectionFileStorageService::stopFileWatching()
+{
+    if (fileWatcher)
+        fileWatcher->stopWatching();
+    fileWatcher.reset();
+    setWatchingEnabled(false);
+}
+
+void CollectionFileStorageService::reloadFromDisk()
+{
+    if (writing) {
+        missedChange = true;
+        return;
+    }
+    constexpr auto pauseAfterWrite = 2s;
+    if (lastWriteTime && with.clock.now() - *lastWriteTime < pauseAfterWrite)
+        return;
+    log(QStringLiteral("检测到外部变化，重新加载数据..."));
+    const auto data = loadFullData();
+    if (!data)
+        return;
+    with.scheduler.after(0ms, this,
+                         [this, data] { Q_EMIT with.notifications.syncDataDidChange(*data); });
+}
+
+/// The end of a save's time. What was taken for the program's own meanwhile may have been somebody
+/// else's too.
+void CollectionFileStorageService::endWriting()
+{
+    writing = false;
+    if (std::exchange(missedChange, false) && hasForeignChanges())
+        reloadFromDisk();
+}
+
+/// Whether the folder holds something else than what was last read and written.
+bool CollectionFileStorageService::hasForeignChanges()
+{
+    const QString folder = with.locations.currentLocation();
+    if (with.files.stamp(metadataPath(folder)) != metadataStamp)
+        return true;
+    try {
+        JSONDecoder decoder = JSONDecoder::vellumry();
+        for (const QString& baseName : walkCollectionFiles(folder))
+            (void)cache.decodableFile(baseName, decoder);
+    } catch (const FileError&) {
+        return false; // there is nothing to load
+    }
+    return cache.hasForeignChanges();
+}
+
+void CollectionFileStorageService::clearCacheAndReload()
+{
+    cache.clear();
+    setCurrentData(std::nullopt);
+    setLastSaveTime(std::nullopt);
+    setLastError(std::nullopt);
+    stopFileWatching();
+    startFileWatching();
+    loadFullData();
+    log(QStringLiteral("已清除缓存并重新加载数据"));
+}
+
+/// What was loaded from the folder before stays until something can be loaded from the new one.
 void CollectionFileStorageService::handleStorageLocationChange()
 {
     cache.clear();
+    stopFileWatching();
+    startFileWatching();
     loadFullData();
 }
 
@@ -203,7 +295,9 @@ std::optional<VellumryData> CollectionFileStorageService::loadFullData()
         return std::nullopt;
     }
 
+    missedChange = false; // from here on the folder is read
     ScannedFolder scanned = scanAllCollectionFiles();
+    cache.acceptForeignChanges();
     sortByOrder(scanned.collections, metadata.collectionOrder);
     VellumryData data{.version = VellumryData::currentVersion.toString(),
                       .lastModified = metadata.lastModified,
@@ -376,7 +470,7 @@ void CollectionFileStorageService::saveFullData(const VellumryData& data, bool /
     writing = true;
     setSaving(true);
     const auto endOfSave = qScopeGuard([this] {
-        with.scheduler.after(1s, this, [this] { writing = false; });
+        with.scheduler.after(1s, this, [this] { endWriting(); });
         setSaving(false);
     });
 
@@ -387,8 +481,7 @@ void CollectionFileStorageService::saveFullData(const VellumryData& data, bool /
         throw StorageError(failure.description());
     }
     setCurrentData(data);
-    saveTime = with.clock.now();
-    Q_EMIT lastSaveTimeChanged();
+    setLastSaveTime(with.clock.now());
     setLastError(std::nullopt);
     log(u"保存成功 - " % counts(data));
     Q_EMIT with.notifications.syncDataDidSave();
@@ -453,6 +546,7 @@ void CollectionFileStorageService::writeLibrary(const VellumryData& data)
             continue;
         try {
             with.files.remove(collectionPath(folder, it.value()));
+            cache.forget(it.value());
         } catch (const FileError&) {
             continue; // the next save tries again
         }
@@ -529,6 +623,7 @@ void CollectionFileStorageService::deleteCollectionFile(const QString& collectio
         if (found == baseNames.cend())
             return;
         with.files.remove(collectionPath(folder, *found));
+        cache.forget(*found);
         updateMetadataFile(folder, [&](MetadataFileData& metadata) {
             metadata.collectionOrder.removeAll(collectionId);
         });
@@ -559,6 +654,7 @@ void CollectionFileStorageService::renameCollectionFile(const QString& collectio
         // A name that stays the same makes the move fail, since the target exists.
         const QString newBaseName = generateUniqueFileName(collectionFileBaseName(newName), taken);
         with.files.move(collectionPath(folder, *found), collectionPath(folder, newBaseName));
+        cache.move(*found, newBaseName);
         updateMetadataFile(folder, [](MetadataFileData&) {});
         log(u"重命名 Collection 文件 - " % *found % u" -> " % newBaseName);
     } catch (const FileError& failure) {
@@ -590,6 +686,7 @@ MetadataFileData CollectionFileStorageService::readMetadataFile(const QString& f
 {
     try {
         const FileContents contents = with.files.read(metadataPath(folder));
+        metadataStamp = contents.stamp;
         return JSONDecoder::vellumry().decode<MetadataFileData>(contents.bytes);
     } catch (const FileError& failure) {
         throw StorageError(failure.description());
@@ -602,7 +699,8 @@ void CollectionFileStorageService::writeMetadataFile(const QString& folder,
                                                      const MetadataFileData& metadata)
 {
     JSONEncoder encoder = JSONEncoder::vellumry();
-    cache.noteTime(with.files.write(metadataPath(folder), encoder.encode(metadata)));
+    metadataStamp = with.files.write(metadataPath(folder), encoder.encode(metadata));
+    cache.noteTime(metadataStamp);
 }
 
 void CollectionFileStorageService::updateMetadataFile(
@@ -628,10 +726,22 @@ void CollectionFileStorageService::setDetectedConflicts(const QList<ConflictFile
     Q_EMIT detectedConflictsChanged();
 }
 
-void CollectionFileStorageService::setCurrentData(const VellumryData& data)
+void CollectionFileStorageService::setCurrentData(const std::optional<VellumryData>& data)
 {
     library = data;
     Q_EMIT currentDataChanged();
+}
+
+void CollectionFileStorageService::setLastSaveTime(const std::optional<Date>& value)
+{
+    saveTime = value;
+    Q_EMIT lastSaveTimeChanged();
+}
+
+void CollectionFileStorageService::setWatchingEnabled(bool value)
+{
+    watchingEnabled = value;
+    Q_EMIT isWatchingEnabledChanged();
 }
 
 void CollectionFileStorageService::setSaving(bool value)

@@ -10,6 +10,7 @@
 #include "platform/FileSystem.h"
 #include "settings/CategoryColorService.h"
 #include "storage/CollectionFileCache.h"
+#include "storage/FileWatcherService.h"
 #include "storage/SnippetsByCollection.h"
 #include "storage/StorageError.h"
 #include "storage/StorageLocationManager.h"
@@ -22,6 +23,7 @@
 #include <QStringList>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace vellumry {
@@ -47,10 +49,13 @@ public:
         CategoryColorService& colors;
         /// The bytes of the resource DefaultSnippets.json; nothing when there is none.
         std::function<std::optional<QByteArray>()> defaultSnippets;
+        FileEventStream::Factory makeEventStream;
+        QObject& watcherQueue; ///< see SerialQueue; where the changes in the folder are heard
     };
 
     /// Sees to it that the data folder exists, and loads nothing.
     explicit CollectionFileStorageService(Dependencies dependencies);
+    ~CollectionFileStorageService() override;
 
     /// The one that the program uses.
     [[nodiscard]] static CollectionFileStorageService& shared();
@@ -69,8 +74,20 @@ public:
     void setDetectedConflicts(const QList<ConflictFile>& found);
 
     /// True from the start of a save until 1.0 s after its end: changes in the folder are then
-    /// taken for the program's own.
+    /// taken for the program's own. At its end the folder is looked at for others among them.
     [[nodiscard]] bool isWriting() const { return writing; }
+
+    /// Whether changes in the folder are waited for.
+    [[nodiscard]] bool isWatchingEnabled() const { return watchingEnabled; }
+    /// From now on, changes that others make in the data folder reload the library. Follows the
+    /// folder to another location.
+    void startFileWatching();
+    void stopFileWatching();
+
+    /// Reads the library anew and announces it, unless the program itself is writing.
+    void reloadFromDisk();
+    /// Forgets everything that was read and reads it anew; announces nothing.
+    void clearCacheAndReload();
 
     std::optional<VellumryData> loadFullData() override;
     void saveFullData(const VellumryData& data, bool createBackup) override;
@@ -92,6 +109,7 @@ Q_SIGNALS:
     void isSavingChanged();
     void lastSaveTimeChanged();
     void lastErrorChanged();
+    void isWatchingEnabledChanged();
     void detectedConflictsChanged();
 
 private:
@@ -101,6 +119,8 @@ private:
     };
 
     void handleStorageLocationChange();
+    void endWriting();
+    [[nodiscard]] bool hasForeignChanges();
     [[nodiscard]] ScannedFolder scanAllCollectionFiles();
     [[nodiscard]] std::optional<VellumryData> loadLegacySingleFile();
     [[nodiscard]] std::optional<VellumryData> loadDefaultSnippets() const;
@@ -119,7 +139,9 @@ private:
     void updateMetadataFile(const QString& folder,
                             const std::function<void(MetadataFileData&)>& modifier);
 
-    void setCurrentData(const VellumryData& data);
+    void setCurrentData(const std::optional<VellumryData>& data);
+    void setLastSaveTime(const std::optional<Date>& value);
+    void setWatchingEnabled(bool value);
     void setSaving(bool value);
     void setLastError(const std::optional<StorageError>& value);
 
@@ -130,8 +152,14 @@ private:
     std::optional<Date> saveTime;
     std::optional<StorageError> recordedError;
     QList<ConflictFile> conflicts;
+    std::optional<FileStamp> metadataStamp; ///< of the metadata file as last read or written
     bool saving = false;
     bool writing = false;
+    bool missedChange = false; ///< a change was told of while writing
+    /// Nothing ever sets it, so that the pause after it never comes to pass.
+    std::optional<Date> lastWriteTime;
+    std::unique_ptr<FileWatcherService> fileWatcher; ///< there while watching
+    bool watchingEnabled = false;
 };
 
 } // namespace vellumry

@@ -95,7 +95,8 @@ protected:
                 clock,
                 [](const QString&) { return QColor(Qt::gray); },
                 [] { return QStringLiteral("~/Documents/Apps/Vellumry"); },
-                [this] { return uptime; }};
+                [this] { return uptime; },
+                [this] { hotkeys.calls.append(QStringLiteral("watch")); }};
     }
 
     void showPalette()
@@ -132,7 +133,7 @@ TEST_F(AppDelegateTest, startsWithAHiddenPaletteAndTheStoredHotKey)
     ASSERT_NE(delegate.palettePanel(), nullptr);
     EXPECT_FALSE(delegate.palettePanel()->isVisible());
     EXPECT_EQ(delegate.palettePanel()->size(), QSize(680, 480));
-    EXPECT_THAT(hotkeys.calls, ElementsAre(QStringLiteral("register ⌥t")));
+    EXPECT_THAT(hotkeys.calls, ElementsAre(QStringLiteral("watch"), QStringLiteral("register ⌥t")));
     EXPECT_THAT(log.lines,
                 ElementsAre(QStringLiteral("Vellumry launched, isLaunchAtLoginStart: false"),
                             QStringLiteral("AppDelegate: setupHotkey - key: t, modifiers: ⌥")));

@@ -25,12 +25,13 @@ ROW_PADDING = 16
 
 class Program(LoggedProcess):
     """Starts the program with a home folder of its own and waits until its hot key is in force."""
+    ready, hotkey = READY, HOTKEY
 
     def __init__(self, desktop, home, wrapper=()):
         """wrapper: a command that runs the program in its stead, as a tracer does."""
         super().__init__([*wrapper, os.environ["VELLUMRY_PROGRAM"]], {**desktop.env, **home})
         self.desktop = desktop
-        wait_for("the program is ready", lambda: READY in self.lines or not self.running())
+        wait_for("the program is ready", lambda: self.ready in self.lines or not self.running())
         if not self.running():
             raise AssertionError("the program ended at its start:\n" + "\n".join(self.lines))
 
@@ -44,7 +45,7 @@ class Program(LoggedProcess):
         if press:
             press()
         else:
-            self.desktop.key(HOTKEY)
+            self.desktop.key(self.hotkey)
         wait_for("palette shown", lambda: self.shown_count() > shown)
         return self.wait_palette()
 

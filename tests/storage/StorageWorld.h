@@ -3,6 +3,7 @@
 #include "models/JSONDecoder.h"
 #include "models/JSONEncoder.h"
 #include "storage/CollectionFileStorageService.h"
+#include "storage/ManualFileEvents.h"
 #include "support/ManualClock.h"
 #include "support/ManualScheduler.h"
 #include "support/MemoryPreferences.h"
@@ -56,7 +57,9 @@ public:
                 .scheduler = scheduler,
                 .clock = clock,
                 .colors = colors,
-                .defaultSnippets = [this] { return defaultSnippets; }});
+                .defaultSnippets = [this] { return defaultSnippets; },
+                .makeEventStream = events.factory(),
+                .watcherQueue = watcherQueue});
     }
 
     [[nodiscard]] QString path(const QString& name) const { return folder + u'/' + name; }
@@ -69,6 +72,8 @@ public:
     ManualClock clock;
     CategoryColorService colors{preferences};
     std::optional<QByteArray> defaultSnippets;
+    ManualFileEvents events;
+    QObject watcherQueue;
     StorageLocationManager locations;
 
 private:
