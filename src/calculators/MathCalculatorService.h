@@ -12,17 +12,14 @@ namespace vellumry {
 /// Whatever cannot be calculated gives no row.
 class MathCalculatorService {
 public:
-    /// A power of two plain unsigned numbers, as a regular expression; \d is \p{Nd}, and \s is
-    /// [\t\n\f\r\p{Z}].
-    static constexpr QStringView powerPattern = uR"((\d+\.?\d*)\s*\^\s*(\d+\.?\d*))";
-
     /// Whether the name of a function occurs anywhere in the text, also within a word.
     [[nodiscard]] static bool containsMathFunction(const QString& text);
 
     /// The expression to calculate; nothing if the query asks for no calculation.
     [[nodiscard]] static std::optional<QString> extractMathExpression(const QString& query);
 
-    /// The text with each power as a call of "pow", which is what the evaluator knows.
+    /// The text with each power as a call of "pow", which is what the evaluator knows. A power is
+    /// one plain unsigned number raised to another.
     [[nodiscard]] static QString rewritePowers(QString text);
 
     /// The result of the expression, if it has a finite one. What keeps it from being evaluated is

@@ -92,9 +92,9 @@ std::optional<Binder::Binding> Binder::impure(const Node& node)
         std::optional<Binding> found;
         if (node.symbolCase == Case::array || node.symbolCase == Case::variable) {
             if (arrayOf(node) == nullptr && constantOf(node) == nullptr)
-                found = fromSymbols(node);
+                found = entryOf(node);
         } else if (!options.contains(Options::pureSymbols)) {
-            found = fromTernary(node);
+            found = symbolEvaluator(node);
         }
         if (found)
             return found;
@@ -110,7 +110,7 @@ Binder::Binding Binder::pure(const Node& node)
     if (const double* constant = constantOf(node))
         return {tree.adopt([value = *constant](auto) { return value; })};
     if (!symbols.empty() && node.symbolCase != Case::variable) {
-        if (const std::optional<Binding> found = fromTernary(node))
+        if (const std::optional<Binding> found = symbolEvaluator(node))
             return *found;
     }
     if (const std::optional<Binding> found = fromBuiltIns(node, BuiltIn::Table::math))
@@ -135,16 +135,16 @@ const SymbolEvaluator* Binder::find(const Symbol& symbol) const
     return entry != symbols.end() && entry->second ? &entry->second : nullptr;
 }
 
-std::optional<Binder::Binding> Binder::fromSymbols(const Node& node)
+std::optional<Binder::Binding> Binder::entryOf(const Node& node)
 {
     const SymbolEvaluator* found = find(tree.symbolOf(node));
     return found != nullptr ? std::optional(Binding{tree.adopt(*found)}) : std::nullopt;
 }
 
 /// The caller's symbol, or a ternary made of the caller's "?" and ":".
-std::optional<Binder::Binding> Binder::fromTernary(const Node& node)
+std::optional<Binder::Binding> Binder::symbolEvaluator(const Node& node)
 {
-    if (const std::optional<Binding> found = fromSymbols(node))
+    if (const std::optional<Binding> found = entryOf(node))
         return found;
     if (options.contains(Options::boolSymbols) || node.symbolCase != Case::infix ||
         node.name != name::ternary)

@@ -40,8 +40,8 @@ private:
 
     [[nodiscard]] std::optional<Binding> impure(const Node& node);
     [[nodiscard]] Binding pure(const Node& node);
-    [[nodiscard]] std::optional<Binding> fromSymbols(const Node& node);
-    [[nodiscard]] std::optional<Binding> fromTernary(const Node& node);
+    [[nodiscard]] std::optional<Binding> entryOf(const Node& node);
+    [[nodiscard]] std::optional<Binding> symbolEvaluator(const Node& node);
     [[nodiscard]] std::optional<Binding> fromBuiltIns(const Node& node, BuiltIn::Table table);
     [[nodiscard]] Binding throwing(Error error);
     [[nodiscard]] Error failureOf(const Node& node) const;

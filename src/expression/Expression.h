@@ -27,8 +27,7 @@ namespace vellumry::expression {
 /// There is no fixed set of operators: every run of operator characters is one, and so is every
 /// word between two operands. Whether it means anything is found out when the expression is bound.
 /// The blanks around an operator tell whether it stands before, between or behind: `2 - 3`, `2 -3`
-/// and
-/// `-3` work, `5- -3` does not. There is no implicit multiplication.
+/// and `-3` work, `5- -3` does not. There is no implicit multiplication.
 ///
 /// Construction folds what depends on nothing: `2*pi+1` is a single number afterwards. The caller's
 /// symbols are evaluated each time, unless Options::pureSymbols allows otherwise. A text that is no

@@ -64,7 +64,8 @@ bool isTernary(const Node& node)
     return node.name == name::ternary && node.argumentCount == 3;
 }
 
-/// How an infix node binds in print: a ternary as the "?" and ":" that it is read from.
+/// How an infix node binds in print: a ternary as the "?" and ":" that it is read from, not as the
+/// operator "?:" of the table, so that it reads back.
 Precedence precedence(const Node& node)
 {
     return NameTable::precedence(isTernary(node) ? name::question : node.name);

@@ -23,30 +23,13 @@ void scanExponent(ScalarView& view)
         view.setPosition(start);
 }
 
-unsigned hexValue(char character)
-{
-    if (character <= '9')
-        return static_cast<unsigned>(character - '0');
-    return static_cast<unsigned>((character | 0x20) - 'a') + 10;
-}
-
 double hexadecimalValue(std::string_view digits)
 {
-    // Enough leading bits for a correct rounding; a last bit tells whether anything follows them.
-    std::uint64_t leading = 0;
-    bool hasMore = false;
-    std::size_t skipped = 0;
-    for (const char character : digits) {
-        if (leading < (std::uint64_t{1} << 60U)) {
-            leading = leading * 16 + hexValue(character);
-        } else {
-            ++skipped;
-            hasMore |= character != '0';
-        }
-    }
-    constexpr std::size_t enough = 1000; // beyond it all is infinite
-    return std::ldexp(static_cast<double>(leading | (hasMore ? 1U : 0U)),
-                      static_cast<int>(4 * std::min(skipped, enough)));
+    double value = 0;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value,
+                                              std::chars_format::hex);
+    return error == std::errc::result_out_of_range ? std::numeric_limits<double>::infinity()
+                                                   : value;
 }
 
 /// Whether a decimal number other than zero is at least 1, as told by its first digit that is not

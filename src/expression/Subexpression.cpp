@@ -47,9 +47,8 @@ Subexpression Subexpression::argument(std::size_t index) const
     for (std::size_t i = root().argumentCount - 1; i > index; --i)
         end -= nodes[end - 1].size;
     Subexpression part;
-    part.nodes.assign(nodes.end() - static_cast<std::ptrdiff_t>(nodes.size() - end) -
-                          static_cast<std::ptrdiff_t>(nodes[end - 1].size),
-                      nodes.end() - static_cast<std::ptrdiff_t>(nodes.size() - end));
+    const auto last = nodes.begin() + static_cast<std::ptrdiff_t>(end);
+    part.nodes.assign(last - static_cast<std::ptrdiff_t>(nodes[end - 1].size), last);
     part.names = names;
     part.failures = failures;
     part.evaluators = evaluators;

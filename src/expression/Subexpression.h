@@ -54,7 +54,9 @@ public:
     /// All symbols in the tree.
     [[nodiscard]] std::unordered_set<Symbol> symbols() const;
 
-    /// The text that the tree is read from, with plain spacing and the parentheses that it needs.
+    /// The tree as text, with plain spacing and the parentheses that infix operators need. It reads
+    /// back as the same tree but for what blanks alone decide: a postfix operator before another
+    /// operator or a word, and a prefix operator behind a comma.
     [[nodiscard]] std::string description() const;
 
     /// The value: that of a literal, or what the evaluator of a symbol makes of its arguments. All

@@ -82,7 +82,7 @@ QString RandomPasswordService::randomString(const QString& alphabet, int length)
     // 2^64 words do not share out evenly among `size` characters: this many are drawn again.
     const quint64 threshold = (0 - size) % size;
     QString result;
-    result.reserve(length); // so that no half of a password is left behind in memory
+    result.reserve(length);
     RandomWord word;
     while (result.size() < length) {
         source.fill(word);

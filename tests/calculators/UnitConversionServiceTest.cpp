@@ -1,5 +1,7 @@
 #include "calculators/UnitConversionService.h"
 
+#include "calculators/PlainPatterns.h"
+
 #include <QRegularExpression>
 #include <gtest/gtest.h>
 
@@ -145,7 +147,7 @@ TEST(UnitConversion, ANumberBeyondAllDoublesIsNone)
 TEST(UnitConversion, MatchesExactlyWhatThePatternMatches)
 {
     const QRegularExpression pattern(
-        QRegularExpression::anchoredPattern(UnitConversionService::pattern));
+        QRegularExpression::anchoredPattern(test::conversionPattern.toString()));
     ASSERT_TRUE(pattern.isValid());
     const QStringList pieces{u"1"_s,  u"20"_s, u"."_s,    u"-"_s,   u" "_s,  u"="_s,  u"k"_s,
                              u"m"_s,  u"c"_s,  u"in"_s,   u"ch"_s,  u"es"_s, u"\""_s, u"'"_s,

@@ -327,7 +327,7 @@ TEST(ParserTest, anErrorNodeIsThrownWhenItIsReached)
     EXPECT_EQ(tree("0x 1"), "! Unexpected token `0x`");
     EXPECT_EQ(tree("1 0x"), "! Unexpected token `0x`");
     EXPECT_EQ(tree("1 2 0x"), "! Unexpected token `2`");
-    // It stands behind what the first node was made of and is never reached.
+    // Reached by way of the second operator.
     EXPECT_EQ(tree("- + 0x"), "! Unexpected token `0x`");
 }
 

@@ -136,7 +136,7 @@ TEST(PrinterTest, foldedNumbersPrintTheirSigns)
     EXPECT_EQ(Expression("- x(2 - 5)").description(), "-x(-3)");
 }
 
-TEST(PrinterTest, someTreesHaveNoTextThatReadsBack)
+TEST(PrinterTest, someTreesPrintATextThatReadsOtherwise)
 {
     const ParsedExpression parsed = Expression::parse("a + (b!) + c", false);
     EXPECT_EQ(parsed.description(), "a + b! + c");

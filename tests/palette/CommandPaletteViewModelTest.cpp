@@ -788,7 +788,7 @@ TEST_F(CommandPaletteViewModelTest, ReturnBeforeTheDebounceCopiesTheCalculationT
     EXPECT_EQ(events.value(0), u"copy 5"_s);
 }
 
-TEST_F(CommandPaletteViewModelTest, WhateverIsTypedGivesARowOrNone)
+TEST_F(CommandPaletteViewModelTest, WhatCannotBeCalculatedGivesNoRow)
 {
     const test::LogCapture log;
     appear();
