@@ -21,7 +21,7 @@ class X11HotKeyConnection;
 class X11HotKeyBackend final : public HotKeyBackend {
 public:
     /// The longest time for which a press holds the keyboard.
-    static constexpr std::chrono::milliseconds keyboardHoldLimit{150};
+    static constexpr std::chrono::milliseconds keyboardHoldLimit{250};
 
     /// Connects to a display, "" for the one that the environment names; nothing when that fails.
     /// `executor` brings the events to the main thread.
