@@ -16,7 +16,7 @@ namespace vellumry {
 /// over or made again, the stream finds it again by itself and tells of a change. Where a change
 /// may have been missed, one is told.
 ///
-/// Made, started, stopped and destroyed on one thread; calls back on its queue.
+/// Calls back on its queue. Made and destroyed on another thread, started and stopped on either.
 class FileEventStream {
 public:
     /// What happened to a file. Several may be told at once.

@@ -268,7 +268,7 @@ void CollectionFileCache::move(const QString& from, const QString& to)
         entry.stamp = moved.stamp;
         entry.isSettled = false;
         entry.digest = moved.digest;
-        entries.insert(to, std::move(entry));
+        entries.emplace(to, std::move(entry));
     } catch (const FileError&) {
         return; // then it is as new
     }

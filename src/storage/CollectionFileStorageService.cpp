@@ -212,6 +212,7 @@ void CollectionFileStorageService::stopFileWatching()
     if (fileWatcher)
         fileWatcher->stopWatching();
     fileWatcher.reset();
+    missedChange = false;
     setWatchingEnabled(false);
 }
 

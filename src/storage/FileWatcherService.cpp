@@ -5,6 +5,7 @@
 
 #include <QStringBuilder>
 
+#include <algorithm>
 #include <utility>
 
 namespace vellumry {
@@ -17,7 +18,7 @@ constexpr quint32 relevantChanges = FileEventStream::itemCreated | FileEventStre
                                     FileEventStream::itemRenamed | FileEventStream::itemModified;
 static_assert(relevantChanges == 0x1B00);
 
-void logOfWatcher(const QString& message)
+void tell(const QString& message)
 {
     vellumry::log(u"FileWatcherService", message);
 }
@@ -30,7 +31,7 @@ FileWatcherService::FileWatcherService(Dependencies dependencies, const QString&
     : with(std::move(dependencies)), watchPath(folder), targetFileName(fileName),
       onChange(std::move(callback))
 {
-    logOfWatcher(u"初始化 - 监控路径: " % watchPath);
+    tell(u"初始化 - 监控路径: " % watchPath);
 }
 
 FileWatcherService::~FileWatcherService()
@@ -41,11 +42,11 @@ FileWatcherService::~FileWatcherService()
 void FileWatcherService::startWatching()
 {
     if (watching) {
-        logOfWatcher(QStringLiteral("已在监控中"));
+        tell(QStringLiteral("已在监控中"));
         return;
     }
     if (!with.files.exists(watchPath)) {
-        logOfWatcher(QStringLiteral("监控目录不存在，尝试创建..."));
+        tell(QStringLiteral("监控目录不存在，尝试创建..."));
         try {
             with.files.createFolders(watchPath);
         } catch (const FileError&) {
@@ -60,16 +61,16 @@ void FileWatcherService::startWatching()
              fileEventCallback(this, paths, flags);
          }});
     if (!eventStream) {
-        logOfWatcher(QStringLiteral("创建事件流失败"));
+        tell(QStringLiteral("创建事件流失败"));
         return;
     }
     if (!eventStream->start()) {
-        logOfWatcher(QStringLiteral("启动事件流失败"));
+        tell(QStringLiteral("启动事件流失败"));
         eventStream.reset();
         return;
     }
     watching = true;
-    logOfWatcher(u"开始监控 - " % watchPath);
+    tell(u"开始监控 - " % watchPath);
 }
 
 void FileWatcherService::stopWatching()
@@ -83,7 +84,7 @@ void FileWatcherService::stopWatching()
     });
     eventStream.reset();
     watching = false;
-    logOfWatcher(QStringLiteral("停止监控"));
+    tell(QStringLiteral("停止监控"));
 }
 
 void fileEventCallback(FileWatcherService* context, const QStringList& paths,
@@ -104,7 +105,7 @@ void FileWatcherService::handleFileEvent(const QStringList& paths, const QList<q
         const QString& path = paths[i];
         if (targetFileName && path.sliced(path.lastIndexOf(u'/') + 1) != *targetFileName)
             continue;
-        logOfWatcher(u"检测到文件变化 - " % path);
+        tell(u"检测到文件变化 - " % path);
         debounceAndNotify();
         return;
     }
@@ -116,7 +117,7 @@ void FileWatcherService::debounceAndNotify()
     const auto notify = [this, item = std::weak_ptr(debounceWorkItem)] {
         if (item.expired())
             return; // cancelled, by another event or by the end of the watching
-        logOfWatcher(QStringLiteral("触发文件变化回调"));
+        tell(QStringLiteral("触发文件变化回调"));
         with.scheduler.after(0ms, this, [this] {
             if (watching)
                 onChange();

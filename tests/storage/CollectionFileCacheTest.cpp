@@ -107,6 +107,59 @@ TEST_F(CollectionFileCacheTest, readsARacyFileAgainUntilItsTickIsOverAndKeepsThe
     EXPECT_EQ(opens(), 3) << "settled";
 }
 
+TEST_F(CollectionFileCacheTest, followsAMovedFileWithoutDecodingIt)
+{
+    cache.beginWalk(dataFolder, {QStringLiteral("work")});
+    const Snippet before = cache.file(QStringLiteral("work"), decoder).snippets.first();
+    files.now += 1s;
+    files.rename(path, dataFolder + QStringLiteral("/moved.json"));
+    cache.move(QStringLiteral("work"), QStringLiteral("moved"));
+    cache.beginWalk(dataFolder, {QStringLiteral("moved")});
+    EXPECT_TRUE(
+        cache.file(QStringLiteral("moved"), decoder).snippets.first().sharesDataWith(before));
+    EXPECT_FALSE(cache.hasForeignChanges());
+}
+
+TEST_F(CollectionFileCacheTest, aMovedFileThatHasChangedOnTheWayIsReadAnew)
+{
+    look();
+    files.now += 1s;
+    put(QStringLiteral("other"));
+    files.rename(path, dataFolder + QStringLiteral("/moved.json"));
+    cache.move(QStringLiteral("work"), QStringLiteral("moved"));
+    cache.beginWalk(dataFolder, {QStringLiteral("moved")});
+    EXPECT_EQ(cache.file(QStringLiteral("moved"), decoder).snippets.first().content(), u"other");
+    EXPECT_TRUE(cache.hasForeignChanges());
+}
+
+TEST_F(CollectionFileCacheTest, aMovedFileThatIsGoneIsForgotten)
+{
+    look();
+    files.take(path);
+    cache.move(QStringLiteral("work"), QStringLiteral("moved"));
+    cache.beginWalk(dataFolder, {});
+    EXPECT_FALSE(cache.hasForeignChanges());
+}
+
+TEST_F(CollectionFileCacheTest, whatTheFirstWalkMeetsIsNotForeignAndWhatALaterOneMeetsIs)
+{
+    look();
+    EXPECT_FALSE(cache.hasForeignChanges());
+    files.now += 1s;
+    put(QStringLiteral("other"));
+    look();
+    EXPECT_TRUE(cache.hasForeignChanges());
+    look();
+    EXPECT_TRUE(cache.hasForeignChanges()) << "until it is accepted";
+    cache.acceptForeignChanges();
+    look();
+    EXPECT_FALSE(cache.hasForeignChanges());
+    cache.beginWalk(dataFolder, {});
+    EXPECT_TRUE(cache.hasForeignChanges()) << "a file is gone";
+    cache.beginWalk(QStringLiteral("/elsewhere"), {});
+    EXPECT_FALSE(cache.hasForeignChanges()) << "of another folder";
+}
+
 TEST_F(CollectionFileCacheTest, aFileFromTheFutureNeverSettles)
 {
     files.now += 1h;
