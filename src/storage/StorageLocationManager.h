@@ -50,6 +50,10 @@ public:
     /// StorageLocationError and changes nothing when the folder cannot hold the library.
     void setCustomLocation(const QString& location);
 
+    /// Whether the next process will find the same location. Settings that cannot be written, on a
+    /// full disk say, hold for this one alone.
+    [[nodiscard]] bool isLocationSaved() const { return with.preferences.isSaved(); }
+
     /// Creates the folder if need be and proves with a real write that it can hold the library.
     /// Throws StorageLocationError.
     void validateDirectory(const QString& location);
