@@ -7,6 +7,8 @@
 #include <QStringBuilder>
 
 #include <algorithm>
+#include <functional>
+#include <map>
 #include <utility>
 
 namespace vellumry {
@@ -86,14 +88,14 @@ QList<ConflictFile> ConflictDetectionService::detectConflicts(const QString& fol
             candidates.append(name);
     }
 
-    QList<ConflictFile> conflicts;
+    std::multimap<Date, ConflictFile, std::greater<>> newestFirst; // those of one date as listed
     for (const QString& name : std::as_const(candidates)) {
-        if (const auto conflict =
-                checkConflictPatterns(folder % u'/' % name, name, normalFileNames))
-            conflicts.append(*conflict);
+        if (auto conflict = checkConflictPatterns(folder % u'/' % name, name, normalFileNames))
+            newestFirst.emplace(conflict->modifiedDate, *std::move(conflict));
     }
-    std::stable_sort(conflicts.begin(), conflicts.end(),
-                     [](const auto& a, const auto& b) { return a.modifiedDate > b.modifiedDate; });
+    QList<ConflictFile> conflicts;
+    for (const auto& [date, conflict] : newestFirst)
+        conflicts.append(conflict);
     return conflicts;
 }
 

@@ -10,12 +10,13 @@ namespace vellumry {
 /// ConflictResolution.
 enum class ConflictMergeStrategy { useLocal, useRemote, smartMerge, keepBoth };
 
-constexpr std::array allConflictMergeStrategies{
+inline constexpr std::array allConflictMergeStrategies{
     ConflictMergeStrategy::useLocal, ConflictMergeStrategy::useRemote,
     ConflictMergeStrategy::smartMerge, ConflictMergeStrategy::keepBoth};
 
 /// The choice that is made until the person makes one, recommended by a badge.
-constexpr ConflictMergeStrategy defaultConflictMergeStrategy = ConflictMergeStrategy::smartMerge;
+inline constexpr ConflictMergeStrategy defaultConflictMergeStrategy =
+    ConflictMergeStrategy::smartMerge;
 
 /// The name by which a strategy is told from the others.
 [[nodiscard]] QString rawValue(ConflictMergeStrategy strategy);
