@@ -51,6 +51,11 @@ ssize_t FileCalls::copyFileRange(int from, int to, size_t count)
     return ::copy_file_range(from, nullptr, to, nullptr, count, 0);
 }
 
+int FileCalls::startFlush(int descriptor)
+{
+    return ::sync_file_range(descriptor, 0, 0, SYNC_FILE_RANGE_WRITE);
+}
+
 int FileCalls::fchmod(int descriptor, mode_t mode)
 {
     return ::fchmod(descriptor, mode);

@@ -23,6 +23,9 @@ public:
     virtual ssize_t write(int descriptor, const void* buffer, size_t count);
     /// copy_file_range from and to where the descriptors stand.
     virtual ssize_t copyFileRange(int from, int to, size_t count);
+    /// sync_file_range of the whole file, which starts to write it to the disk and waits for
+    /// nothing.
+    virtual int startFlush(int descriptor);
     virtual int fchmod(int descriptor, mode_t mode);
     virtual int futimens(int descriptor, const struct ::timespec times[2]);
     virtual int fdatasync(int descriptor);

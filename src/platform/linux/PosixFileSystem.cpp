@@ -207,6 +207,9 @@ public:
         (void)calls.futimens(descriptor.get(), times);
     }
 
+    /// Lets the disk work while the next file is copied; a later flush waits for all of them.
+    void startFlush() { (void)calls.startFlush(descriptor.get()); }
+
     bool flush()
     {
         return uninterrupted([&] { return calls.fdatasync(descriptor.get()); }) == 0;
@@ -477,6 +480,7 @@ void PosixFileSystem::copy(const QString& from, const QString& to)
         return copyBytes(source, *file, reading.stamp.size, from, to);
     });
 
+    file->startFlush();
     file->takeTime(status.st_mtim);
     struct ::stat replaced {};
     const bool isNew = calls.lstat(target.constData(), &replaced) != 0 && errno == ENOENT;
