@@ -49,7 +49,7 @@ void LocationChange::applyChanges(const std::optional<QString>& selectedPath)
     if (!selectedPath || migrating)
         return;
     const QString from = with.locations.currentLocation();
-    const QString to = *selectedPath;
+    const QString& to = *selectedPath;
     // One folder under two names would be copied onto itself and then cleared.
     if (to == from || with.files.isSame(to, from))
         return setErrorMessage(QStringLiteral("New location is the same as current location"));

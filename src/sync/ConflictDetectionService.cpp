@@ -90,8 +90,9 @@ QList<ConflictFile> ConflictDetectionService::detectConflicts(const QString& fol
 
     std::multimap<Date, ConflictFile, std::greater<>> newestFirst; // those of one date as listed
     for (const QString& name : std::as_const(candidates)) {
-        if (auto conflict = checkConflictPatterns(folder % u'/' % name, name, normalFileNames))
-            newestFirst.emplace(conflict->modifiedDate, *std::move(conflict));
+        if (const auto conflict =
+                checkConflictPatterns(folder % u'/' % name, name, normalFileNames))
+            newestFirst.emplace(conflict->modifiedDate, *conflict);
     }
     QList<ConflictFile> conflicts;
     for (const auto& [date, conflict] : newestFirst)
