@@ -1,15 +1,19 @@
-// Loading, encoding, writing and saving libraries of 1,000, 10,000 and 100,000 snippets, each set
-// against what the machine can do at best, or against the obvious way, in the same run.
+// Loading, validating, encoding, writing, saving and moving libraries of 1,000, 10,000 and 100,000
+// snippets, and looking for conflict copies, each set against what the machine can do at best, or
+// against the obvious way, in the same run.
 
 #include "core/Log.h"
 #include "core/SerialQueue.h"
+#include "library/LocationChange.h"
 #include "models/JSONDecoder.h"
 #include "models/JSONEncoder.h"
 #include "palette/FuzzySearchService.h"
 #include "platform/linux/SettingsFilePreferencesStore.h"
 #include "storage/CollectionFileStorageService.h"
+#include "storage/DataValidator.h"
 #include "support/LibraryGenerator.h"
 #include "support/Ratio.h"
+#include "sync/ConflictDetectionService.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -18,6 +22,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <simdjson.h>
 
@@ -26,12 +31,15 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <dirent.h>
 #include <fcntl.h>
 #include <functional>
 #include <malloc.h>
 #include <optional>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <variant>
 
 namespace vellumry::bench {
 
@@ -337,6 +345,127 @@ void measureReload(int count, const char* which, double rank, std::optional<doub
                 "read + decode of that file", times[1], goal});
 }
 
+void measureValidate(int count)
+{
+    World world(count);
+    readAndParse(collectionFiles(world.folder())); // into the page cache
+    const std::vector<double> times =
+        coldMedians({[&] {
+                         check(std::holds_alternative<DataValidator::Valid>(
+                                   DataValidator::validate(world.folder())),
+                               "not valid");
+                     },
+                     [&] { check(world.storage.loadFullData().has_value(), "cannot load"); }});
+    printTimes({"validate the folder", count, times[0], "its load", times[1], 1.2});
+}
+
+/// Does at once what the program does on another thread or later.
+class AtOnce final : public BackgroundRunner, public Scheduler {
+public:
+    void run(std::function<void()> work) override { work(); }
+    void onMain(const QPointer<QObject>&, std::function<void()> action) override { action(); }
+    void after(std::chrono::milliseconds, QObject*, std::function<void()> action) override
+    {
+        action();
+    }
+};
+
+void measureMove(int count)
+{
+    World world(count);
+    const QString original = world.directory.filePath(QStringLiteral("original"));
+    const QString from = world.directory.filePath(QStringLiteral("from"));
+    const QString to = world.directory.filePath(QStringLiteral("to"));
+    const QString copied = world.directory.filePath(QStringLiteral("copied"));
+    const QString cleared = world.directory.filePath(QStringLiteral("cleared"));
+    check(QDir().rename(world.folder(), original), "cannot rename");
+    const auto copyAll = [](const QString& source, const QString& target) {
+        check(QProcess::execute(QStringLiteral("cp"), {QStringLiteral("-a"), source, target}) == 0,
+              "cannot copy");
+        sync();
+    };
+    // A centre of its own, so that no store loads the library again.
+    NotificationCenter center;
+    StorageLocationManager locations{{world.preferences, FileSystem::local(), center,
+                                      world.directory.path(), world.directory.path()}};
+    AtOnce atOnce;
+    LocationChange change({.locations = locations,
+                           .files = FileSystem::local(),
+                           .notifications = center,
+                           .scheduler = atOnce,
+                           .background = atOnce,
+                           .clock = SystemClock::shared(),
+                           .clearCacheAndReload = [] {},
+                           .refreshData = [] {}});
+    const std::vector<double> times = medianTimes(
+        {{[&] {
+              change.applyChanges(to);
+              check(!change.errorMessage() && !QDir(from).exists(), "cannot move");
+          },
+          [&] {
+              QDir(to).removeRecursively();
+              QDir(from).removeRecursively();
+              copyAll(original, from);
+              world.preferences.setString(QStringLiteral("Vellumry.customStorageLocation"), from);
+              world.preferences.setBoolean(QStringLiteral("Vellumry.useCustomLocation"), true);
+          }},
+         {[&] { copyAll(original, copied); },
+          [&] {
+              QDir(copied).removeRecursively();
+              sync();
+          }},
+         {[&] {
+              copyAll(cleared, copied);
+              check(QDir(cleared).removeRecursively(), "cannot remove");
+          },
+          [&] {
+              QDir(copied).removeRecursively();
+              copyAll(original, cleared);
+          }}});
+    const std::string what = "move to another folder, up to the reload";
+    printTimes({what, count, times[0], "cp -a of the files and sync", times[1], 1.5});
+    printTimes({what, count, times[0], "the same and removing the old files", times[2], {}});
+}
+
+/// Lists a folder and looks at each entry, by the calls of the system alone.
+void listAndStat(const QByteArray& folder)
+{
+    DIR* const directory = opendir(folder.constData());
+    check(directory != nullptr, "cannot list");
+    qint64 bytes = 0;
+    while (const dirent* entry = readdir(directory)) {
+        struct stat status {};
+        if (fstatat(dirfd(directory), entry->d_name, &status, AT_SYMLINK_NOFOLLOW) == 0)
+            bytes += status.st_size;
+    }
+    closedir(directory);
+    keep(bytes);
+}
+
+void measureConflictScan()
+{
+    constexpr int count = 10'000;
+    World world(1);
+    const QTemporaryDir folder;
+    for (int i = 0; i < count; ++i) {
+        // Names as they are in a folder where drives left copies of every kind.
+        static constexpr const char* endings[] = {"", " (1)", "-Laptop", " 2", " notes"};
+        const char* const ending =
+            i % 100 == 0 ? " (conflicted copy 2024-01-31)" : endings[i % std::size(endings)];
+        QFile file(folder.filePath(
+            QStringLiteral("collection %1%2.json").arg(i).arg(QLatin1StringView(ending))));
+        check(file.open(QIODevice::WriteOnly), "cannot write");
+    }
+    const ConflictDetectionService detection({world.locations, FileSystem::local()});
+    const QByteArray nativeFolder = QFile::encodeName(folder.path());
+    const std::vector<double> times = medianTimes(
+        {{[&] { check(detection.detectConflicts(folder.path()).size() == count / 100, "missed"); },
+          {}},
+         {[&] { listAndStat(nativeFolder); }, {}}});
+    printTimes({"look for conflict copies among 10,000 names", 0, times[0],
+                "readdir and stat of each", times[1], 3.0});
+}
+
 size_t usedMemory()
 {
     const struct mallinfo2 info = mallinfo2();
@@ -378,7 +507,10 @@ int main(int argc, char** argv)
         measureReload(count, "median file", 0.5, reloadGoal);
         measureReload(count, "biggest file", 1.0, reloadGoal);
         measureMemory(count);
+        measureValidate(count);
+        measureMove(count);
     }
     measureWrite();
+    measureConflictScan();
     return 0;
 }

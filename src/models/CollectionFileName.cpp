@@ -25,4 +25,12 @@ QString generateUniqueFileName(const QString& baseName, const QSet<QString>& exi
     return candidate;
 }
 
+std::optional<QString> jsonFileBaseName(const QString& fileName)
+{
+    const qsizetype dot = fileName.lastIndexOf(u'.');
+    if (dot <= 0 || QStringView(fileName).sliced(dot + 1) != QLatin1StringView("json"))
+        return std::nullopt;
+    return fileName.first(dot);
+}
+
 } // namespace vellumry

@@ -3,6 +3,8 @@
 #include <QSet>
 #include <QString>
 
+#include <optional>
+
 namespace vellumry {
 
 /// The base name (without ".json") of the file of a collection called `name`: lower-cased, blanks
@@ -13,5 +15,9 @@ namespace vellumry {
 /// `baseName` itself when it is not taken, otherwise the first free one of `baseName`-1, -2, ...
 [[nodiscard]] QString generateUniqueFileName(const QString& baseName,
                                              const QSet<QString>& existingNames);
+
+/// The name without its extension, if the extension is "json" exactly; nothing for any other name.
+/// A name that is nothing but an extension has none.
+[[nodiscard]] std::optional<QString> jsonFileBaseName(const QString& fileName);
 
 } // namespace vellumry

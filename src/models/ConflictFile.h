@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/Date.h"
+#include "models/CloudDriveType.h"
 
 #include <QString>
 #include <QUuid>
@@ -8,8 +9,6 @@
 #include <optional>
 
 namespace vellumry {
-
-enum class CloudDriveType { dropbox, iCloudDrive, googleDrive, oneDrive, pCloud };
 
 /// A copy of a collection file that a cloud drive's client left in the data folder.
 struct ConflictFile {

@@ -541,6 +541,7 @@ DecodingError syntaxError(QByteArrayView bytes, simdjson::error_code code)
 
 struct JSONDecoder::State {
     dom::parser parser;
+    dom::element root;
 };
 
 JSONDecoder::JSONDecoder() : state(std::make_unique<State>()) {}
@@ -553,23 +554,33 @@ JSONDecoder JSONDecoder::vellumry()
     return {};
 }
 
-template <typename T>
-T JSONDecoder::decode(const PaddedBytes& bytes)
+void JSONDecoder::parse(const PaddedBytes& bytes)
 {
     static_assert(PaddedBytes::padding >= simdjson::SIMDJSON_PADDING);
     if (bytes.size() > largestDocument)
         throw DecodingError(QStringLiteral("larger than 1 GiB"));
     const bool hasMark = bytes.view().startsWith("\xef\xbb\xbf");
     const QByteArrayView text = bytes.view().sliced(hasMark ? 3 : 0);
-    dom::element root;
     const simdjson::error_code code = state->parser
                                           .parse(reinterpret_cast<const uint8_t*>(text.data()),
                                                  static_cast<size_t>(text.size()), false)
-                                          .get(root);
+                                          .get(state->root);
     if (code != simdjson::SUCCESS)
         throw syntaxError(text, code);
+}
+
+template <typename T>
+T JSONDecoder::record()
+{
     TextReader reader;
-    return readRecord<T>(root, reader);
+    return readRecord<T>(state->root, reader);
+}
+
+template <typename T>
+T JSONDecoder::decode(const PaddedBytes& bytes)
+{
+    parse(bytes);
+    return record<T>();
 }
 
 template Snippet JSONDecoder::decode(const PaddedBytes&);
@@ -584,5 +595,11 @@ template LegacyExportCollection JSONDecoder::decode(const PaddedBytes&);
 template LegacyExportData JSONDecoder::decode(const PaddedBytes&);
 template DefaultSnippetsContainer JSONDecoder::decode(const PaddedBytes&);
 template QList<Snippet> JSONDecoder::decode(const PaddedBytes&);
+
+template VellumryData JSONDecoder::record();
+template CollectionFileData JSONDecoder::record();
+template MetadataFileData JSONDecoder::record();
+template LegacyExportData JSONDecoder::record();
+template QList<Snippet> JSONDecoder::record();
 
 } // namespace vellumry

@@ -36,7 +36,15 @@ public:
     template <typename T>
     [[nodiscard]] T decode(const PaddedBytes& bytes);
 
-    /// The same of bytes without padding, which are copied first.
+    /// For a text that may be any of several records: parses it, so that record() can try one
+    /// after another. Throws DecodingError when it is no JSON.
+    void parse(const PaddedBytes& bytes);
+
+    /// A record out of the text that was parsed last; throws DecodingError when it is none.
+    template <typename T>
+    [[nodiscard]] T record();
+
+    /// The same as decode of bytes without padding, which are copied first.
     template <typename T>
     [[nodiscard]] T decode(QByteArrayView bytes)
     {

@@ -87,8 +87,15 @@ public:
     /// Whether the running user may write to the file or folder.
     [[nodiscard]] virtual bool isWritable(const QString& path) = 0;
 
+    /// Whether both paths lead to one and the same file or folder, by whatever names and links.
+    /// False when one of them leads nowhere.
+    [[nodiscard]] virtual bool isSame(const QString& path, const QString& other) = 0;
+
     /// The stamp of a regular file or of one that a link leads to; nothing for anything else.
     [[nodiscard]] virtual std::optional<FileStamp> stamp(const QString& path) = 0;
+
+    /// The stamp of whatever stands at the path, which is not opened; of a link its own. Throws.
+    [[nodiscard]] virtual FileStamp attributes(const QString& path) = 0;
 
     /// Reads a regular file whole; never waits for one that is a pipe or a device. Throws, also
     /// when the file keeps changing meanwhile.
@@ -104,11 +111,30 @@ public:
     /// then as it was, unless it was the last step that failed, the flush of the folder.
     virtual std::optional<FileStamp> write(const QString& path, QByteArrayView bytes) = 0;
 
+    /// Makes a regular file at `to` with the contents, the mode and the modification time of the
+    /// one at `from`, of whatever size; never waits for one that is a pipe or a device. A link at
+    /// `from` gives the file that it leads to. What stands at `to` is replaced in one step: a link
+    /// itself, not what it leads to; a folder not at all. A file that replaces another is on the
+    /// disk before it does; a new one needs flush() to survive a crash. Throws; what stood at
+    /// `to` is then as it was.
+    virtual void copy(const QString& from, const QString& to) = 0;
+
+    /// Makes everything that was copied into the folder survive a crash; much cheaper once than
+    /// after each file. Throws when a part of it could not be written to the disk.
+    virtual void flush(const QString& folder) = 0;
+
     /// Moves a file, never onto another: fails when there is one at `to`, even the same. Throws.
     virtual void move(const QString& from, const QString& to) = 0;
 
     /// Removes a file, never a folder. Throws.
     virtual void remove(const QString& path) = 0;
+
+    /// Removes a file, a link, or a folder with everything in it; links are removed, never
+    /// followed. Throws, and may have removed a part of a folder by then.
+    virtual void removeAll(const QString& path) = 0;
+
+    /// Removes a folder that is empty. Throws.
+    virtual void removeEmptyFolder(const QString& path) = 0;
 
     /// Creates a folder with those above it; an existing one is no failure. Throws.
     virtual void createFolders(const QString& path) = 0;

@@ -23,6 +23,10 @@ public:
     virtual void setString(const QString& key, const QString& value) = 0;
     virtual void setData(const QString& key, const QByteArray& value) = 0;
 
+    /// Whether everything that was set so far will be there in the next process. False from the
+    /// first failure on.
+    [[nodiscard]] virtual bool isSaved() const { return true; }
+
     /// The store of the running user.
     [[nodiscard]] static PreferencesStore& standard();
 };

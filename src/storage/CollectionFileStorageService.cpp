@@ -7,6 +7,7 @@
 #include "models/Identifier.h"
 #include "models/JSONDecoder.h"
 #include "platform/DeviceIdentifier.h"
+#include "storage/CollectionOrder.h"
 #include "storage/DataValidator.h"
 
 #include <QFile>
@@ -31,11 +32,6 @@ void log(const QString& message)
     vellumry::log(u"CollectionFileStorageService", message);
 }
 
-QString metadataPath(const QString& folder)
-{
-    return folder % u'/' % CollectionFileStorageService::metadataFileName;
-}
-
 QString legacyPath(const QString& folder)
 {
     return folder % u"/vellumry-data.json";
@@ -43,20 +39,14 @@ QString legacyPath(const QString& folder)
 
 QString collectionPath(const QString& folder, const QString& baseName)
 {
-    return folder % u'/' % baseName % u'.' % CollectionFileStorageService::fileExtension;
+    return folder % u'/' % baseName % u".json";
 }
 
 /// The base name, if a file of this name is a collection file.
 std::optional<QString> collectionBaseName(const QString& fileName)
 {
-    const qsizetype dot = fileName.lastIndexOf(u'.');
-    if (dot <= 0 ||
-        QStringView(fileName).sliced(dot + 1) != CollectionFileStorageService::fileExtension)
-        return std::nullopt;
-    QString baseName = fileName.first(dot);
-    if (baseName == QLatin1StringView("_metadata"))
-        return std::nullopt;
-    return baseName;
+    auto baseName = jsonFileBaseName(fileName);
+    return baseName == QLatin1StringView("_metadata") ? std::nullopt : baseName;
 }
 
 QString counts(const VellumryData& data)
@@ -72,22 +62,6 @@ QStringList idsOf(const QList<SyncCollection>& collections)
     for (const SyncCollection& collection : collections)
         ids.append(collection.id);
     return ids;
-}
-
-/// Puts the collections into the order of the ids; those without a place keep theirs at the end.
-void sortByOrder(QList<SyncCollection>& collections, const QStringList& order)
-{
-    QHash<QString, qsizetype> positions;
-    for (const QString& id : order) {
-        if (positions.contains(id))
-            fatalDuplicateKey(id);
-        positions.insert(id, positions.size());
-    }
-    const auto position = [&](const SyncCollection& collection) {
-        return positions.value(collection.id, std::numeric_limits<qsizetype>::max());
-    };
-    std::stable_sort(collections.begin(), collections.end(),
-                     [&](const auto& a, const auto& b) { return position(a) < position(b); });
 }
 
 /// Whether a change from `stored` to `given` is one that is written to disk. Creation date, manual
@@ -246,7 +220,7 @@ void CollectionFileStorageService::endWriting()
 bool CollectionFileStorageService::hasForeignChanges()
 {
     const QString folder = with.locations.currentLocation();
-    if (with.files.stamp(metadataPath(folder)) != metadataStamp)
+    if (with.files.stamp(StorageLocationManager::metadataPath(folder)) != metadataStamp)
         return true;
     try {
         JSONDecoder decoder = JSONDecoder::vellumry();
@@ -284,7 +258,7 @@ void CollectionFileStorageService::handleStorageLocationChange()
 std::optional<VellumryData> CollectionFileStorageService::loadFullData()
 {
     const QString folder = with.locations.currentLocation();
-    if (!with.files.exists(metadataPath(folder)))
+    if (!with.files.exists(StorageLocationManager::metadataPath(folder)))
         return loadLegacySingleFile();
 
     MetadataFileData metadata;
@@ -307,10 +281,7 @@ std::optional<VellumryData> CollectionFileStorageService::loadFullData()
                                .snippets = std::move(scanned.snippets),
                                .categoryColors = {}},
                       .settings = metadata.settings};
-    for (const SyncCollection& collection : std::as_const(data.data.collections)) {
-        if (collection.color)
-            data.data.categoryColors.insert(collection.name, *collection.color);
-    }
+    data.data.categoryColors = colorsByName(data.data.collections);
     setCurrentData(data);
     log(u"加载成功 - " % counts(data));
     return data;
@@ -390,7 +361,8 @@ QList<Snippet> CollectionFileStorageService::loadSnippets()
 bool CollectionFileStorageService::needsDefaultSnippets() const
 {
     const QString folder = with.locations.currentLocation();
-    return !with.files.exists(metadataPath(folder)) && !with.files.exists(legacyPath(folder));
+    return !with.files.exists(StorageLocationManager::metadataPath(folder)) &&
+           !with.files.exists(legacyPath(folder));
 }
 
 void CollectionFileStorageService::seedDefaultSnippets()
@@ -686,7 +658,7 @@ QStringList CollectionFileStorageService::walkCollectionFiles(const QString& fol
 MetadataFileData CollectionFileStorageService::readMetadataFile(const QString& folder)
 {
     try {
-        const FileContents contents = with.files.read(metadataPath(folder));
+        const FileContents contents = with.files.read(StorageLocationManager::metadataPath(folder));
         metadataStamp = contents.stamp;
         return JSONDecoder::vellumry().decode<MetadataFileData>(contents.bytes);
     } catch (const FileError& failure) {
@@ -700,7 +672,8 @@ void CollectionFileStorageService::writeMetadataFile(const QString& folder,
                                                      const MetadataFileData& metadata)
 {
     JSONEncoder encoder = JSONEncoder::vellumry();
-    metadataStamp = with.files.write(metadataPath(folder), encoder.encode(metadata));
+    metadataStamp =
+        with.files.write(StorageLocationManager::metadataPath(folder), encoder.encode(metadata));
     cache.noteTime(metadataStamp);
 }
 

@@ -36,9 +36,6 @@ class CollectionFileStorageService final : public QObject, public StorageService
     Q_OBJECT
 
 public:
-    static constexpr QStringView metadataFileName = StorageLocationManager::metadataFileName;
-    static constexpr QStringView fileExtension = u"json";
-
     /// Outlive the service.
     struct Dependencies {
         StorageLocationManager& locations;

@@ -28,6 +28,11 @@ QString hasCompletedFirstLaunchKey()
 
 } // namespace
 
+QString StorageLocationManager::metadataPath(const QString& folder)
+{
+    return folder % u'/' % metadataFileName;
+}
+
 StorageLocationManager::StorageLocationManager(const Dependencies& dependencies)
     : with(dependencies)
 {
@@ -76,7 +81,7 @@ bool StorageLocationManager::needsFirstLaunchSetup() const
 {
     if (with.preferences.boolean(hasCompletedFirstLaunchKey()).value_or(false))
         return false;
-    return !with.files.exists(currentLocation() % u'/' % metadataFileName);
+    return !with.files.exists(metadataPath(currentLocation()));
 }
 
 void StorageLocationManager::markFirstLaunchComplete()

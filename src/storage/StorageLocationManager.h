@@ -16,6 +16,7 @@ class StorageLocationManager {
 public:
     static constexpr QStringView folderName = u"Vellumry";
     static constexpr QStringView metadataFileName = u"_metadata.json";
+    [[nodiscard]] static QString metadataPath(const QString& folder);
 
     struct Dependencies {
         PreferencesStore& preferences;
@@ -49,6 +50,10 @@ public:
     /// Makes the folder the library's and announces it on the calling thread. Throws
     /// StorageLocationError and changes nothing when the folder cannot hold the library.
     void setCustomLocation(const QString& location);
+
+    /// Whether the next process will find the same location. Settings that cannot be written, on a
+    /// full disk say, hold for this one alone.
+    [[nodiscard]] bool isLocationSaved() const { return with.preferences.isSaved(); }
 
     /// Creates the folder if need be and proves with a real write that it can hold the library.
     /// Throws StorageLocationError.

@@ -80,5 +80,16 @@ TEST(CollectionFileName, FindsTheFirstFreeNumberAmongMany)
     EXPECT_EQ(generateUniqueFileName(u"work"_s, taken), u"work-1000"_s);
 }
 
+TEST(CollectionFileName, FindsTheBaseNameOfFilesWithTheExactExtension)
+{
+    EXPECT_EQ(jsonFileBaseName(u"work.json"_s), u"work"_s);
+    EXPECT_EQ(jsonFileBaseName(u".hidden.json"_s), u".hidden"_s);
+    EXPECT_EQ(jsonFileBaseName(u"a.json.json"_s), u"a.json"_s);
+    EXPECT_EQ(jsonFileBaseName(u"_metadata.json"_s), u"_metadata"_s);
+    for (const QString& name : {u"work.JSON"_s, u"work.json~"_s, u"work.json.backup"_s, u"json"_s,
+                                u".json"_s, u"work."_s, u""_s})
+        EXPECT_EQ(jsonFileBaseName(name), std::nullopt) << name.toStdString();
+}
+
 } // namespace
 } // namespace vellumry

@@ -395,5 +395,15 @@ TEST(RecordDecoding, DefaultSnippetsContainer)
         EXPECT_FALSE(decodes<DefaultSnippetsContainer>(bad)) << bad;
 }
 
+TEST(JSONDecoder, TriesSeveralRecordsOnOneText)
+{
+    JSONDecoder decoder = JSONDecoder::vellumry();
+    decoder.parse(PaddedBytes(QByteArrayView("[]")));
+    EXPECT_THROW((void)decoder.record<VellumryData>(), DecodingError);
+    EXPECT_THROW((void)decoder.record<CollectionFileData>(), DecodingError);
+    EXPECT_EQ(decoder.record<QList<Snippet>>(), QList<Snippet>());
+    EXPECT_THROW(decoder.parse(PaddedBytes(QByteArrayView("["))), DecodingError);
+}
+
 } // namespace
 } // namespace vellumry

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <climits>
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
@@ -39,7 +40,10 @@ public:
         rename,
         fsync,
         renameWithoutReplacing,
-        link
+        link,
+        copyFileRange,
+        close,
+        syncfs
     };
 
     /// Makes the call of this kind fail with `number`, after `good` calls that do not.
@@ -55,6 +59,12 @@ public:
     bool hasFailed = false;
     /// The most bytes that one write takes.
     size_t longestWrite = SIZE_MAX;
+    /// The most bytes that one copy by the system takes, and how many of them do anything.
+    size_t longestCopy = SIZE_MAX;
+    int goodCopies = INT_MAX;
+    /// Whether copies by the system are only claimed, and how many bytes were.
+    bool isCopyingForShow = false;
+    qint64 bytesForShow = 0;
     /// Calls that a signal breaks off before each one that works.
     bool isInterrupted = false;
     /// Done between the two looks at a file that is being read.
@@ -85,6 +95,29 @@ public:
         if (interrupts() || fails(Kind::write))
             return -1;
         return FileCalls::write(descriptor, buffer, std::min(count, longestWrite));
+    }
+    ssize_t copyFileRange(int from, int to, size_t count) override
+    {
+        if (interrupts() || fails(Kind::copyFileRange))
+            return -1;
+        if (whileReading)
+            whileReading();
+        if (isCopyingForShow) {
+            bytesForShow += static_cast<qint64>(count);
+            return static_cast<ssize_t>(count);
+        }
+        if (goodCopies-- <= 0)
+            return 0;
+        return FileCalls::copyFileRange(from, to, std::min(count, longestCopy));
+    }
+    int close(int descriptor) override
+    {
+        const int result = FileCalls::close(descriptor);
+        return fails(Kind::close) ? -1 : result;
+    }
+    int syncfs(int descriptor) override
+    {
+        return interrupts() || fails(Kind::syncfs) ? -1 : FileCalls::syncfs(descriptor);
     }
     int fstat(int descriptor, struct ::stat* result) override
     {
@@ -719,6 +752,297 @@ TEST_F(PosixFileSystemTest, aTimeThatADateCannotHoldIsTheFarthestThatItCan)
     // File systems that cannot keep this year put the last one that they can in its place.
     EXPECT_GT(files.stamp(path(QStringLiteral("a")))->modified, SystemClock::shared().now());
     EXPECT_EQ(files.read(path(QStringLiteral("a"))).stamp, files.stamp(path(QStringLiteral("a"))));
+}
+
+// Copying
+
+TEST_F(PosixFileSystemTest, copiesContentsModeAndTime)
+{
+    for (const qsizetype size : {qsizetype{0}, qsizetype{1}, qsizetype{4096}, qsizetype{300'001}}) {
+        for (const mode_t wanted : {mode_t{0644}, mode_t{0600}, mode_t{0440}}) {
+            const QByteArray bytes(size, 'x');
+            put(QStringLiteral("a.json"), bytes);
+            ASSERT_EQ(::chmod(path(QStringLiteral("a.json")).toUtf8().constData(), wanted), 0);
+            files.copy(path(QStringLiteral("a.json")), path(QStringLiteral("b.json")));
+            EXPECT_EQ(get(QStringLiteral("b.json")), bytes);
+            EXPECT_EQ(mode(QStringLiteral("b.json")), wanted);
+            EXPECT_EQ(files.stamp(path(QStringLiteral("a.json")))->modified,
+                      files.stamp(path(QStringLiteral("b.json")))->modified);
+            EXPECT_FALSE(
+                files.isSame(path(QStringLiteral("a.json")), path(QStringLiteral("b.json"))));
+            ASSERT_TRUE(QFile::remove(path(QStringLiteral("a.json"))));
+            ASSERT_TRUE(QFile::remove(path(QStringLiteral("b.json"))));
+        }
+    }
+}
+
+TEST_F(PosixFileSystemTest, copiesByReadingAndWritingWhereTheSystemCannotCopy)
+{
+    const QByteArray bytes(700'000, 'y');
+    put(QStringLiteral("a.json"), bytes);
+    for (const int number : {EXDEV, EINVAL, ENOSYS, EOPNOTSUPP, EPERM}) {
+        calls.failAt(Kind::copyFileRange, number);
+        files.copy(path(QStringLiteral("a.json")), path(QStringLiteral("b.json")));
+        EXPECT_TRUE(calls.hasFailed);
+        EXPECT_EQ(get(QStringLiteral("b.json")), bytes);
+    }
+    // Some file systems claim to copy and do nothing; others stop halfway.
+    calls.failAt(Kind::none, 0);
+    for (const size_t longest : {size_t{0}, size_t{1000}}) {
+        calls.longestCopy = longest;
+        calls.goodCopies = 3;
+        files.copy(path(QStringLiteral("a.json")), path(QStringLiteral("b.json")));
+        EXPECT_EQ(get(QStringLiteral("b.json")), bytes);
+    }
+}
+
+TEST_F(PosixFileSystemTest, finishesShortAndInterruptedCopies)
+{
+    put(QStringLiteral("a.json"), "a longer text");
+    calls.longestCopy = 3;
+    calls.isInterrupted = true;
+    files.copy(path(QStringLiteral("a.json")), path(QStringLiteral("b.json")));
+    EXPECT_EQ(get(QStringLiteral("b.json")), "a longer text");
+}
+
+TEST_F(PosixFileSystemTest, aCopyReplacesAFileOfThatName)
+{
+    put(QStringLiteral("a.json"), "new");
+    put(QStringLiteral("b.json"), "something older");
+    files.copy(path(QStringLiteral("a.json")), path(QStringLiteral("b.json")));
+    EXPECT_EQ(get(QStringLiteral("b.json")), "new");
+    EXPECT_EQ(names(), (QStringList{QStringLiteral("a.json"), QStringLiteral("b.json")}));
+    // Onto itself as well.
+    files.copy(path(QStringLiteral("a.json")), path(QStringLiteral("a.json")));
+    EXPECT_EQ(get(QStringLiteral("a.json")), "new");
+}
+
+TEST_F(PosixFileSystemTest, aFileIsOnTheDiskBeforeItReplacesAnother)
+{
+    put(QStringLiteral("a.json"), "new");
+    calls.failAt(Kind::fdatasync, EIO);
+    files.copy(path(QStringLiteral("a.json")), path(QStringLiteral("b.json")));
+    EXPECT_FALSE(calls.hasFailed);
+    put(QStringLiteral("b.json"), "old");
+    failure([&] { files.copy(path(QStringLiteral("a.json")), path(QStringLiteral("b.json"))); });
+    EXPECT_EQ(get(QStringLiteral("b.json")), "old");
+}
+
+TEST_F(PosixFileSystemTest, aCopyTakesThePlaceOfALinkAndLeavesWhatItLedTo)
+{
+    put(QStringLiteral("a.json"), "new");
+    put(QStringLiteral("elsewhere"), "precious");
+    for (const char* target : {"elsewhere", "a.json", "nowhere"}) {
+        ASSERT_EQ(::symlink(target, path(QStringLiteral("b.json")).toUtf8().constData()), 0);
+        files.copy(path(QStringLiteral("a.json")), path(QStringLiteral("b.json")));
+        EXPECT_FALSE(QFileInfo(path(QStringLiteral("b.json"))).isSymLink());
+        EXPECT_EQ(get(QStringLiteral("b.json")), "new");
+        EXPECT_EQ(get(QStringLiteral("a.json")), "new");
+        EXPECT_EQ(get(QStringLiteral("elsewhere")), "precious");
+        EXPECT_FALSE(QFile::exists(path(QStringLiteral("nowhere"))));
+        ASSERT_TRUE(QFile::remove(path(QStringLiteral("b.json"))));
+    }
+}
+
+TEST_F(PosixFileSystemTest, aCopyOfALinkIsAFile)
+{
+    put(QStringLiteral("target"), "text");
+    ASSERT_EQ(::symlink("target", path(QStringLiteral("a.json")).toUtf8().constData()), 0);
+    files.copy(path(QStringLiteral("a.json")), path(QStringLiteral("b.json")));
+    EXPECT_FALSE(QFileInfo(path(QStringLiteral("b.json"))).isSymLink());
+    EXPECT_EQ(get(QStringLiteral("b.json")), "text");
+}
+
+TEST_F(PosixFileSystemTest, aCopyNeverTakesThePlaceOfAFolder)
+{
+    put(QStringLiteral("a.json"), "new");
+    ASSERT_TRUE(QDir(folder.path()).mkpath(QStringLiteral("b.json/inside")));
+    const QString text = failure(
+        [&] { files.copy(path(QStringLiteral("a.json")), path(QStringLiteral("b.json"))); });
+    EXPECT_TRUE(text.contains(path(QStringLiteral("b.json")))) << text.toStdString();
+    EXPECT_TRUE(QFileInfo(path(QStringLiteral("b.json/inside"))).isDir());
+    EXPECT_EQ(names(), (QStringList{QStringLiteral("a.json"), QStringLiteral("b.json")}));
+}
+
+TEST_F(PosixFileSystemTest, copiesOnlyRegularFilesAndNeverWaits)
+{
+    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("folder.json")));
+    ASSERT_EQ(::mkfifo(path(QStringLiteral("pipe.json")).toUtf8().constData(), 0600), 0);
+    ASSERT_EQ(::symlink("nowhere", path(QStringLiteral("link.json")).toUtf8().constData()), 0);
+    ASSERT_EQ(::symlink("loop.json", path(QStringLiteral("loop.json")).toUtf8().constData()), 0);
+    ASSERT_EQ(::symlink("/dev/zero", path(QStringLiteral("device.json")).toUtf8().constData()), 0);
+    const QStringList before = names();
+    for (const char* name :
+         {"folder.json", "pipe.json", "link.json", "loop.json", "device.json", "missing.json"}) {
+        const QString text = failure(
+            [&] { files.copy(path(QLatin1StringView(name)), path(QStringLiteral("copy.json"))); });
+        EXPECT_TRUE(text.contains(path(QLatin1StringView(name)))) << text.toStdString();
+    }
+    EXPECT_TRUE(calls.openedPaths.isEmpty());
+    EXPECT_EQ(names(), before);
+}
+
+TEST_F(PosixFileSystemTest, copiesAFileThatIsTooLargeToBeRead)
+{
+    put(QStringLiteral("huge.json"), "x");
+    ASSERT_EQ(::truncate(path(QStringLiteral("huge.json")).toUtf8().constData(),
+                         FileSystem::largestFile + 1),
+              0);
+    // Pretending to copy is enough to see that the size is no reason to refuse.
+    calls.isCopyingForShow = true;
+    files.copy(path(QStringLiteral("huge.json")), path(QStringLiteral("copy.json")));
+    EXPECT_EQ(calls.bytesForShow, FileSystem::largestFile + 1);
+}
+
+TEST_F(PosixFileSystemTest, anyFailedStepOfACopyLeavesTheTargetAsItWasAndNoLitter)
+{
+    put(QStringLiteral("a.json"), "something new");
+    ASSERT_EQ(::chmod(path(QStringLiteral("a.json")).toUtf8().constData(), 0640), 0);
+    calls.longestCopy = 4;
+    calls.longestWrite = 4;
+    int failures = 0;
+    for (const bool isReplacing : {false, true}) {
+        for (const Kind kind : {Kind::openTemporary, Kind::copyFileRange, Kind::fstat, Kind::fchmod,
+                                Kind::fdatasync, Kind::close, Kind::rename}) {
+            for (const int number : {ENOSPC, EIO, EDQUOT, EROFS}) {
+                for (int nth = 0; nth < 4; ++nth) {
+                    QFile::remove(path(QStringLiteral("b.json")));
+                    if (isReplacing)
+                        put(QStringLiteral("b.json"), "old");
+                    const QStringList before = names();
+                    const auto stamp = files.stamp(path(QStringLiteral("b.json")));
+                    calls.failAt(kind, number, nth);
+                    try {
+                        files.copy(path(QStringLiteral("a.json")), path(QStringLiteral("b.json")));
+                        EXPECT_EQ(get(QStringLiteral("b.json")), "something new");
+                    } catch (const FileError& error) {
+                        ++failures;
+                        EXPECT_TRUE(calls.hasFailed);
+                        EXPECT_TRUE(
+                            error.description().contains(QString::fromLocal8Bit(strerror(number))))
+                            << error.what();
+                        EXPECT_EQ(files.stamp(path(QStringLiteral("b.json"))), stamp);
+                        EXPECT_EQ(names(), before);
+                    }
+                    calls.failAt(Kind::none, 0);
+                    EXPECT_EQ(get(QStringLiteral("a.json")), "something new");
+                }
+            }
+        }
+    }
+    // Each of the steps, with four numbers, in both cases; only a replacement is flushed.
+    EXPECT_GE(failures, 2 * 4 * (1 + 4 + 3 + 1 + 1 + 1) + 4);
+}
+
+TEST_F(PosixFileSystemTest, aFullDiskIsToldWhenReadingAndWritingTakeOver)
+{
+    put(QStringLiteral("a.json"), "something new");
+    put(QStringLiteral("b.json"), "old");
+    calls.longestCopy = 0;
+    calls.failAt(Kind::write, ENOSPC);
+    const QString text = failure(
+        [&] { files.copy(path(QStringLiteral("a.json")), path(QStringLiteral("b.json"))); });
+    EXPECT_TRUE(text.contains(path(QStringLiteral("b.json")))) << text.toStdString();
+    EXPECT_EQ(get(QStringLiteral("b.json")), "old");
+    EXPECT_EQ(names(), (QStringList{QStringLiteral("a.json"), QStringLiteral("b.json")}));
+}
+
+TEST_F(PosixFileSystemTest, copiesAgainWhenTheFileChangesMeanwhile)
+{
+    put(QStringLiteral("a.json"), "one");
+    int changes = 1;
+    calls.whileReading = [&] {
+        if (changes-- > 0)
+            put(QStringLiteral("a.json"), "two and more");
+    };
+    files.copy(path(QStringLiteral("a.json")), path(QStringLiteral("b.json")));
+    EXPECT_EQ(get(QStringLiteral("b.json")), "two and more");
+
+    qsizetype length = 3;
+    put(QStringLiteral("b.json"), "old");
+    calls.whileReading = [&] { put(QStringLiteral("a.json"), QByteArray(++length, 'x')); };
+    const QString text = failure(
+        [&] { files.copy(path(QStringLiteral("a.json")), path(QStringLiteral("b.json"))); });
+    EXPECT_TRUE(text.contains(QStringLiteral("keeps changing")));
+    EXPECT_EQ(get(QStringLiteral("b.json")), "old");
+    EXPECT_EQ(names(), (QStringList{QStringLiteral("a.json"), QStringLiteral("b.json")}));
+}
+
+TEST_F(PosixFileSystemTest, tellsThatWhatWasCopiedDidNotReachTheDisk)
+{
+    files.flush(folder.path());
+    for (const Kind kind : {Kind::openFolder, Kind::syncfs}) {
+        calls.failAt(kind, EIO);
+        const QString text = failure([&] { files.flush(folder.path()); });
+        EXPECT_TRUE(text.contains(folder.path())) << text.toStdString();
+    }
+    calls.failAt(Kind::none, 0);
+    failure([&] { files.flush(path(QStringLiteral("missing"))); });
+}
+
+TEST_F(AsNobody, copyingWhatMayNotBeReadOrToWhereNothingMayBeWrittenFails)
+{
+    put(QStringLiteral("a.json"), "text");
+    setMode(QStringLiteral("a.json"), 0000);
+    setMode(QStringLiteral("."), 0777);
+    const auto copies = [&] {
+        files.copy(path(QStringLiteral("a.json")), path(QStringLiteral("b.json")));
+    };
+    EXPECT_EQ(run(copies), 0);
+    setMode(QStringLiteral("a.json"), 0644);
+    setMode(QStringLiteral("."), 0555);
+    EXPECT_EQ(run(copies), 0);
+    setMode(QStringLiteral("."), 0777);
+    EXPECT_EQ(names(), QStringList{QStringLiteral("a.json")});
+    EXPECT_EQ(run(copies), 1);
+    EXPECT_EQ(get(QStringLiteral("b.json")), "text");
+}
+
+TEST_F(PosixFileSystemTest, knowsTheSameFileByOtherNames)
+{
+    ASSERT_TRUE(QDir(folder.path()).mkpath(QStringLiteral("one/inside")));
+    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("two")));
+    ASSERT_EQ(::symlink("one", path(QStringLiteral("link")).toUtf8().constData()), 0);
+    ASSERT_EQ(::symlink("nowhere", path(QStringLiteral("dangling")).toUtf8().constData()), 0);
+    const QString one = path(QStringLiteral("one"));
+    for (const char* name : {"one", "one/", "link", "two/../one", "link/inside/.."})
+        EXPECT_TRUE(files.isSame(one, path(QLatin1StringView(name)))) << name;
+    for (const char* name : {"two", "link/inside", "dangling", "missing"})
+        EXPECT_FALSE(files.isSame(one, path(QLatin1StringView(name)))) << name;
+    EXPECT_FALSE(files.isSame(path(QStringLiteral("missing")), path(QStringLiteral("missing"))));
+}
+
+TEST_F(PosixFileSystemTest, looksAtALinkItselfAndOpensNothing)
+{
+    put(QStringLiteral("a"), "text");
+    ASSERT_EQ(::mkfifo(path(QStringLiteral("pipe")).toUtf8().constData(), 0600), 0);
+    ASSERT_EQ(::symlink("nowhere", path(QStringLiteral("link")).toUtf8().constData()), 0);
+    EXPECT_EQ(files.attributes(path(QStringLiteral("a"))), files.stamp(path(QStringLiteral("a"))));
+    EXPECT_EQ(files.attributes(path(QStringLiteral("link"))).size, 7);
+    EXPECT_EQ(files.attributes(path(QStringLiteral("pipe"))).size, 0);
+    EXPECT_GT(files.attributes(folder.path()).inode, 0u);
+    const QString text = failure([&] { (void)files.attributes(path(QStringLiteral("missing"))); });
+    EXPECT_TRUE(text.contains(path(QStringLiteral("missing"))));
+    EXPECT_TRUE(calls.openedPaths.isEmpty());
+}
+
+TEST_F(PosixFileSystemTest, removesAFolderWithWhatIsInItAndFollowsNoLink)
+{
+    ASSERT_TRUE(QDir(folder.path()).mkpath(QStringLiteral("tree/inside")));
+    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("outside")));
+    put(QStringLiteral("outside/precious"), "text");
+    put(QStringLiteral("tree/inside/file"), "");
+    ASSERT_EQ(::symlink("../outside", path(QStringLiteral("tree/link")).toUtf8().constData()), 0);
+    ASSERT_EQ(::symlink("outside", path(QStringLiteral("link")).toUtf8().constData()), 0);
+    files.removeAll(path(QStringLiteral("tree")));
+    files.removeAll(path(QStringLiteral("link")));
+    EXPECT_EQ(names(), QStringList{QStringLiteral("outside")});
+    EXPECT_EQ(get(QStringLiteral("outside/precious")), "text");
+    failure([&] { files.removeEmptyFolder(path(QStringLiteral("outside"))); });
+    files.removeAll(path(QStringLiteral("outside/precious")));
+    files.removeEmptyFolder(path(QStringLiteral("outside")));
+    EXPECT_EQ(names(), QStringList());
+    failure([&] { files.removeAll(path(QStringLiteral("outside"))); });
 }
 
 } // namespace

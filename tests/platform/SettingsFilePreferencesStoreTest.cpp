@@ -164,6 +164,18 @@ TEST_F(SettingsFilePreferencesStoreTest, AFileThatCannotBeWrittenStillServesTheR
     EXPECT_EQ(store.string(u"a"_s), u"b"_s);
 }
 
+TEST_F(SettingsFilePreferencesStoreTest, TellsWhetherTheNextProcessWillFindItAll)
+{
+    SettingsFilePreferencesStore good(path());
+    EXPECT_TRUE(good.isSaved());
+    good.setBoolean(u"a"_s, true);
+    EXPECT_TRUE(good.isSaved());
+    // Below a file there can be no folder, whoever runs the test.
+    SettingsFilePreferencesStore lost(path() + u"/below/a/file"_s);
+    lost.setBoolean(u"a"_s, true);
+    EXPECT_FALSE(lost.isSaved());
+}
+
 TEST_F(SettingsFilePreferencesStoreTest, ServesManyThreads)
 {
     SettingsFilePreferencesStore store(path());

@@ -35,8 +35,9 @@ public:
     /// How far the clock of the file system is behind that of the machine.
     std::chrono::nanoseconds lag{};
 
-    /// Called with the name of each operation ("list", "read", "write", "move", "remove",
-    /// "createFolders") and its path before it is done; may throw FileError in its place.
+    /// Called with the name of each operation ("list", "attributes", "read", "write", "copy",
+    /// "flush", "move", "remove", "removeAll", "removeEmptyFolder", "createFolders") and its path
+    /// before it is done; may throw FileError in its place.
     std::function<void(const QString& operation, const QString& path)> onOperation;
     /// The files that were opened for reading.
     QStringList opened;
@@ -65,12 +66,25 @@ public:
     [[nodiscard]] bool isFolder(const QString& path) override { return nodes.value(path).isFolder; }
     [[nodiscard]] bool isWritable(const QString& path) override { return exists(path); }
 
+    [[nodiscard]] bool isSame(const QString& path, const QString& other) override
+    {
+        return exists(path) && nodes.value(path).inode == nodes.value(other).inode;
+    }
+
     [[nodiscard]] std::optional<FileStamp> stamp(const QString& path) override
     {
         const auto node = nodes.constFind(path);
         if (node == nodes.cend() || node->isFolder)
             return std::nullopt;
         return stampOf(*node);
+    }
+
+    [[nodiscard]] FileStamp attributes(const QString& path) override
+    {
+        begin(QStringLiteral("attributes"), path);
+        if (!exists(path))
+            throw error(QStringLiteral("look at"), path, ENOENT);
+        return stampOf(nodes.value(path));
     }
 
     [[nodiscard]] FileContents read(const QString& path) override
@@ -103,6 +117,17 @@ public:
         return stamp(path);
     }
 
+    void copy(const QString& from, const QString& to) override
+    {
+        begin(QStringLiteral("copy"), from);
+        if (isFolder(to))
+            throw error(QStringLiteral("copy to"), to, EISDIR);
+        const FileContents contents = read(from);
+        replace(to, contents.bytes.view().toByteArray(), contents.stamp.modified);
+    }
+
+    void flush(const QString& folder) override { begin(QStringLiteral("flush"), folder); }
+
     void move(const QString& from, const QString& to) override
     {
         begin(QStringLiteral("move"), from);
@@ -120,6 +145,26 @@ public:
             throw error(QStringLiteral("remove"), path, ENOENT);
         if (isFolder(path))
             throw error(QStringLiteral("remove"), path, EISDIR);
+        take(path);
+    }
+
+    void removeAll(const QString& path) override
+    {
+        begin(QStringLiteral("removeAll"), path);
+        if (!exists(path))
+            throw error(QStringLiteral("remove"), path, ENOENT);
+        for (const QString& inside : QStringList(order)) {
+            if (inside.startsWith(path + u'/'))
+                take(inside);
+        }
+        take(path);
+    }
+
+    void removeEmptyFolder(const QString& path) override
+    {
+        begin(QStringLiteral("removeEmptyFolder"), path);
+        if (!list(path).isEmpty())
+            throw error(QStringLiteral("remove"), path, ENOTEMPTY);
         take(path);
     }
 

@@ -221,13 +221,23 @@ public:
     bool exists(const QString& path) override { return real.exists(path); }
     bool isFolder(const QString& path) override { return real.isFolder(path); }
     bool isWritable(const QString&) override { return false; }
+    bool isSame(const QString& path, const QString& other) override
+    {
+        return real.isSame(path, other);
+    }
     std::optional<FileStamp> stamp(const QString& path) override { return real.stamp(path); }
+    FileStamp attributes(const QString& path) override { return real.attributes(path); }
     FileContents read(const QString& path) override { return real.read(path); }
     FileDigest digest(const QString& path) override { return real.digest(path); }
     std::optional<FileStamp> write(const QString& path, QByteArrayView) override
     {
         throw FileError(QStringLiteral("write"), path, EACCES);
     }
+    void copy(const QString&, const QString& to) override
+    {
+        throw FileError(QStringLiteral("copy to"), to, EACCES);
+    }
+    void flush(const QString& folder) override { real.flush(folder); }
     void move(const QString& from, const QString&) override
     {
         throw FileError(QStringLiteral("move"), from, EACCES);
@@ -236,6 +246,8 @@ public:
     {
         throw FileError(QStringLiteral("remove"), path, EACCES);
     }
+    void removeAll(const QString& path) override { remove(path); }
+    void removeEmptyFolder(const QString& path) override { remove(path); }
     void createFolders(const QString& path) override
     {
         throw FileError(QStringLiteral("create"), path, EACCES);

@@ -40,6 +40,10 @@ public:
         setValue(key, newValue);
     }
 
+    /// Whether it all would outlast the process.
+    bool lasts = true;
+    [[nodiscard]] bool isSaved() const override { return lasts; }
+
     /// Whether nothing was ever stored.
     [[nodiscard]] bool isEmpty() const
     {

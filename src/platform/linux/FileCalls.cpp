@@ -26,6 +26,11 @@ int FileCalls::stat(const char* path, struct ::stat* result)
     return ::stat(path, result);
 }
 
+int FileCalls::lstat(const char* path, struct ::stat* result)
+{
+    return ::lstat(path, result);
+}
+
 int FileCalls::fstatfs(int descriptor, struct ::statfs* result)
 {
     return ::fstatfs(descriptor, result);
@@ -41,9 +46,24 @@ ssize_t FileCalls::write(int descriptor, const void* buffer, size_t count)
     return ::write(descriptor, buffer, count);
 }
 
+ssize_t FileCalls::copyFileRange(int from, int to, size_t count)
+{
+    return ::copy_file_range(from, nullptr, to, nullptr, count, 0);
+}
+
+int FileCalls::startFlush(int descriptor)
+{
+    return ::sync_file_range(descriptor, 0, 0, SYNC_FILE_RANGE_WRITE);
+}
+
 int FileCalls::fchmod(int descriptor, mode_t mode)
 {
     return ::fchmod(descriptor, mode);
+}
+
+int FileCalls::futimens(int descriptor, const struct ::timespec times[2])
+{
+    return ::futimens(descriptor, times);
 }
 
 int FileCalls::fdatasync(int descriptor)
@@ -54,6 +74,11 @@ int FileCalls::fdatasync(int descriptor)
 int FileCalls::fsync(int descriptor)
 {
     return ::fsync(descriptor);
+}
+
+int FileCalls::syncfs(int descriptor)
+{
+    return ::syncfs(descriptor);
 }
 
 int FileCalls::rename(const char* from, const char* to)
@@ -74,6 +99,11 @@ int FileCalls::link(const char* from, const char* to)
 int FileCalls::unlink(const char* path)
 {
     return ::unlink(path);
+}
+
+int FileCalls::rmdir(const char* path)
+{
+    return ::rmdir(path);
 }
 
 } // namespace vellumry

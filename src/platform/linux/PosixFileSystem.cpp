@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <filesystem>
+#include <limits>
 #include <linux/magic.h>
 #include <memory>
 #include <new>
@@ -120,6 +121,9 @@ public:
     [[nodiscard]] bool isOpen() const { return number >= 0; }
     [[nodiscard]] int get() const { return number; }
 
+    /// False with errno set when the system tells a failure; closed in any case.
+    bool close() { return calls.close(std::exchange(number, -1)) == 0 || errno == EINTR; }
+
 private:
     FileCalls& calls;
     int number;
@@ -129,12 +133,13 @@ private:
 class PosixFileSystem::TemporaryFile {
 public:
     TemporaryFile(FileCalls& systemCalls, QByteArray pathInFolder, int openDescriptor)
-        : calls(systemCalls), path(std::move(pathInFolder)), descriptor(systemCalls, openDescriptor)
+        : calls(systemCalls), path(std::move(pathInFolder)),
+          descriptor(systemCalls, openDescriptor), isThere(openDescriptor >= 0)
     {
     }
     ~TemporaryFile()
     {
-        if (descriptor.isOpen() && !isInPlace)
+        if (isThere && !isInPlace)
             calls.unlink(path.constData());
     }
     TemporaryFile(const TemporaryFile&) = delete;
@@ -183,7 +188,7 @@ public:
         return true;
     }
 
-    /// Gives the file the mode of the one it replaces. A file system without modes is no failure.
+    /// Gives the file the mode of another. A file system without modes is no failure.
     bool takeMode(mode_t mode)
     {
         struct ::stat status {};
@@ -195,10 +200,23 @@ public:
                errno == EPERM || saysUnsupported(errno);
     }
 
+    /// Gives the file the modification time of another, where the file system has such times.
+    void takeTime(const struct ::timespec& modified)
+    {
+        const struct ::timespec times[2] = {{0, UTIME_OMIT}, modified};
+        (void)calls.futimens(descriptor.get(), times);
+    }
+
+    /// Lets the disk work while the next file is copied; a later flush waits for all of them.
+    void startFlush() { (void)calls.startFlush(descriptor.get()); }
+
     bool flush()
     {
         return uninterrupted([&] { return calls.fdatasync(descriptor.get()); }) == 0;
     }
+
+    /// False with errno set when something could not be written: a file server tells it only here.
+    bool close() { return descriptor.close(); }
 
     bool takePlaceOf(const QByteArray& target)
     {
@@ -211,6 +229,7 @@ private:
     FileCalls& calls;
     QByteArray path;
     Descriptor descriptor;
+    bool isThere;
     bool isInPlace = false;
 };
 
@@ -242,6 +261,21 @@ bool PosixFileSystem::isWritable(const QString& path)
     return status(path) && ::access(native(path).constData(), W_OK) == 0;
 }
 
+bool PosixFileSystem::isSame(const QString& path, const QString& other)
+{
+    const auto one = status(path);
+    const auto two = status(other);
+    return one && two && one->st_dev == two->st_dev && one->st_ino == two->st_ino;
+}
+
+FileStamp PosixFileSystem::attributes(const QString& path)
+{
+    struct ::stat result {};
+    if (calls.lstat(native(path).constData(), &result) != 0)
+        fail("look at", path);
+    return stampOf(result);
+}
+
 std::optional<FileStamp> PosixFileSystem::stamp(const QString& path)
 {
     const auto found = status(path);
@@ -260,7 +294,7 @@ std::optional<struct ::stat> PosixFileSystem::status(const QString& path)
 
 FileContents PosixFileSystem::read(const QString& path)
 {
-    return readUnchanged<FileContents>(path, [&](int descriptor, FileContents& file) {
+    return readUnchanged<FileContents>(path, largestFile, [&](int descriptor, FileContents& file) {
         file.bytes = PaddedBytes(static_cast<size_t>(file.stamp.size));
         return fill(descriptor, file.bytes.data(), file.bytes.size(), path) == file.bytes.size();
     });
@@ -271,7 +305,7 @@ FileDigest PosixFileSystem::digest(const QString& path)
     // A piece that stays in the processor's cache is read and digested several times as fast as
     // fresh memory for the whole file.
     const auto piece = std::make_unique_for_overwrite<char[]>(Digest::pieceSize);
-    return readUnchanged<FileDigest>(path, [&](int descriptor, FileDigest& file) {
+    return readUnchanged<FileDigest>(path, largestFile, [&](int descriptor, FileDigest& file) {
         Digest digest;
         qint64 remaining = file.stamp.size;
         while (remaining > 0) {
@@ -290,13 +324,13 @@ FileDigest PosixFileSystem::digest(const QString& path)
 /// Reads until no one changes the file meanwhile. `readBytes` gets the open file, with the stamp
 /// filled in, and tells whether all of its bytes were there.
 template <typename Result, typename ReadBytes>
-Result PosixFileSystem::readUnchanged(const QString& path, ReadBytes readBytes)
+Result PosixFileSystem::readUnchanged(const QString& path, qint64 largest, ReadBytes readBytes)
 {
     constexpr int attempts = 3;
     const QByteArray nativePath = native(path);
     try {
         for (int attempt = 0; attempt < attempts; ++attempt) {
-            if (auto result = readOnce<Result>(path, nativePath, readBytes))
+            if (auto result = readOnce<Result>(path, nativePath, largest, readBytes))
                 return std::move(*result);
         }
     } catch (const std::bad_alloc&) {
@@ -308,7 +342,7 @@ Result PosixFileSystem::readUnchanged(const QString& path, ReadBytes readBytes)
 /// Nothing when the file changed meanwhile.
 template <typename Result, typename ReadBytes>
 std::optional<Result> PosixFileSystem::readOnce(const QString& path, const QByteArray& nativePath,
-                                                ReadBytes readBytes)
+                                                qint64 largest, ReadBytes readBytes)
 {
     struct ::stat status {};
     const auto refuseUnlessRegular = [&] {
@@ -316,7 +350,7 @@ std::optional<Result> PosixFileSystem::readOnce(const QString& path, const QByte
             fail("read", path, EISDIR);
         if (!S_ISREG(status.st_mode))
             throw FileError(QStringLiteral("read"), path, QStringLiteral("not a regular file"));
-        if (status.st_size > largestFile)
+        if (status.st_size > largest)
             throw FileError(QStringLiteral("read"), path, QStringLiteral("larger than 1 GiB"));
     };
     // Looked at before it is opened, since opening alone can set a device off.
@@ -431,6 +465,71 @@ void PosixFileSystem::flushFolder(const QString& path, const QByteArray& nativeP
         fail("flush the folder of", path);
 }
 
+void PosixFileSystem::copy(const QString& from, const QString& to)
+{
+    constexpr qint64 anySize = std::numeric_limits<qint64>::max();
+    const QByteArray target = native(to);
+    std::unique_ptr<TemporaryFile> file;
+    struct ::stat status {};
+    (void)readUnchanged<FileReading>(from, anySize, [&](int source, const FileReading& reading) {
+        file.reset(new TemporaryFile(TemporaryFile::create(calls, folderOf(target))));
+        if (!file->isOpen())
+            fail("copy to", to);
+        if (calls.fstat(source, &status) != 0)
+            fail("copy", from);
+        return copyBytes(source, *file, reading.stamp.size, from, to);
+    });
+
+    file->startFlush();
+    file->takeTime(status.st_mtim);
+    struct ::stat replaced {};
+    const bool isNew = calls.lstat(target.constData(), &replaced) != 0 && errno == ENOENT;
+    if (!file->takeMode(status.st_mode & ALLPERMS) || (!isNew && !file->flush()) ||
+        !file->close() || !file->takePlaceOf(target))
+        fail("copy to", to);
+}
+
+/// Copies `count` bytes from where the file stands. False when it has fewer.
+bool PosixFileSystem::copyBytes(int source, TemporaryFile& file, qint64 count, const QString& from,
+                                const QString& to)
+{
+    // The system copies without a detour, or shares the blocks, where the file systems can.
+    while (count > 0) {
+        const ssize_t copied = uninterrupted(
+            [&] { return calls.copyFileRange(source, file.get(), static_cast<size_t>(count)); });
+        if (copied < 0 && errno != EXDEV && errno != EPERM && !saysUnsupported(errno))
+            fail("copy to", to);
+        if (copied <= 0)
+            break;
+        count -= copied;
+    }
+    if (count == 0)
+        return true;
+    constexpr qint64 pieceSize = qint64{1} << 18;
+    const auto piece = std::make_unique_for_overwrite<char[]>(pieceSize);
+    while (count > 0) {
+        const auto wanted = static_cast<size_t>(std::min(count, pieceSize));
+        const size_t read = fill(source, piece.get(), wanted, from);
+        if (!file.write({piece.get(), static_cast<qsizetype>(read)}))
+            fail("copy to", to);
+        if (read < wanted)
+            return false;
+        count -= static_cast<qint64>(read);
+    }
+    return true;
+}
+
+void PosixFileSystem::flush(const QString& folder)
+{
+    Descriptor descriptor(calls, uninterrupted([&] {
+                              return calls.open(native(folder).constData(),
+                                                O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);
+                          }));
+    // Its whole file system at once: one flush for each file takes several times as long.
+    if (!descriptor.isOpen() || uninterrupted([&] { return calls.syncfs(descriptor.get()); }) != 0)
+        fail("flush", folder);
+}
+
 void PosixFileSystem::move(const QString& from, const QString& to)
 {
     const QByteArray source = native(from);
@@ -468,6 +567,26 @@ bool PosixFileSystem::moveInSteps(const QByteArray& source, const QByteArray& ta
 void PosixFileSystem::remove(const QString& path)
 {
     if (calls.unlink(native(path).constData()) != 0)
+        fail("remove", path);
+}
+
+void PosixFileSystem::removeAll(const QString& path)
+{
+    struct ::stat status {};
+    const QByteArray nativePath = native(path);
+    if (calls.lstat(nativePath.constData(), &status) != 0)
+        fail("remove", path);
+    if (!S_ISDIR(status.st_mode))
+        return remove(path);
+    std::error_code error;
+    fs::remove_all(nativePath.toStdString(), error);
+    if (error)
+        fail("remove", path, error.value());
+}
+
+void PosixFileSystem::removeEmptyFolder(const QString& path)
+{
+    if (calls.rmdir(native(path).constData()) != 0)
         fail("remove", path);
 }
 

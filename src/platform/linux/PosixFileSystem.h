@@ -15,12 +15,18 @@ public:
     [[nodiscard]] bool exists(const QString& path) override;
     [[nodiscard]] bool isFolder(const QString& path) override;
     [[nodiscard]] bool isWritable(const QString& path) override;
+    [[nodiscard]] bool isSame(const QString& path, const QString& other) override;
     [[nodiscard]] std::optional<FileStamp> stamp(const QString& path) override;
+    [[nodiscard]] FileStamp attributes(const QString& path) override;
     [[nodiscard]] FileContents read(const QString& path) override;
     [[nodiscard]] FileDigest digest(const QString& path) override;
     std::optional<FileStamp> write(const QString& path, QByteArrayView bytes) override;
+    void copy(const QString& from, const QString& to) override;
+    void flush(const QString& folder) override;
     void move(const QString& from, const QString& to) override;
     void remove(const QString& path) override;
+    void removeAll(const QString& path) override;
+    void removeEmptyFolder(const QString& path) override;
     void createFolders(const QString& path) override;
 
 private:
@@ -29,11 +35,13 @@ private:
 
     [[nodiscard]] std::optional<struct ::stat> status(const QString& path);
     template <typename Result, typename ReadBytes>
-    [[nodiscard]] Result readUnchanged(const QString& path, ReadBytes readBytes);
+    [[nodiscard]] Result readUnchanged(const QString& path, qint64 largest, ReadBytes readBytes);
     template <typename Result, typename ReadBytes>
     [[nodiscard]] std::optional<Result> readOnce(const QString& path, const QByteArray& nativePath,
-                                                 ReadBytes readBytes);
+                                                 qint64 largest, ReadBytes readBytes);
     [[nodiscard]] size_t fill(int descriptor, char* buffer, size_t count, const QString& path);
+    [[nodiscard]] bool copyBytes(int source, TemporaryFile& file, qint64 count, const QString& from,
+                                 const QString& to);
     [[nodiscard]] StampPrecision precision(int descriptor, const FileStamp& stamp);
     bool moveInSteps(const QByteArray& source, const QByteArray& target);
     void flushFolder(const QString& path, const QByteArray& nativePath);

@@ -59,6 +59,12 @@ void SettingsFilePreferencesStore::setData(const QString& key, const QByteArray&
     setValue(key, value);
 }
 
+bool SettingsFilePreferencesStore::isSaved() const
+{
+    const std::lock_guard lock(mutex);
+    return settings.status() == QSettings::NoError;
+}
+
 QVariant SettingsFilePreferencesStore::value(const QString& key) const
 {
     const std::lock_guard lock(mutex);

@@ -22,6 +22,7 @@ public:
     void setInteger(const QString& key, qint64 value) override;
     void setString(const QString& key, const QString& value) override;
     void setData(const QString& key, const QByteArray& value) override;
+    [[nodiscard]] bool isSaved() const override;
 
 private:
     [[nodiscard]] QVariant value(const QString& key) const;

@@ -1,0 +1,84 @@
+#include "core/BackgroundRunner.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QList>
+#include <QThread>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <memory>
+#include <semaphore>
+
+namespace vellumry {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// Turns the event loop until the condition holds; false after a generous wait.
+bool turnedUntil(const std::function<bool()>& condition)
+{
+    const QDeadlineTimer deadline(20s);
+    while (!condition()) {
+        if (deadline.hasExpired())
+            return false;
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 10);
+    }
+    return true;
+}
+
+TEST(ThreadRunner, WorksElsewhereAndReportsOnTheMainThreadInOrder)
+{
+    ThreadRunner runner;
+    QObject owner;
+    QList<int> reported;
+    for (int i = 0; i < 3; ++i) {
+        runner.run([&, i] {
+            EXPECT_NE(QThread::currentThread(), QCoreApplication::instance()->thread());
+            for (int step = 0; step < 2; ++step)
+                runner.onMain(&owner, [&, i, step] {
+                    EXPECT_EQ(QThread::currentThread(), QCoreApplication::instance()->thread());
+                    reported.append(2 * i + step);
+                });
+        });
+    }
+    EXPECT_TRUE(turnedUntil([&] { return reported.size() == 6; }));
+    EXPECT_EQ(reported, (QList<int>{0, 1, 2, 3, 4, 5}));
+}
+
+TEST(ThreadRunner, ActionsAreNeverRunAtOnceAndEndWithTheirOwner)
+{
+    ThreadRunner runner;
+    auto owner = std::make_unique<QObject>();
+    QObject other;
+    bool hasRun = false;
+    bool isOver = false;
+    runner.onMain(owner.get(), [&] { hasRun = true; });
+    runner.onMain(&other, [&] { isOver = true; });
+    EXPECT_FALSE(isOver);
+    owner.reset();
+    EXPECT_TRUE(turnedUntil([&] { return isOver; }));
+    EXPECT_FALSE(hasRun);
+}
+
+TEST(ThreadRunner, ItsEndWaitsForTheWorkInHandAndDropsTheRest)
+{
+    std::binary_semaphore begun(0);
+    std::atomic<bool> isDone = false;
+    std::atomic<bool> hasBegunTheRest = false;
+    {
+        ThreadRunner runner;
+        runner.run([&] {
+            begun.release();
+            QThread::msleep(20); // so that the end comes first
+            isDone = true;
+        });
+        begun.acquire();
+        runner.run([&] { hasBegunTheRest = true; });
+    }
+    EXPECT_TRUE(isDone);
+    EXPECT_FALSE(hasBegunTheRest);
+}
+
+} // namespace
+} // namespace vellumry
