@@ -165,11 +165,12 @@ bool DraftedLibrary::setDraft(const Snippet& draft)
 
 bool DraftedLibrary::removeDraft(const QString& id)
 {
+    const qsizetype position = indexOf(id);
     const std::optional<Snippet> before = effective(id);
     if (edits.remove(id) == 0)
         return false;
     if (before)
-        recount(*before, stored.at(indexOf(id)));
+        recount(*before, stored.at(position));
     note();
     return true;
 }

@@ -332,16 +332,16 @@ void SnippetListViewModel::replaceSnippet(qsizetype position, const Snippet& sni
     if (!library.replace(position, snippet))
         return;
     changed.snippets = true;
-    showNow(snippet.id(), before);
+    showChange(*before);
 }
 
 /// Lets the list show what has become of a snippet.
-void SnippetListViewModel::showNow(const QString& id, const std::optional<Snippet>& before)
+void SnippetListViewModel::showChange(const Snippet& before)
 {
-    if (!library.hasUniqueIds())
+    if (library.hasUniqueIds())
+        frozen.update(before, *library.effective(before.id()));
+    else
         frozen.update(library);
-    else if (before)
-        frozen.update(*before, *library.effective(id));
 }
 
 void SnippetListViewModel::createSnippet()
@@ -424,10 +424,11 @@ void SnippetListViewModel::updateSnippet(const Snippet& snippet)
         return;
     const Operation operation(*this);
     const QString previousCollection = snippets().at(position).collection();
+    const bool hasMoved = previousCollection != snippet.collection();
     replaceSnippet(position, snippet);
     saveAllData();
     clearUnsavedEdit(snippet.id());
-    if (previousCollection != snippet.collection())
+    if (hasMoved)
         cleanupEmptyCollection(previousCollection);
 }
 
@@ -534,29 +535,28 @@ void SnippetListViewModel::setUnsavedEdit(const Snippet& draft)
 {
     const Operation operation(*this);
     const std::optional<Snippet> before = library.effective(draft.id());
-    if (library.setDraft(draft))
-        noteDraftChange(draft.id(), before);
-    else if (fields.isFilteringUnsaved)
-        refreshSnippetOrder();
+    const bool isChanged = library.setDraft(draft);
+    noteDraft(isChanged, before);
 }
 
 void SnippetListViewModel::clearUnsavedEdit(const QString& id)
 {
     const Operation operation(*this);
     const std::optional<Snippet> before = library.effective(id);
-    if (library.removeDraft(id))
-        noteDraftChange(id, before);
-    else if (fields.isFilteringUnsaved)
-        refreshSnippetOrder();
+    const bool isChanged = library.removeDraft(id);
+    noteDraft(isChanged, before);
 }
 
-void SnippetListViewModel::noteDraftChange(const QString& id, const std::optional<Snippet>& before)
+/// What follows on a draft that was set or removed. `before` is what stood for its snippet, if it
+/// is stored.
+void SnippetListViewModel::noteDraft(bool isChanged, const std::optional<Snippet>& before)
 {
-    changed.unsavedEdits = true;
+    if (isChanged)
+        changed.unsavedEdits = true;
     if (fields.isFilteringUnsaved)
         refreshSnippetOrder();
-    else
-        showNow(id, before);
+    else if (isChanged && before)
+        showChange(*before);
 }
 
 void SnippetListViewModel::saveAllUnsavedEdits()
@@ -573,9 +573,9 @@ void SnippetListViewModel::discardAllUnsavedEdits()
     const QStringList ids = unsavedEdits().keys();
     for (const QString& id : ids) {
         const std::optional<Snippet> before = library.effective(id);
-        library.removeDraft(id);
-        showNow(id, before);
-        changed.unsavedEdits = true;
+        changed.unsavedEdits = library.removeDraft(id);
+        if (before)
+            showChange(*before);
     }
 }
 
@@ -665,18 +665,20 @@ void SnippetListViewModel::renameCollection(const QString& oldName, const QStrin
     const QString trimmed = trimmedHorizontally(newName).toString();
     if (trimmed.isEmpty() || trimmed == oldName)
         return;
+    // The name that is given may be that of the model itself.
+    const std::pair<QString, QString> names(oldName, trimmed);
     {
         const Operation operation(*this);
         const Date now = services.clock.now();
         QList<Snippet> renamed = snippets();
         for (qsizetype i = 0; i < renamed.size(); ++i) {
-            if (renamed.at(i).collection() != oldName)
+            if (renamed.at(i).collection() != names.first)
                 continue;
             renamed[i].setCollection(trimmed);
             renamed[i].setUpdatedAt(now);
         }
         setSnippets(renamed);
-        if (const qsizetype i = indexOfCollection(oldName); i >= 0) {
+        if (const qsizetype i = indexOfCollection(names.first); i >= 0) {
             models[i].name = trimmed;
             changed.collectionModels = true;
         }
@@ -689,19 +691,24 @@ void SnippetListViewModel::renameCollection(const QString& oldName, const QStrin
             }
         }
         QMap<QString, QString> colors = services.colors.loadColors();
-        colors.insert(trimmed, toHex(services.colors.getColor(oldName)));
-        colors.remove(oldName);
+        colors.insert(trimmed, toHex(services.colors.getColor(names.first)));
+        colors.remove(names.first);
         services.colors.saveColors(colors);
-        if (fields.selectedCollection == oldName)
+        if (fields.selectedCollection == names.first)
             fields.selectedCollection = trimmed;
         refreshSnippetOrder();
     }
-    Q_EMIT services.notifications.collectionsDidChange(oldName, trimmed);
+    Q_EMIT services.notifications.collectionsDidChange(names.first, names.second);
 }
 
 void SnippetListViewModel::deleteCollection(const QString& name)
 {
     const Operation operation(*this);
+    // The name that is given may be one of those that go.
+    const bool isSelected = fields.selectedCollection == name;
+    const qsizetype index = indexOfCollection(name);
+    QMap<QString, QString> colors = services.colors.loadColors();
+    colors.remove(name);
     QSet<QString> ids;
     QList<Snippet> kept;
     for (const Snippet& snippet : snippets()) {
@@ -717,8 +724,8 @@ void SnippetListViewModel::deleteCollection(const QString& name)
             changed.unsavedEdits = true;
     }
     setSnippets(kept);
-    if (const qsizetype i = indexOfCollection(name); i >= 0) {
-        const QString id = models.at(i).id;
+    if (index >= 0) {
+        const QString id = models.at(index).id;
         try {
             services.storageService.deleteCollectionFile(id);
         } catch (const StorageError&) {
@@ -728,10 +735,8 @@ void SnippetListViewModel::deleteCollection(const QString& name)
         changed.collectionModels = true;
     }
     saveAllData();
-    QMap<QString, QString> colors = services.colors.loadColors();
-    colors.remove(name);
     services.colors.saveColors(colors);
-    if (fields.selectedCollection == name)
+    if (isSelected)
         fields.selectedCollection.reset();
     refreshSnippetOrder();
 }

@@ -223,8 +223,8 @@ private:
     void setSnippets(const QList<Snippet>& snippets);
     void replaceSnippet(qsizetype position, const Snippet& snippet);
     void insertSnippet(const Snippet& snippet);
-    void showNow(const QString& id, const std::optional<Snippet>& before);
-    void noteDraftChange(const QString& id, const std::optional<Snippet>& before);
+    void showChange(const Snippet& before);
+    void noteDraft(bool isChanged, const std::optional<Snippet>& before);
 
     [[nodiscard]] qint64 nextDisplayOrder(const QString& collection) const;
     void selectSoon(const QString& id);

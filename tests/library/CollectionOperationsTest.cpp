@@ -293,6 +293,17 @@ TEST_F(RenameCollection, GoesOnWhenTheFileCannotBeRenamed)
     EXPECT_THAT(posted, ElementsAre(u"Work -> Job"_s));
 }
 
+TEST_F(RenameCollection, TakesTheNameOfTheModelItself)
+{
+    model.selectCollection(u"Work"_s);
+    model.renameCollection(model.collectionModels().first().name, u"Job"_s);
+    EXPECT_THAT(world.modelNames(), ElementsAre(u"Job"_s, u"Home"_s));
+    EXPECT_EQ(model.selectedCollection(), u"Job"_s);
+    model.renameCollection(*model.selectedCollection(), u"Task"_s);
+    EXPECT_THAT(posted, ElementsAre(u"Work -> Job"_s, u"Job -> Task"_s));
+    EXPECT_EQ(world.colors.loadColors().keys(), QStringList{u"Task"_s});
+}
+
 TEST_F(RenameCollection, KeepsAnotherSelection)
 {
     model.selectCollection(u"Home"_s);
@@ -326,6 +337,20 @@ TEST_F(DeleteCollection, LeavesAllSnippetsSelectedAndNothingOpen)
     EXPECT_FALSE(model.selectedCollection());
     EXPECT_FALSE(model.selectedSnippetID());
     EXPECT_THAT(world.shown(), ElementsAre(u"c"_s));
+}
+
+TEST_F(DeleteCollection, TakesTheNameOfTheModelItself)
+{
+    world.colors.saveColors({{u"Work"_s, u"mint"_s}, {u"Home"_s, u"red"_s}});
+    model.deleteCollection(model.collectionModels().first().name);
+    model.selectCollection(u"Home"_s);
+    model.deleteCollection(*model.selectedCollection());
+    model.createSnippet();
+    world.storage.stored.reset();
+    model.deleteCollection(model.snippets().first().collection());
+    EXPECT_FALSE(model.selectedCollection());
+    EXPECT_TRUE(model.collectionModels().isEmpty());
+    EXPECT_TRUE(world.colors.loadColors().isEmpty());
 }
 
 TEST_F(DeleteCollection, KeepsASelectionElsewhere)

@@ -161,6 +161,17 @@ TEST_F(EndOfADraft, ComesWithTheRevert)
     model.clearUnsavedEdit(u"?"_s);
 }
 
+TEST_F(EndOfADraft, ComesForADraftThatIsHandedInFromTheMap)
+{
+    edit(u"a"_s, u"draft"_s);
+    edit(u"b"_s, u"draft"_s);
+    model.updateSnippet(*model.unsavedEdits().constFind(u"a"_s));
+    model.clearUnsavedEdit(model.unsavedEdits().firstKey());
+    EXPECT_TRUE(model.unsavedEdits().isEmpty());
+    EXPECT_EQ(world.snippet(u"a"_s).title(), u"draft"_s);
+    EXPECT_EQ(model.filteredSnippets().at(1).title(), u"Title of b"_s);
+}
+
 TEST_F(EndOfADraft, ComesWithTheDeletionOfItsSnippet)
 {
     edit(u"a"_s, u"draft"_s);
