@@ -1,9 +1,11 @@
 #include "app/DependencyContainer.h"
 
+#include "library/SnippetListViewModel.h"
 #include "notifications/NotificationCenter.h"
 #include "palette/ClipboardService.h"
 #include "palette/FuzzySearchService.h"
 #include "platform/linux/ClipboardPasteboard.h"
+#include "settings/CategoryColorService.h"
 #include "settings/HotkeyService.h"
 #include "settings/SettingsService.h"
 #include "storage/CollectionFileStorageService.h"
@@ -64,6 +66,21 @@ SettingsService& DependencyContainer::settings()
         settingsService = std::make_unique<SettingsService>(SettingsService::Dependencies{
             PreferencesStore::standard(), hotkeyService(), NotificationCenter::defaultCenter()});
     return *settingsService;
+}
+
+SnippetListViewModel& DependencyContainer::mainSnippetListViewModel()
+{
+    if (!mainList) {
+        listSearch = std::make_unique<FuzzySearchService>();
+        mainList = std::make_unique<SnippetListViewModel>(
+            SnippetListViewModel::Dependencies{.storageService = storageService(),
+                                               .searchService = *listSearch,
+                                               .colors = CategoryColorService::shared(),
+                                               .notifications = NotificationCenter::defaultCenter(),
+                                               .scheduler = EventLoopScheduler::shared(),
+                                               .clock = SystemClock::shared()});
+    }
+    return *mainList;
 }
 
 } // namespace vellumry

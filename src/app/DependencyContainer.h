@@ -11,6 +11,7 @@ class HotkeyService;
 class Pasteboard;
 class SearchServiceProtocol;
 class SettingsService;
+class SnippetListViewModel;
 class StorageServiceProtocol;
 
 /// The services of the program. Each slot is filled when it is first read and kept for the life
@@ -31,6 +32,9 @@ public:
     [[nodiscard]] SearchServiceProtocol& searchService();
     [[nodiscard]] HotkeyService& hotkeyService();
     [[nodiscard]] SettingsService& settings();
+    /// Of the main window. It searches with a service of its own: lists of one collection would
+    /// drive the prepared text of the whole library out of the palette's.
+    [[nodiscard]] SnippetListViewModel& mainSnippetListViewModel();
 
     /// The search service as what it is, for preparing it ahead of the first query.
     [[nodiscard]] FuzzySearchService& fuzzySearchService();
@@ -41,6 +45,8 @@ private:
     std::unique_ptr<FuzzySearchService> search;
     std::unique_ptr<HotkeyService> hotkey;
     std::unique_ptr<SettingsService> settingsService;
+    std::unique_ptr<FuzzySearchService> listSearch;
+    std::unique_ptr<SnippetListViewModel> mainList;
 };
 
 } // namespace vellumry

@@ -94,10 +94,14 @@ QColor CategoryColorService::getColor(const QString& collectionName) const
 
 std::optional<QString> CategoryColorService::getColorHex(const QString& collectionName) const
 {
-    QString text = colorText(collectionName);
-    if (text.startsWith(u'#'))
-        return text;
-    if (const Preset* preset = presetNamed(text))
+    return hexOf(colorText(collectionName));
+}
+
+std::optional<QString> CategoryColorService::hexOf(const QString& colorText)
+{
+    if (colorText.startsWith(u'#'))
+        return colorText;
+    if (const Preset* preset = presetNamed(colorText))
         return toHex(preset->color);
     return std::nullopt;
 }

@@ -38,6 +38,9 @@ public:
     /// that does not exist.
     [[nodiscard]] std::optional<QString> getColorHex(const QString& collectionName) const;
 
+    /// The same for a colour text.
+    [[nodiscard]] static std::optional<QString> hexOf(const QString& colorText);
+
     /// The colours to choose from, in the order of the menu.
     [[nodiscard]] static std::span<const Preset> presetColors();
 
