@@ -173,6 +173,7 @@ protected:
         return *generations.begin();
     }
 
+    VellumryData known = generation(0); ///< the generation that was compared last
     LogCapture log;
     QTemporaryDir directory;
     InterruptedFileCalls calls;

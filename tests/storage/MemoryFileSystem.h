@@ -104,7 +104,8 @@ public:
     [[nodiscard]] FileDigest digest(const QString& path) override
     {
         const FileContents contents = read(path);
-        return {contents, Digest::of(contents.bytes.view())};
+        const FileReading& reading = contents;
+        return {reading, Digest::of(contents.bytes.view())};
     }
 
     std::optional<FileStamp> write(const QString& path, QByteArrayView bytes) override
