@@ -11,15 +11,6 @@
 
 namespace vellumry {
 
-namespace {
-
-QString metadataPath(const QString& folder)
-{
-    return folder % u'/' % StorageLocationManager::metadataFileName;
-}
-
-} // namespace
-
 void DataMigrationHelper::copyMultiFileData(const QString& from, const QString& to,
                                             const std::function<void(double)>& progress,
                                             FileSystem& files)
@@ -33,7 +24,7 @@ void DataMigrationHelper::copyMultiFileData(const QString& from, const QString& 
         progress(++done / count * 0.4 + 0.5);
     }
     files.flush(to);
-    if (!files.exists(metadataPath(to)))
+    if (!files.exists(to % u'/' % StorageLocationManager::metadataFileName))
         throw MigrationHelperError(MigrationHelperError::Kind::copyFailed);
 }
 
@@ -45,7 +36,7 @@ void DataMigrationHelper::createEmptyData(const QString& folder, FileSystem& fil
                                     .deviceId = DeviceIdentifier::current(),
                                     .collectionOrder = {},
                                     .settings = std::nullopt};
-    const QString path = metadataPath(folder);
+    const QString path = folder % u'/' % StorageLocationManager::metadataFileName;
     JSONEncoder encoder = JSONEncoder::vellumry();
     files.write(path, encoder.encode(metadata));
     log(u"DataMigrationHelper", QString(u"创建空数据文件 - " % path));
