@@ -273,7 +273,7 @@ std::optional<VellumryData> CollectionFileStorageService::loadFullData()
     missedChange = false; // from here on the folder is read
     ScannedFolder scanned = scanAllCollectionFiles();
     cache.acceptForeignChanges();
-    sortByOrder(scanned.collections, metadata.collectionOrder);
+    arrangeByOrder(scanned.collections, metadata.collectionOrder);
     VellumryData data{.version = VellumryData::currentVersion.toString(),
                       .lastModified = metadata.lastModified,
                       .deviceId = metadata.deviceId,

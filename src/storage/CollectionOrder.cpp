@@ -11,7 +11,7 @@
 
 namespace vellumry {
 
-void sortByOrder(QList<SyncCollection>& collections, const QStringList& order)
+void arrangeByOrder(QList<SyncCollection>& collections, const QStringList& order)
 {
     QHash<QString, qsizetype> positions;
     for (const QString& id : order) {

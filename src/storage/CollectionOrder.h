@@ -11,7 +11,7 @@ namespace vellumry {
 
 /// Puts the collections into the order of the ids; those without a place keep theirs at the end.
 /// An id that stands twice in `order` ends the process.
-void sortByOrder(QList<SyncCollection>& collections, const QStringList& order);
+void arrangeByOrder(QList<SyncCollection>& collections, const QStringList& order);
 
 /// The colours of those that have one, by name; the last of a name wins.
 [[nodiscard]] QMap<QString, QString> colorsByName(const QList<SyncCollection>& collections);

@@ -463,9 +463,9 @@ TEST_F(ValidateTest, otherJSONIsNotCompatibleAndOtherTextIsInvalid)
 }
 
 /// What a damaged folder on a real disk gives.
-class DamagedFolderTest : public testing::Test {
+class ValidatedDamageTest : public testing::Test {
 protected:
-    DamagedFolderTest()
+    ValidatedDamageTest()
     {
         for (int i = 0; i < 3; ++i)
             originals.insert(QStringLiteral("c%1.json").arg(i),
@@ -553,14 +553,14 @@ protected:
     QMap<QString, QByteArray> originals;
 };
 
-TEST_F(DamagedFolderTest, cutAndFlippedCollectionFilesAreSteppedAround)
+TEST_F(ValidatedDamageTest, cutAndFlippedCollectionFilesAreSteppedAround)
 {
     EXPECT_EQ(idsInFolder(),
               (QStringList{QStringLiteral("2"), QStringLiteral("0"), QStringLiteral("1")}));
     damageInEveryWay<CollectionFileData>(QStringLiteral("c1.json"));
 }
 
-TEST_F(DamagedFolderTest, cutAndFlippedMetadataFilesAreInvalid)
+TEST_F(ValidatedDamageTest, cutAndFlippedMetadataFilesAreInvalid)
 {
     damageInEveryWay<MetadataFileData>(QStringLiteral("_metadata.json"));
 }
@@ -597,7 +597,7 @@ const QList<OddEntry>& oddEntries()
     return entries;
 }
 
-TEST_F(DamagedFolderTest, whatIsNoFileIsSteppedAroundAndNeverWaitedFor)
+TEST_F(ValidatedDamageTest, whatIsNoFileIsSteppedAroundAndNeverWaitedFor)
 {
     for (const OddEntry& odd : oddEntries()) {
         const QByteArray nativePath = QFile::encodeName(path(QStringLiteral("c1.json")));
@@ -617,7 +617,7 @@ TEST_F(DamagedFolderTest, whatIsNoFileIsSteppedAroundAndNeverWaitedFor)
     }
 }
 
-TEST_F(DamagedFolderTest, aMetadataFileThatIsNoFileIsInvalidOrMissing)
+TEST_F(ValidatedDamageTest, aMetadataFileThatIsNoFileIsInvalidOrMissing)
 {
     for (const OddEntry& odd : oddEntries()) {
         const QByteArray nativePath = QFile::encodeName(path(QStringLiteral("_metadata.json")));
@@ -635,7 +635,7 @@ TEST_F(DamagedFolderTest, aMetadataFileThatIsNoFileIsInvalidOrMissing)
     }
 }
 
-TEST_F(DamagedFolderTest, oddNamesAreReadOrSteppedAround)
+TEST_F(ValidatedDamageTest, oddNamesAreReadOrSteppedAround)
 {
     const QByteArray bytes =
         collectionFileBytes(makeCollection(QStringLiteral("odd"), QStringLiteral("Odd")), {});
@@ -656,7 +656,7 @@ TEST_F(DamagedFolderTest, oddNamesAreReadOrSteppedAround)
 }
 
 /// An unreadable file, met by a user without privileges; the tests may run as one with all.
-TEST_F(DamagedFolderTest, anUnreadableFileIsSteppedAround)
+TEST_F(ValidatedDamageTest, anUnreadableFileIsSteppedAround)
 {
     ASSERT_EQ(::chmod(QFile::encodeName(folder.path()).constData(), 0755), 0);
     for (auto it = originals.cbegin(); it != originals.cend(); ++it) {
