@@ -51,11 +51,11 @@ public:
 private:
     void grow()
     {
-        auto larger = std::make_unique_for_overwrite<T[]>(capacity * 2);
+        capacity = std::max(capacity * 2, 2 * Inline);
+        auto larger = std::make_unique_for_overwrite<T[]>(capacity);
         std::copy_n(items, count, larger.get());
         heap = std::move(larger);
         items = heap.get();
-        capacity *= 2;
     }
 
     union Storage {
