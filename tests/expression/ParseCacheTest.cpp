@@ -90,6 +90,7 @@ TEST_F(ParseCacheTest, manyThreadsMayUseIt)
     Expression::clearCache();
     std::atomic<int> wrong = 0;
     std::vector<std::thread> threads;
+    threads.reserve(8);
     for (int t = 0; t < 8; ++t) {
         threads.emplace_back([t, &wrong] {
             for (int i = 0; i < 2000; ++i) {
@@ -119,6 +120,7 @@ TEST_F(ParseCacheTest, manyThreadsMayEvaluateOneExpression)
     const double expected = expression.evaluate();
     std::atomic<int> wrong = 0;
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int t = 0; t < 4; ++t) {
         threads.emplace_back([&] {
             for (int i = 0; i < 5000; ++i)

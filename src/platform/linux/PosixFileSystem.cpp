@@ -472,6 +472,7 @@ void PosixFileSystem::copy(const QString& from, const QString& to)
     std::unique_ptr<TemporaryFile> file;
     struct ::stat status {};
     (void)readUnchanged<FileReading>(from, anySize, [&](int source, const FileReading& reading) {
+        // NOLINTNEXTLINE(modernize-make-unique): it cannot be moved, only made in its place
         file.reset(new TemporaryFile(TemporaryFile::create(calls, folderOf(target))));
         if (!file->isOpen())
             fail("copy to", to);
