@@ -14,7 +14,7 @@ class SerialQueue final {
 public:
     /// The label names the thread for debuggers.
     explicit SerialQueue(const QString& label);
-    /// Waits for the task that is running; those behind it do not run any more.
+    /// Waits for the tasks that are due; delayed ones do not run any more.
     ~SerialQueue();
     SerialQueue(const SerialQueue&) = delete;
     SerialQueue& operator=(const SerialQueue&) = delete;

@@ -44,6 +44,13 @@ bool isWithin(const QString& path, const QString& folder, FileSystem& files)
 
 LocationChange::LocationChange(Dependencies dependencies) : with(std::move(dependencies)) {}
 
+LocationChange::~LocationChange()
+{
+    // Nobody else would take the overlay down.
+    if (migrating)
+        Q_EMIT with.notifications.hideLoadingOverlay();
+}
+
 void LocationChange::applyChanges(const std::optional<QString>& selectedPath)
 {
     if (!selectedPath || migrating)
@@ -79,7 +86,10 @@ std::function<void()> LocationChange::carryOver(Move move)
             locations.validateDirectory(move.to);
             report(0.3);
             report(0.4);
-            move.isCopied = files.exists(StorageLocationManager::metadataPath(move.from));
+            // A folder that does not tell what it holds is not one without a library.
+            move.isListed = files.exists(move.from);
+            move.isCopied = move.isListed && files.list(move.from).contains(
+                                                 StorageLocationManager::metadataFileName);
             if (move.isCopied) {
                 report(0.5);
                 DataMigrationHelper::copyMultiFileData(move.from, move.to, report, files);
@@ -109,7 +119,7 @@ void LocationChange::switchLocation(const Move& move)
 
     setPhase(Phase::cleaning);
     try {
-        if (with.locations.isLocationSaved())
+        if (move.isListed && with.locations.isLocationSaved())
             cleanupOldLocation(move);
     } catch (const FileError&) {
         // What is left in the old folder does no harm.

@@ -25,7 +25,8 @@ namespace vellumry {
 /// nothing that the copied library lacks. A library in an older form is not carried over: its
 /// folder gives an empty library at the new place and is cleared all the same.
 ///
-/// Main thread only. When it is destroyed during the copying, the move ends there.
+/// Main thread only. When it is destroyed during the copying, that goes on to its end, and the
+/// location stays as it is.
 class LocationChange final : public QObject {
     Q_OBJECT
 
@@ -46,6 +47,7 @@ public:
     };
 
     explicit LocationChange(Dependencies dependencies);
+    ~LocationChange() override;
 
     [[nodiscard]] Phase phase() const { return currentPhase; }
     /// Whether a move is under way.
@@ -72,7 +74,8 @@ private:
     struct Move {
         QString from;
         QString to;
-        bool isCopied = false; ///< whether the old folder held a library that was copied
+        bool isListed = false; ///< whether there was an old folder to look into
+        bool isCopied = false; ///< whether it held a library that was copied
     };
 
     [[nodiscard]] std::function<void()> carryOver(Move move);

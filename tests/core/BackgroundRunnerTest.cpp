@@ -68,13 +68,17 @@ TEST(ThreadRunner, ItsEndWaitsForTheWorkInHandAndDropsTheRest)
     std::atomic<bool> hasBegunTheRest = false;
     {
         ThreadRunner runner;
-        runner.run([&] {
+        // Lives as long as the work behind waits for its turn.
+        auto rest = std::make_shared<bool>();
+        runner.run([&, waiting = std::weak_ptr(rest)] {
             begun.release();
-            QThread::msleep(20); // so that the end comes first
+            const QDeadlineTimer deadline(20'000);
+            while (!waiting.expired() && !deadline.hasExpired())
+                QThread::yieldCurrentThread();
             isDone = true;
         });
         begun.acquire();
-        runner.run([&] { hasBegunTheRest = true; });
+        runner.run([&, rest = std::move(rest)] { hasBegunTheRest = true; });
     }
     EXPECT_TRUE(isDone);
     EXPECT_FALSE(hasBegunTheRest);

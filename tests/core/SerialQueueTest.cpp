@@ -2,6 +2,7 @@
 
 #include "core/Scheduler.h"
 
+#include <QDeadlineTimer>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -56,12 +57,13 @@ TEST(SerialQueue, delayedCallsRunOnTheThreadOfTheirOwner)
     EventLoopScheduler scheduler;
     scheduler.after(std::chrono::milliseconds(1), &queue.context(),
                     [&] { thread = QThread::currentThread(); });
-    while (!thread)
+    const QDeadlineTimer deadline(20'000);
+    while (!thread && !deadline.hasExpired())
         QThread::yieldCurrentThread();
     EXPECT_EQ(thread, queue.context().thread());
 }
 
-TEST(SerialQueue, whatWaitsBehindTheEndDoesNotRun)
+TEST(SerialQueue, whatIsNotDueAtTheEndDoesNotRun)
 {
     bool isRun = false;
     {

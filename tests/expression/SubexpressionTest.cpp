@@ -115,7 +115,7 @@ TEST(SubexpressionTest, undefinedIsFoundOutBeforeTheArguments)
 TEST(SubexpressionTest, argumentsAreEvaluatedFromLeftToRight)
 {
     std::vector<int> order;
-    const auto noted = [&order](int number, std::vector<Subexpression> arguments) {
+    const auto noted = [&order](int number, const std::vector<Subexpression>& arguments) {
         return Subexpression::symbol(Symbol::function("f", Arity::any), arguments,
                                      [&order, number](auto values) {
                                          order.push_back(number);

@@ -84,14 +84,13 @@ public:
     LogCapture log;
     StorageWorld world;
     ManualBackgroundRunner background;
-    std::unique_ptr<LocationChange> change;
+    QStringList noted;
     QList<double> progress;
     QList<Phase> phases;
+    std::unique_ptr<LocationChange> change; // the first to go, as it still tells of its end
 
 private:
     void note(const QString& event) { noted.append(event); }
-
-    QStringList noted;
 };
 
 class LocationChangeTest : public testing::Test {
@@ -521,7 +520,11 @@ TEST_F(LocationChangeTest, aSheetThatIsGoneEndsTheMove)
 {
     putLibrary();
     change.applyChanges(to);
+    bool isOverlayGone = false;
+    QObject::connect(&move.world.notifications, &NotificationCenter::hideLoadingOverlay,
+                     &move.world.notifications, [&] { isOverlayGone = true; });
     move.change.reset();
+    EXPECT_TRUE(isOverlayGone);
     move.background.runWork();
     move.background.runActions();
     move.world.scheduler.advance(1s);

@@ -318,10 +318,7 @@ TEST_F(FileWatcherServiceTest, callsBackOnTheMainThread)
     ASSERT_TRUE(real.isWatching());
     QElapsedTimer waiting;
     waiting.start();
-    for (int change = 0; change < 10; ++change) {
-        QFile file(directory.filePath(QStringLiteral("a.json")));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    }
+    ASSERT_TRUE(QFile(directory.filePath(QStringLiteral("a.json"))).open(QIODevice::WriteOnly));
     while (calls == 0 && !waiting.hasExpired(30'000))
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 5);
     EXPECT_EQ(calls, 1);

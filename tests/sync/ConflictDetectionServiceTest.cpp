@@ -283,6 +283,19 @@ TEST_F(ConflictDetectionTest, patternsTakeNamesAsLongAsNamesCanBe)
     put(u"(from "_s + QString(230, u')') + u".json"_s);
     put(QString(230, u' ') + u"1.json"_s);
     EXPECT_EQ(found(), QStringList());
+
+    QStringList copies{u'-' + QString(240, u'a') + u".json.json"_s,
+                       QString(120, u'-') + QString(120, u'b') + u" .json.json"_s,
+                       u"(from "_s + QString(230, u')') + u".json.json"_s,
+                       QString(230, u' ') + u"1.json.json"_s};
+    for (const QString& name : std::as_const(copies))
+        put(name);
+    QStringList names;
+    for (const QString& text : found())
+        names.append(text.section(u" | "_s, 0, 0));
+    names.sort();
+    copies.sort();
+    EXPECT_EQ(names, copies);
 }
 
 TEST(ConflictDetectionOnDisk, looksAtLinksThemselvesAndRemovesNoFolder)
