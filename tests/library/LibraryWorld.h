@@ -152,7 +152,7 @@ inline Snippet orderedSnippet(const QString& id, const QString& collection,
 {
     Snippet snippet = makeSnippet(id, collection);
     snippet.setDisplayOrder(displayOrder);
-    snippet.setCreatedAt(dateAt(1000 * second));
+    snippet.setCreatedAt(dateAt(qint64{1000} * second));
     return snippet;
 }
 

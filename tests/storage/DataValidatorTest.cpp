@@ -182,7 +182,7 @@ protected:
     DataValidator::ValidationResult validate(const QString& location)
     {
         const QStringList before = files.order;
-        const auto result = DataValidator::validate(location, files, clock);
+        auto result = DataValidator::validate(location, files, clock);
         EXPECT_EQ(files.order, before);
         EXPECT_TRUE(files.written.isEmpty());
         return result;
