@@ -346,7 +346,7 @@ QString Game::step()
     case 14:
     case 15: {
         static const QStringList texts{u""_s, u"alpha"_s, u" "_s, u"beta"_s, u"a >"_s};
-        const QString searched = texts[roll(5)];
+        const QString& searched = texts[roll(5)];
         model.setSearchText(searched);
         plain.setSearchText(searched);
         return u"search "_s + searched;
