@@ -12,29 +12,21 @@
 namespace vellumry {
 
 /// Finds out which cloud drives are installed on this machine and where their sync folders lie, by
-/// the presence of a program and a folder; talks to no sync client. The library may also live on
-/// a volume that another system uses, so that system's places are looked at first:
+/// the presence of a program and a folder; talks to no sync client.
 ///
-/// | Drive        | Program in the applications folder | Sync folder in the home folder |
-/// |--------------|------------------------------------|---------------------------------------------|
-/// | Dropbox      | Dropbox.app                        | Dropbox | | iCloud Drive | none |
-/// Library/Mobile Documents/com~apple~CloudDocs | | Google Drive | Google Drive.app |
-/// Library/CloudStorage/GoogleDrive-*/My Drive | | OneDrive     | OneDrive.app |
-/// Library/CloudStorage/OneDrive-* or OneDrive* | | pCloud       | pCloud Drive.app | pCloud Drive
-/// |
+/// The library may also live on a volume that another system uses, so that system's places are
+/// looked at first: the drive's application in the applications folder, and its folder in the home
+/// folder or in Library/CloudStorage there. Where these find nothing, the drive's client for Linux
+/// and its usual folder count:
 ///
-/// Where such a row finds nothing, the drive's client for Linux and its usual folder count:
+/// - Dropbox: ~/.dropbox-dist, or `dropbox` on the path; ~/Dropbox.
+/// - Google Drive: `google-drive-ocamlfuse` or `insync` on the path, which let people choose the
+///   folder; ~/GoogleDrive, then ~/Google Drive, the names that their guides use.
+/// - OneDrive: `onedrive` on the path; ~/OneDrive.
+/// - pCloud: `pcloud` on the path; ~/pCloudDrive.
 ///
-/// | Drive        | Client                                              | Sync folder             |
-/// |--------------|-----------------------------------------------------|-------------------------|
-/// | Dropbox      | ~/.dropbox-dist, or dropbox on the path             | Dropbox                 |
-/// | Google Drive | google-drive-ocamlfuse or insync on the path        | GoogleDrive, Google Drive
-/// | | OneDrive     | onedrive on the path                                | OneDrive | | pCloud |
-/// pcloud on the path                                  | pCloudDrive             |
-///
-/// Both clients of Google Drive let people choose the folder; these two names are the ones that
-/// their guides use. Of several accounts of one drive the first that is listed counts, and no
-/// other is tried. Main thread only.
+/// Of several accounts of one drive the first that is listed counts, and no other is tried. Main
+/// thread only.
 class CloudDriveDetectionService {
 public:
     struct Dependencies {
