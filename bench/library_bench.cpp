@@ -5,6 +5,7 @@
 //   library_bench [N ...]     measures with libraries of N snippets, by default 1000 10000 100000
 
 #include "core/Log.h"
+#include "core/SerialQueue.h"
 #include "library/SnippetListViewModel.h"
 #include "palette/FuzzySearchService.h"
 #include "platform/linux/SettingsFilePreferencesStore.h"
@@ -47,9 +48,11 @@ public:
     StorageLocationManager locations{
         {preferences, FileSystem::local(), center, directory.path(), directory.path()}};
     CategoryColorService colors{preferences};
+    SerialQueue watcherQueue{FileWatcherService::callbackQueueLabel.toString()};
     CollectionFileStorageService storage{{locations, FileSystem::local(), center,
                                           EventLoopScheduler::shared(), SystemClock::shared(),
-                                          colors, [] { return std::optional<QByteArray>(); }}};
+                                          colors, [] { return std::optional<QByteArray>(); },
+                                          &FileEventStream::local, watcherQueue.context()}};
 };
 
 /// A world with a list model and somebody who looks at it after each announcement, as views do.
