@@ -98,6 +98,12 @@ private:
 /// For a pass that reads all fields.
 void prefetchFields(const QList<Snippet>& snippets, qsizetype position);
 
+/// For copies of handles, out of order: the counter of each record's owners is written.
+inline void prefetchHandle(const Snippet& snippet)
+{
+    __builtin_prefetch(&snippet.fields(), 1);
+}
+
 /// For a pass that reads the ids alone.
 void prefetchId(const QList<Snippet>& snippets, qsizetype position);
 

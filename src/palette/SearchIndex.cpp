@@ -272,8 +272,12 @@ QList<Snippet> SearchIndex::ordered(std::vector<Hit> hits, const QList<Snippet>&
 
     QList<Snippet> result;
     result.reserve(static_cast<qsizetype>(positions.size()));
-    for (const quint32 position : positions)
-        result.append(snippets[position]);
+    constexpr size_t ahead = 16;
+    for (size_t i = 0; i < positions.size(); ++i) {
+        if (i + ahead < positions.size())
+            prefetchHandle(snippets[positions[i + ahead]]);
+        result.append(snippets[positions[i]]);
+    }
     return result;
 }
 
