@@ -1,6 +1,7 @@
 #include "core/BackgroundRunner.h"
 
-#include <QCoreApplication>
+#include "support/Eventually.h"
+
 #include <QDeadlineTimer>
 #include <QList>
 #include <QThread>
@@ -14,18 +15,6 @@ namespace vellumry {
 namespace {
 
 using namespace std::chrono_literals;
-
-/// Turns the event loop until the condition holds; false after a generous wait.
-bool turnedUntil(const std::function<bool()>& condition)
-{
-    const QDeadlineTimer deadline(20s);
-    while (!condition()) {
-        if (deadline.hasExpired())
-            return false;
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 10);
-    }
-    return true;
-}
 
 TEST(ThreadRunner, WorksElsewhereAndReportsOnTheMainThreadInOrder)
 {
@@ -42,7 +31,7 @@ TEST(ThreadRunner, WorksElsewhereAndReportsOnTheMainThreadInOrder)
                 });
         });
     }
-    EXPECT_TRUE(turnedUntil([&] { return reported.size() == 6; }));
+    EXPECT_TRUE(test::eventually([&] { return reported.size() == 6; }));
     EXPECT_EQ(reported, (QList<int>{0, 1, 2, 3, 4, 5}));
 }
 
@@ -57,7 +46,7 @@ TEST(ThreadRunner, ActionsAreNeverRunAtOnceAndEndWithTheirOwner)
     runner.onMain(&other, [&] { isOver = true; });
     EXPECT_FALSE(isOver);
     owner.reset();
-    EXPECT_TRUE(turnedUntil([&] { return isOver; }));
+    EXPECT_TRUE(test::eventually([&] { return isOver; }));
     EXPECT_FALSE(hasRun);
 }
 

@@ -1,9 +1,8 @@
 #include "core/Scheduler.h"
 
+#include "support/Eventually.h"
 #include "support/ManualScheduler.h"
 
-#include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <gtest/gtest.h>
 
@@ -14,18 +13,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Turns the event loop until the condition holds; false after a generous wait.
-bool eventually(const std::function<bool()>& condition)
-{
-    const QDeadlineTimer deadline(20s);
-    while (!condition()) {
-        if (deadline.hasExpired())
-            return false;
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 10);
-    }
-    return true;
-}
-
 TEST(EventLoopScheduler, RunsAnActionAfterItsDelay)
 {
     QObject owner;
@@ -33,7 +20,7 @@ TEST(EventLoopScheduler, RunsAnActionAfterItsDelay)
     time.start();
     bool isDone = false;
     EventLoopScheduler::shared().after(30ms, &owner, [&] { isDone = true; });
-    EXPECT_TRUE(eventually([&] { return isDone; }));
+    EXPECT_TRUE(test::eventually([&] { return isDone; }));
     EXPECT_GE(time.elapsed(), 30);
 }
 
@@ -43,7 +30,7 @@ TEST(EventLoopScheduler, ADelayOfZeroIsNotAtOnce)
     bool isDone = false;
     EventLoopScheduler::shared().after(0ms, &owner, [&] { isDone = true; });
     EXPECT_FALSE(isDone);
-    EXPECT_TRUE(eventually([&] { return isDone; }));
+    EXPECT_TRUE(test::eventually([&] { return isDone; }));
 }
 
 TEST(EventLoopScheduler, AnOwnerThatIsGoneIsNotCalled)
@@ -55,7 +42,7 @@ TEST(EventLoopScheduler, AnOwnerThatIsGoneIsNotCalled)
     EventLoopScheduler::shared().after(1ms, owner.get(), [&] { isCalled = true; });
     EventLoopScheduler::shared().after(30ms, &other, [&] { isLaterDone = true; });
     owner.reset();
-    EXPECT_TRUE(eventually([&] { return isLaterDone; }));
+    EXPECT_TRUE(test::eventually([&] { return isLaterDone; }));
     EXPECT_FALSE(isCalled);
 }
 
