@@ -371,7 +371,8 @@ double rewriteByHand(const QString& path, const QByteArray& bytes)
 }
 
 /// How long the disk takes for what a counted use writes: the file of the collection, the one that
-/// changed last, and the metadata file.
+/// changed last, and the metadata file. Written in a folder beside the library, where the program
+/// does not take it for a change and reads it.
 double diskTime()
 {
     const QString metadata = libraryFolder() + QStringLiteral("/_metadata.json");
@@ -383,9 +384,11 @@ double diskTime()
             break;
         }
     }
+    const QString beside = libraryFolder() + QStringLiteral("-by-hand");
+    QDir().mkpath(beside);
     double time = 0;
     for (const QString& path : {collection, metadata})
-        time += rewriteByHand(path, contentsOf(path));
+        time += rewriteByHand(beside + u'/' + QFileInfo(path).fileName(), contentsOf(path));
     return time;
 }
 
