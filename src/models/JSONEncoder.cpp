@@ -55,15 +55,15 @@ void write(JSONWriter& out, const QList<Snippet>& list)
     out.endArray();
 }
 
-template <typename T>
-void member(JSONWriter& out, QByteArrayView key, const T& value)
+template <size_t size, typename T>
+void member(JSONWriter& out, const char (&key)[size], const T& value)
 {
     out.key(key);
     write(out, value);
 }
 
-template <typename T>
-void member(JSONWriter& out, QByteArrayView key, const std::optional<T>& value)
+template <size_t size, typename T>
+void member(JSONWriter& out, const char (&key)[size], const std::optional<T>& value)
 {
     if (value)
         member(out, key, *value);
@@ -111,7 +111,7 @@ void write(JSONWriter& out, const SyncCollection& collection)
 void write(JSONWriter& out, const SyncSettings& settings)
 {
     out.beginObject();
-    out.key(QByteArrayView("syncAppSettings"));
+    out.key("syncAppSettings");
     out.value(settings.syncAppSettings);
     member(out, "version", settings.version);
     out.endObject();

@@ -4,6 +4,7 @@
 #include <bit>
 #include <charconv>
 #include <cstring>
+#include <limits>
 #include <new>
 
 #if defined(__SSE2__)
@@ -89,35 +90,77 @@ bool isPlain(char16_t c)
     return c >= 0x20 && c < 0x80 && c != u'"' && c != u'\\';
 }
 
-/// Copies units up to the first that is not plain, or nearly up to the end: what is shorter than a
-/// block is left. Writes up to a block beyond what it copies.
+#if defined(__SSE2__)
+
+/// What is shorter than this is copied one by one.
+constexpr std::ptrdiff_t smallestBlock = 4;
+
+/// The next units as bytes, as many as fit and zeros behind them. What does not fit a byte becomes
+/// 0xff, or 0 where the pack takes it for a negative number.
+template <int units>
+__m128i loadBytes(const char16_t* in)
+{
+    const auto* const source = reinterpret_cast<const __m128i*>(in);
+    if constexpr (units == 16)
+        return _mm_packus_epi16(_mm_loadu_si128(source), _mm_loadu_si128(source + 1));
+    else if constexpr (units == 8)
+        return _mm_packus_epi16(_mm_loadu_si128(source), _mm_setzero_si128());
+    else
+        return _mm_packus_epi16(_mm_loadl_epi64(source), _mm_setzero_si128());
+}
+
+/// Copies the next units up to the first that is not plain; true if all of them are.
+template <int units>
+bool copyPlainBlock(const char16_t*& in, char*& out)
+{
+    const __m128i bytes = loadBytes<units>(in);
+    const __m128i escaped =
+        _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8('"')),
+                                  _mm_cmpeq_epi8(bytes, _mm_set1_epi8('\\'))),
+                     _mm_cmpeq_epi8(_mm_min_epu8(bytes, _mm_set1_epi8(0x1f)), bytes));
+    // The sign bit tells what is beyond ASCII.
+    const auto others = static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(escaped, bytes))) &
+                        ((1U << units) - 1);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(out), bytes);
+    const int copied = others == 0 ? units : std::countr_zero(others);
+    in += copied;
+    out += copied;
+    return others == 0;
+}
+
+/// Copies units up to the first that is not plain, or up to less than the smallest block before the
+/// end. Writes up to a block of 16 beyond what it copies.
 const char16_t* copyPlain(const char16_t* in, const char16_t* end, char*& out)
 {
-#if defined(__SSE2__)
-    const __m128i quote = _mm_set1_epi8('"');
-    const __m128i backslash = _mm_set1_epi8('\\');
-    const __m128i lastControl = _mm_set1_epi8(0x1f);
-    constexpr std::ptrdiff_t block = 16;
-    while (end - in >= block) {
-        // What does not fit a byte becomes 0xff, or 0 where the pack takes it for a negative
-        // number; neither is plain.
-        const __m128i bytes =
-            _mm_packus_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(in)),
-                             _mm_loadu_si128(reinterpret_cast<const __m128i*>(in + 8)));
-        const __m128i escaped = _mm_or_si128(
-            _mm_or_si128(_mm_cmpeq_epi8(bytes, quote), _mm_cmpeq_epi8(bytes, backslash)),
-            _mm_cmpeq_epi8(_mm_min_epu8(bytes, lastControl), bytes));
-        // The sign bit tells what is beyond ASCII.
-        const auto others = static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(escaped, bytes)));
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(out), bytes);
-        const std::ptrdiff_t copied = others == 0 ? block : std::countr_zero(others);
-        in += copied;
-        out += copied;
-        if (others != 0)
-            break;
+    while (end - in >= 16) {
+        if (!copyPlainBlock<16>(in, out))
+            return in;
     }
-#endif
+    if (end - in >= 8 && !copyPlainBlock<8>(in, out))
+        return in;
+    if (end - in >= smallestBlock)
+        copyPlainBlock<smallestBlock>(in, out);
     return in;
+}
+
+#else
+
+constexpr std::ptrdiff_t smallestBlock = std::numeric_limits<std::ptrdiff_t>::max();
+
+const char16_t* copyPlain(const char16_t* in, const char16_t*, char*&)
+{
+    return in;
+}
+
+#endif
+
+/// A line break and the indentation behind it. Writes up to a block beyond it.
+char* writeLineBreak(char* out, size_t indent)
+{
+    *out++ = '\n';
+    for (size_t at = 0; at < indent; at += blockRoom)
+        std::memset(out + at, ' ', blockRoom);
+    return out + indent;
 }
 
 } // namespace
@@ -130,13 +173,16 @@ void JSONWriter::clear()
     isAfterKey = false;
 }
 
-void JSONWriter::key(QByteArrayView name)
+char* JSONWriter::startKey(size_t size)
 {
     startElement();
-    char* out = room(static_cast<size_t>(name.size()) + 4);
+    char* out = room(size + 4);
     *out++ = '"';
-    std::memcpy(out, name.data(), static_cast<size_t>(name.size()));
-    out += name.size();
+    return out;
+}
+
+void JSONWriter::endKey(char* out)
+{
     *out++ = '"';
     *out++ = ':';
     *out++ = ' ';
@@ -193,10 +239,12 @@ void JSONWriter::open(char bracket)
 void JSONWriter::close(char bracket)
 {
     --depth;
+    const size_t indent = static_cast<size_t>(depth) * indentWidth;
+    char* out = room(indent + 2 + blockRoom);
     if (!isFirst)
-        newLine();
-    *room(1) = bracket;
-    ++used;
+        out = writeLineBreak(out, indent);
+    *out++ = bracket;
+    used = static_cast<size_t>(out - buffer.get());
     isFirst = false;
 }
 
@@ -207,22 +255,14 @@ void JSONWriter::startElement()
         isAfterKey = false;
         return;
     }
-    if (!isFirst) {
-        *room(1) = ',';
-        ++used;
-    }
+    const size_t indent = static_cast<size_t>(depth) * indentWidth;
+    char* out = room(indent + 2 + blockRoom);
+    if (!isFirst)
+        *out++ = ',';
     isFirst = false;
     if (depth > 0)
-        newLine();
-}
-
-void JSONWriter::newLine()
-{
-    const auto indent = static_cast<size_t>(depth) * indentWidth;
-    char* out = room(indent + 1);
-    *out++ = '\n';
-    std::memset(out, ' ', indent);
-    used += indent + 1;
+        out = writeLineBreak(out, indent);
+    used = static_cast<size_t>(out - buffer.get());
 }
 
 void JSONWriter::quoted(const QString& text)
@@ -237,7 +277,7 @@ void JSONWriter::quoted(const QString& text)
         while (in != end && !isPlain(*in))
             in = writeCharacter(in, end, out);
         // A tail that is too short for a block.
-        while (in != end && isPlain(*in) && end - in < 16)
+        while (in != end && isPlain(*in) && end - in < smallestBlock)
             *out++ = static_cast<char>(*in++);
     }
     *out++ = '"';

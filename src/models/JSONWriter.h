@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 
 namespace vellumry {
@@ -21,7 +22,14 @@ public:
     void endArray() { close(']'); }
 
     /// A key of the program's own: ASCII without characters that need an escape.
-    void key(QByteArrayView name);
+    template <size_t size>
+    void key(const char (&name)[size])
+    {
+        // A length that the compiler knows makes the copy a store or two.
+        char* const out = startKey(size - 1);
+        std::memcpy(out, name, size - 1);
+        endKey(out + size - 1);
+    }
     /// A key that the user chose.
     void key(const QString& name);
 
@@ -43,7 +51,8 @@ private:
     void open(char bracket);
     void close(char bracket);
     void startElement();
-    void newLine();
+    char* startKey(size_t size);
+    void endKey(char* out);
     void quoted(const QString& text);
     char* room(size_t count);
     void append(QByteArrayView text);

@@ -198,10 +198,12 @@ void SearchText::layOut(const QList<Snippet>& snippets, std::vector<Slot> reusab
     for (size_t i = 0; i < count; ++i) {
         const auto position = static_cast<qsizetype>(i);
         const Slot old = std::exchange(reusable[i], static_cast<Slot>(i));
-        if (old == noSlot)
+        if (old == noSlot) {
+            prefetchFields(snippets, position);
             buildSearchableText(snippets[position], position);
-        else
+        } else {
             appendCopy(oldBytes.get(), oldRecords[old], position);
+        }
     }
     slots = std::move(reusable);
     inListOrder = true;

@@ -77,17 +77,17 @@ TEST(JSONWriter, OneKeyALine)
 {
     JSONWriter writer;
     writer.beginObject();
-    writer.key(QByteArrayView("a"));
+    writer.key("a");
     writer.beginObject();
     writer.key(u"b \"c\""_s);
     writer.value(u"d"_s);
-    writer.key(QByteArrayView("e"));
+    writer.key("e");
     writer.beginArray();
     writer.value(qint64(1));
     writer.value(qint64(2));
     writer.endArray();
     writer.endObject();
-    writer.key(QByteArrayView("f"));
+    writer.key("f");
     writer.value(true);
     writer.endObject();
 
@@ -110,7 +110,7 @@ TEST(JSONWriter, StartsAnew)
         writer.clear();
         EXPECT_TRUE(writer.bytes().isEmpty());
         writer.beginObject();
-        writer.key(QByteArrayView("a"));
+        writer.key("a");
         writer.value(QString(100'000, u'ä'));
         writer.endObject();
         EXPECT_EQ(QJsonDocument::fromJson(writer.bytes().toByteArray()).object()[u"a"_s].toString(),
