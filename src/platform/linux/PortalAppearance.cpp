@@ -86,12 +86,14 @@ void PortalAppearance::take(const QDBusVariant& preference)
     while (value.metaType() == QMetaType::fromType<QDBusVariant>())
         value = value.value<QDBusVariant>().variant();
 
+    constexpr uint noPreference = 0;
     constexpr uint prefersDark = 1;
     constexpr uint prefersLight = 2;
+    const uint wanted = value.typeId() == QMetaType::UInt ? value.toUInt() : noPreference;
     ColorScheme wish = startScheme;
-    if (value == QVariant(prefersDark))
+    if (wanted == prefersDark)
         wish = ColorScheme::dark;
-    else if (value == QVariant(prefersLight))
+    else if (wanted == prefersLight)
         wish = ColorScheme::light;
     if (wish == scheme)
         return;

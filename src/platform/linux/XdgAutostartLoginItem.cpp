@@ -3,6 +3,7 @@
 #include "platform/FileSystem.h"
 #include "platform/linux/DesktopEntry.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QStandardPaths>
 
@@ -99,8 +100,11 @@ void XdgAutostartLoginItem::writeEntry(const DesktopEntry& entry)
 
 QString XdgAutostartLoginItem::userFolder()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-           QStringLiteral("/autostart");
+    QString configuration = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    // A relative XDG_CONFIG_HOME does not count.
+    if (!QDir::isAbsolutePath(configuration))
+        configuration = QDir::homePath() + QStringLiteral("/.config");
+    return configuration + QStringLiteral("/autostart");
 }
 
 } // namespace vellumry
