@@ -1,14 +1,21 @@
 #include "app/DependencyContainer.h"
 
+#include "core/BackgroundRunner.h"
 #include "library/SnippetListViewModel.h"
 #include "notifications/NotificationCenter.h"
 #include "palette/ClipboardService.h"
 #include "palette/FuzzySearchService.h"
+#include "platform/FileSystem.h"
 #include "platform/linux/ClipboardPasteboard.h"
+#include "platform/linux/PortalAppearance.h"
+#include "platform/linux/XdgAutostartLoginItem.h"
 #include "settings/CategoryColorService.h"
 #include "settings/HotkeyService.h"
 #include "settings/SettingsService.h"
 #include "storage/CollectionFileStorageService.h"
+
+#include <QGuiApplication>
+#include <QPalette>
 
 namespace vellumry {
 
@@ -62,9 +69,20 @@ HotkeyService& DependencyContainer::hotkeyService()
 
 SettingsService& DependencyContainer::settings()
 {
-    if (!settingsService)
-        settingsService = std::make_unique<SettingsService>(SettingsService::Dependencies{
-            PreferencesStore::standard(), hotkeyService(), NotificationCenter::defaultCenter()});
+    if (!settingsService) {
+        appearance = std::make_unique<PortalAppearance>(colorSchemeOf(QGuiApplication::palette()),
+                                                        ThreadRunner::shared());
+        loginItem = std::make_unique<XdgAutostartLoginItem>(
+            FileSystem::local(), XdgAutostartLoginItem::userFolder(),
+            QCoreApplication::applicationFilePath());
+        settingsService = std::make_unique<SettingsService>(
+            SettingsService::Dependencies{.preferences = PreferencesStore::standard(),
+                                          .hotkeyService = hotkeyService(),
+                                          .notifications = NotificationCenter::defaultCenter(),
+                                          .appearance = *appearance,
+                                          .scheduler = EventLoopScheduler::shared(),
+                                          .loginItem = loginItem.get()});
+    }
     return *settingsService;
 }
 

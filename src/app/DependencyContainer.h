@@ -4,10 +4,12 @@
 
 namespace vellumry {
 
+class Appearance;
 class ClipboardServiceProtocol;
 class CollectionFileStorageService;
 class FuzzySearchService;
 class HotkeyService;
+class LoginItem;
 class Pasteboard;
 class SearchServiceProtocol;
 class SettingsService;
@@ -44,6 +46,8 @@ private:
     std::unique_ptr<ClipboardServiceProtocol> clipboard;
     std::unique_ptr<FuzzySearchService> search;
     std::unique_ptr<HotkeyService> hotkey;
+    std::unique_ptr<Appearance> appearance;
+    std::unique_ptr<LoginItem> loginItem;
     std::unique_ptr<SettingsService> settingsService;
     std::unique_ptr<FuzzySearchService> listSearch;
     std::unique_ptr<SnippetListViewModel> mainList;

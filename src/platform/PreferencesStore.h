@@ -18,6 +18,9 @@ public:
     [[nodiscard]] virtual std::optional<QString> string(const QString& key) const = 0;
     [[nodiscard]] virtual std::optional<QByteArray> data(const QString& key) const = 0;
 
+    /// Whether there is a value of whatever type.
+    [[nodiscard]] virtual bool contains(const QString& key) const = 0;
+
     virtual void setBoolean(const QString& key, bool value) = 0;
     virtual void setInteger(const QString& key, qint64 value) = 0;
     virtual void setString(const QString& key, const QString& value) = 0;

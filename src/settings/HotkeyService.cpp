@@ -90,14 +90,6 @@ constexpr std::array<NamedKey, 64> keyTable = {{
     {u"f12", Key::f12},
 }};
 
-constexpr ModifierFlags allModifiers =
-    ModifierFlags::command | ModifierFlags::option | ModifierFlags::control | ModifierFlags::shift;
-
-QString shownText(const HotkeyConfig& config)
-{
-    return QString::fromStdString(config.modifiers.description()) + config.key.toUpper();
-}
-
 } // namespace
 
 HotkeyService::HotkeyService(std::function<HotkeyConfig()> setting, QObject* parent)
@@ -143,7 +135,7 @@ void HotkeyService::performRegistration(const HotkeyConfig& config)
         if (const auto action = service->callback)
             action();
     };
-    log(typeName, QStringLiteral("已注册热键 ") + shownText(config));
+    log(typeName, QStringLiteral("已注册热键 ") + config.displayString());
 }
 
 void HotkeyService::releaseHotKey()
@@ -180,7 +172,7 @@ void HotkeyService::resumeHotkey()
     key = setting.key;
     modifiers = setting.modifiers;
     performRegistration(setting);
-    log(typeName, QStringLiteral("热键已恢复 ") + shownText(setting));
+    log(typeName, QStringLiteral("热键已恢复 ") + setting.displayString());
 }
 
 } // namespace vellumry

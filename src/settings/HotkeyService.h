@@ -18,6 +18,11 @@ class HotkeyService final : public HotkeyServiceProtocol {
     Q_OBJECT
 
 public:
+    /// The modifiers that a hot key can have; other bits of a mask are dropped.
+    static constexpr hotkey::ModifierFlags allModifiers =
+        hotkey::ModifierFlags::command | hotkey::ModifierFlags::option |
+        hotkey::ModifierFlags::control | hotkey::ModifierFlags::shift;
+
     /// `currentSetting` tells the hot key that is set at the moment of the call; it is asked when
     /// a pause ends.
     explicit HotkeyService(std::function<HotkeyConfig()> currentSetting, QObject* parent = nullptr);

@@ -11,6 +11,7 @@
 #include "settings/HotkeyServiceProtocol.h"
 #include "settings/SettingsService.h"
 #include "storage/StorageServiceProtocol.h"
+#include "support/FakeAppearance.h"
 #include "support/LogCapture.h"
 #include "support/ManualClock.h"
 #include "support/ManualScheduler.h"
@@ -123,7 +124,8 @@ protected:
     NoClipboard clipboard;
     RecordingHotkeyService hotkeys;
     PlainDesktop desktop;
-    SettingsService settings{{preferences, hotkeys, center}};
+    FakeAppearance appearance;
+    SettingsService settings{{preferences, hotkeys, center, appearance, scheduler, nullptr}};
     std::chrono::duration<double> uptime = 500s;
     AppDelegate delegate{dependencies()};
 };

@@ -120,6 +120,19 @@ TEST_F(SettingsFilePreferencesStoreTest, AValueOfAnotherTypeIsMissing)
     }
 }
 
+TEST_F(SettingsFilePreferencesStoreTest, TellsWhetherThereIsAValueOfWhateverType)
+{
+    writeFile("[General]\nlist=a, b\n");
+    SettingsFilePreferencesStore store(path());
+    EXPECT_FALSE(store.contains(u"a"_s));
+    store.setBoolean(u"a"_s, false);
+    EXPECT_TRUE(store.contains(u"a"_s));
+    EXPECT_TRUE(SettingsFilePreferencesStore(path()).contains(u"a"_s));
+    EXPECT_TRUE(store.contains(u"list"_s));
+    EXPECT_FALSE(store.string(u"list"_s)) << "a list is no text";
+    EXPECT_FALSE(store.integer(u"list"_s));
+}
+
 TEST_F(SettingsFilePreferencesStoreTest, KeysAreIndependent)
 {
     SettingsFilePreferencesStore store(path());

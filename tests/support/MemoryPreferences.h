@@ -29,6 +29,12 @@ public:
         return value<QByteArray>(key);
     }
 
+    [[nodiscard]] bool contains(const QString& key) const override
+    {
+        const std::lock_guard lock(mutex);
+        return values.contains(key);
+    }
+
     void setBoolean(const QString& key, bool newValue) override { setValue(key, newValue); }
     void setInteger(const QString& key, qint64 newValue) override { setValue(key, newValue); }
     void setString(const QString& key, const QString& newValue) override

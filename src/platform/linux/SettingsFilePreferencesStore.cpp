@@ -30,13 +30,20 @@ std::optional<qint64> SettingsFilePreferencesStore::integer(const QString& key) 
 std::optional<QString> SettingsFilePreferencesStore::string(const QString& key) const
 {
     const QVariant stored = value(key);
-    return stored.isValid() ? std::optional(stored.toString()) : std::nullopt;
+    // What is no text, such as the list that a comma makes, would become an empty one.
+    return stored.typeId() == QMetaType::QString ? std::optional(stored.toString()) : std::nullopt;
 }
 
 std::optional<QByteArray> SettingsFilePreferencesStore::data(const QString& key) const
 {
     const QVariant stored = value(key);
     return stored.isValid() ? std::optional(stored.toByteArray()) : std::nullopt;
+}
+
+bool SettingsFilePreferencesStore::contains(const QString& key) const
+{
+    const std::lock_guard lock(mutex);
+    return settings.contains(key);
 }
 
 void SettingsFilePreferencesStore::setBoolean(const QString& key, bool value)

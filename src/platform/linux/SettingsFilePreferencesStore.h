@@ -18,6 +18,7 @@ public:
     [[nodiscard]] std::optional<qint64> integer(const QString& key) const override;
     [[nodiscard]] std::optional<QString> string(const QString& key) const override;
     [[nodiscard]] std::optional<QByteArray> data(const QString& key) const override;
+    [[nodiscard]] bool contains(const QString& key) const override;
     void setBoolean(const QString& key, bool value) override;
     void setInteger(const QString& key, qint64 value) override;
     void setString(const QString& key, const QString& value) override;

@@ -1,0 +1,10 @@
+#include "platform/LoginItem.h"
+
+namespace vellumry {
+
+LoginItemError::LoginItemError(const QString& description)
+    : words(description), bytes(description.toUtf8())
+{
+}
+
+} // namespace vellumry
