@@ -81,8 +81,7 @@ void merge(const ImportExportService::ImportedData& data, Library library, std::
             return QStringLiteral("new-%1").arg(++made);
         });
         const bool isKept = mode == ConflictResolutionMode::keepBoth;
-        const qsizetype appended =
-            found.newSnippets.size() + (isKept ? found.conflicts.size() : 0);
+        const qsizetype appended = found.newSnippets.size() + (isKept ? found.conflicts.size() : 0);
         require(merged.snippets.size() == library.snippets.size() + appended,
                 "every snippet is there, and every new one");
         require(merged.count >= found.newSnippets.size(), "all that is new is counted");

@@ -50,8 +50,8 @@ void FirstLaunch::handleFirstLaunchChoice(const FirstLaunchChoice& choice)
     Q_EMIT with.notifications.showLoadingOverlay(choice.kind == FirstLaunchChoice::Kind::startFresh
                                                      ? QStringLiteral("Setting up your data...")
                                                      : QStringLiteral("Loading your data..."));
-    with.background.run([this, owner = QPointer<QObject>(this), choice,
-                         &locations = with.locations, &background = with.background] {
+    with.background.run([this, owner = QPointer<QObject>(this), choice, &locations = with.locations,
+                         &background = with.background] {
         const bool isSet = setLocation(locations, choice.location);
         if (isSet)
             locations.markFirstLaunchComplete();

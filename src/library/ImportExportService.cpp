@@ -89,8 +89,8 @@ QString ImportExportService::defaultExportFilename() const
     const auto sinceEpoch =
         std::chrono::floor<std::chrono::milliseconds>(clock.now()).time_since_epoch();
     const QDateTime local = QDateTime::fromMSecsSinceEpoch(sinceEpoch.count());
-    return u"Vellumry_Backup_" %
-           QLocale::c().toString(local, QStringLiteral("yyyy-MM-dd_HHmmss")) % u".json";
+    return u"Vellumry_Backup_" % QLocale::c().toString(local, QStringLiteral("yyyy-MM-dd_HHmmss")) %
+           u".json";
 }
 
 } // namespace vellumry

@@ -50,8 +50,16 @@ bool haveSameFields(const Collection& a, const Collection& b)
 
 bool haveSameFields(const QList<Collection>& a, const QList<Collection>& b)
 {
-    return std::equal(a.cbegin(), a.cend(), b.cbegin(), b.cend(),
-                      [](const auto& one, const auto& other) { return haveSameFields(one, other); });
+    return std::equal(
+        a.cbegin(), a.cend(), b.cbegin(), b.cend(),
+        [](const auto& one, const auto& other) { return haveSameFields(one, other); });
+}
+
+/// The colour of a collection in hexadecimal form, as CategoryColorService::getColorHex gives it,
+/// of colours that are loaded once for all of them.
+std::optional<QString> hexOf(const QMap<QString, QString>& colors, const QString& collection)
+{
+    return CategoryColorService::hexOf(colors.value(collection, QStringLiteral("gray")));
 }
 
 bool isUntouched(const Snippet& snippet)
@@ -325,8 +333,7 @@ void SnippetListViewModel::save()
                       .settings = std::nullopt};
     const QMap<QString, QString> colors = services.colors.loadColors();
     for (const Collection& collection : std::as_const(models)) {
-        const std::optional<QString> color =
-            CategoryColorService::hexOf(colors.value(collection.name, QStringLiteral("gray")));
+        const std::optional<QString> color = hexOf(colors, collection.name);
         data.data.collections.append({.id = collection.id,
                                       .name = collection.name,
                                       .color = color,
@@ -863,12 +870,13 @@ ExportDocument SnippetListViewModel::exportDocument() const
     ExportData data{.version = ExportData::currentVersion.toString(),
                     .exportedAt = services.clock.now(),
                     .collections = {}};
+    const QMap<QString, QString> colors = services.colors.loadColors();
     for (const Collection& collection : models) {
         if (fields.selectedCollectionsToExport.contains(collection.name))
             data.collections.append({.id = collection.id,
                                      .name = collection.name,
                                      .displayOrder = collection.displayOrder,
-                                     .color = services.colors.getColorHex(collection.name),
+                                     .color = hexOf(colors, collection.name),
                                      .snippets = exported.value(collection.name)});
     }
     return ExportDocument(data);
@@ -886,7 +894,8 @@ void SnippetListViewModel::exportTo(const QString& path)
 
 void SnippetListViewModel::handleExport(const PickedFile& result)
 {
-    log(result.error ? QString(u"导出失败: " % *result.error) : QString(u"导出成功: " % result.path));
+    log(result.error ? QString(u"导出失败: " % *result.error)
+                     : QString(u"导出成功: " % result.path));
 }
 
 // Import
@@ -983,14 +992,17 @@ void SnippetListViewModel::takeOver(const ConflictDetectionResult& found,
                                     ConflictResolutionMode mode)
 {
     QStringList names;
-    QMap<QString, QString> colors = services.colors.loadColors();
+    QMap<QString, QString> colors;
     for (const ExportCollection& collection : found.newCollections) {
         names.append(collection.name);
         if (collection.color)
             colors.insert(collection.name, *collection.color);
     }
-    if (colors != services.colors.loadColors())
-        services.colors.saveColors(colors);
+    if (!colors.isEmpty()) {
+        QMap<QString, QString> known = services.colors.loadColors();
+        known.insert(colors);
+        services.colors.saveColors(known);
+    }
     appendMissingCollections(names);
     const ImportMerge merge =
         mergeImport(snippets(), found, mode, services.clock.now(), services.newIdentifier);

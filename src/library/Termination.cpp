@@ -16,7 +16,8 @@ enum Button : qsizetype { saveAll, discard };
 QuitQuestion questionAbout(qsizetype drafts)
 {
     return {.title = QStringLiteral("You have unsaved changes"),
-            .informativeText = QStringLiteral("There are %1 snippet draft(s) not saved.").arg(drafts),
+            .informativeText =
+                QStringLiteral("There are %1 snippet draft(s) not saved.").arg(drafts),
             .buttons = {QStringLiteral("Save All & Quit"), QStringLiteral("Discard Drafts & Quit"),
                         QStringLiteral("Cancel")}};
 }

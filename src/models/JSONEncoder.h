@@ -16,10 +16,7 @@ namespace vellumry {
 class JSONEncoder {
 public:
     /// The encoder of every stored file.
-    [[nodiscard]] static JSONEncoder vellumry()
-    {
-        return JSONEncoder(DatePrecision::milliseconds);
-    }
+    [[nodiscard]] static JSONEncoder vellumry() { return JSONEncoder(DatePrecision::milliseconds); }
     /// The encoder of backup files, whose dates are cut to whole seconds.
     [[nodiscard]] static JSONEncoder iso8601() { return JSONEncoder(DatePrecision::seconds); }
 

@@ -70,13 +70,13 @@ public:
         });
         QObject::connect(&list, &SnippetListViewModel::snippetsChanged, &list,
                          [this] { events.append(u"list"_s); });
-        QObject::connect(&storage, &CollectionFileStorageService::currentDataChanged, &list,
-                         [this] {
-                             isStoreOnMainThread =
-                                 isStoreOnMainThread &&
-                                 QThread::currentThread() == list.thread();
-                         },
-                         Qt::DirectConnection);
+        QObject::connect(
+            &storage, &CollectionFileStorageService::currentDataChanged, &list,
+            [this] {
+                isStoreOnMainThread =
+                    isStoreOnMainThread && QThread::currentThread() == list.thread();
+            },
+            Qt::DirectConnection);
     }
 
     LogCapture log;
@@ -163,7 +163,8 @@ TEST_F(FirstLaunchTest, StartsFreshInTheDefaultFolderIfTheChosenOneCannotBeUsed)
     choose(FirstLaunchChoice::startFresh(u"/file"_s));
     EXPECT_THAT(world.events, ElementsAre(u"overlay: Setting up your data..."_s, u"list"_s,
                                           u"overlay gone, 1 snippets"_s));
-    EXPECT_THAT(world.log.lines, Contains(u"VellumryApp: 设置存储位置失败 - 路径不是目录: /file"_s));
+    EXPECT_THAT(world.log.lines,
+                Contains(u"VellumryApp: 设置存储位置失败 - 路径不是目录: /file"_s));
     EXPECT_TRUE(files.exists(defaultFolder + u"/welcome.json"_s));
     EXPECT_EQ(world.locations.currentLocation(), defaultFolder);
     files.take(defaultFolder + u"/_metadata.json"_s);
@@ -205,9 +206,10 @@ TEST_F(FirstLaunchTest, ComesBackIfExistingDataCannotBeUsed)
 {
     files.replace(u"/file"_s, "x");
     choose(FirstLaunchChoice::useExisting(u"/file"_s));
-    EXPECT_THAT(world.events, ElementsAre(u"overlay: Loading your data..."_s,
-                                          u"overlay gone, 0 snippets"_s));
-    EXPECT_THAT(world.log.lines, Contains(u"VellumryApp: 设置存储位置失败 - 路径不是目录: /file"_s));
+    EXPECT_THAT(world.events,
+                ElementsAre(u"overlay: Loading your data..."_s, u"overlay gone, 0 snippets"_s));
+    EXPECT_THAT(world.log.lines,
+                Contains(u"VellumryApp: 设置存储位置失败 - 路径不是目录: /file"_s));
     EXPECT_TRUE(world.locations.needsFirstLaunchSetup());
     EXPECT_FALSE(files.exists(defaultFolder + u"/_metadata.json"_s));
 }
@@ -230,8 +232,8 @@ TEST(FirstLaunchInTheBackground, TouchesTheStoreOnTheMainThreadAlone)
     world.list.refreshData();
     world.launch.handleFirstLaunchChoice(FirstLaunchChoice::useExisting(fresh));
     ASSERT_TRUE(eventually([&] { return world.isDone; }));
-    EXPECT_THAT(world.events, ElementsAre(u"overlay: Loading your data..."_s,
-                                          u"overlay gone, 1 snippets"_s));
+    EXPECT_THAT(world.events,
+                ElementsAre(u"overlay: Loading your data..."_s, u"overlay gone, 1 snippets"_s));
     EXPECT_TRUE(world.isStoreOnMainThread);
 }
 

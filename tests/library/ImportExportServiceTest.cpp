@@ -89,8 +89,7 @@ TEST(ImportFromJSON, AcceptsAnyVersion)
 {
     EXPECT_TRUE(imported(
         R"({"version":"99 bottles","exportedAt":"2026-03-09T14:05:07Z","collections":[]})"));
-    EXPECT_TRUE(
-        imported(R"({"version":"","exportedAt":"2026-03-09T14:05:07Z","collections":[]})"));
+    EXPECT_TRUE(imported(R"({"version":"","exportedAt":"2026-03-09T14:05:07Z","collections":[]})"));
 }
 
 TEST(ImportFromJSON, AsksForEveryRequiredKey)
@@ -107,8 +106,8 @@ TEST(ImportFromJSON, AsksForEveryRequiredKey)
     EXPECT_FALSE(imported(fileWith(R"([{"id":"c","displayOrder":0,"snippets":[]}])")));
     EXPECT_FALSE(imported(fileWith(R"([{"id":"c","name":"n","snippets":[]}])")));
     EXPECT_FALSE(imported(fileWith(R"([{"id":"c","name":"n","displayOrder":0}])")));
-    EXPECT_FALSE(imported(
-        fileWith(R"([{"id":"c","name":"n","displayOrder":0,"color":5,"snippets":[]}])")));
+    EXPECT_FALSE(
+        imported(fileWith(R"([{"id":"c","name":"n","displayOrder":0,"color":5,"snippets":[]}])")));
     EXPECT_FALSE(imported(fileWithSnippet(R"({"id":"s","title":"t","content":"x"})")));
 }
 
@@ -118,8 +117,8 @@ TEST(ImportFromJSON, ReadsDatesWithoutFractionAlone)
     EXPECT_FALSE(imported(fileWithSnippet(snippetOfTime("2026-03-09T14:05:07.000Z"))));
     EXPECT_FALSE(imported(fileWithSnippet(snippetOfTime("2026-03-09"))));
     EXPECT_FALSE(imported(fileWithSnippet(snippetOfTime("2026-02-30T14:05:07Z"))));
-    EXPECT_FALSE(imported(
-        R"({"version":"2.0","exportedAt":"2026-03-09T14:05:07.5Z","collections":[]})"));
+    EXPECT_FALSE(
+        imported(R"({"version":"2.0","exportedAt":"2026-03-09T14:05:07.5Z","collections":[]})"));
 }
 
 TEST(ImportFromJSON, RefusesTheFilesOfTheLibrary)
@@ -128,9 +127,8 @@ TEST(ImportFromJSON, RefusesTheFilesOfTheLibrary)
     EXPECT_FALSE(imported(collectionFileBytes(makeCollection(u"W"_s, u"Work"_s), {snippet})));
     EXPECT_FALSE(imported(metadataFileBytes({u"W"_s})));
     JSONEncoder encoder = JSONEncoder::vellumry();
-    EXPECT_FALSE(
-        imported(encoder.encode(makeLibrary({makeCollection(u"W"_s, u"Work"_s)}, {snippet}))
-                     .toByteArray()));
+    EXPECT_FALSE(imported(
+        encoder.encode(makeLibrary({makeCollection(u"W"_s, u"Work"_s)}, {snippet})).toByteArray()));
     const LegacyExportData legacy{.version = u"1.0"_s,
                                   .exportedAt = dateAt(0),
                                   .collections = {{.id = u"c"_s,
@@ -230,8 +228,8 @@ TEST(ExportDocument, ThrowsForAFileWithoutContents)
 
 TEST(DefaultExportFilename, TellsTheLocalTime)
 {
-    ManualClock clock(Date(std::chrono::sys_days(std::chrono::year(2026) / 3 / 9) + 14h + 5min +
-                           7s + 999ms));
+    ManualClock clock(
+        Date(std::chrono::sys_days(std::chrono::year(2026) / 3 / 9) + 14h + 5min + 7s + 999ms));
     const bool hasZone = qEnvironmentVariableIsSet("TZ");
     const QByteArray zone = qgetenv("TZ");
     qputenv("TZ", "XYZ-3");
@@ -299,12 +297,11 @@ TEST(DetectConflicts, TellsBothSidesOfOne)
     Snippet other = version(u"t"_s, u"new"_s, 4);
     other.setId(u"foreign"_s);
     const auto result = detect({other}, {local});
-    EXPECT_THAT(result.conflicts,
-                ElementsAre(ImportConflict{.id = u"id of t"_s,
-                                           .type = ConflictType::snippet,
-                                           .name = u"t"_s,
-                                           .localUpdatedAt = dateAt(3000),
-                                           .importedUpdatedAt = dateAt(4000)}));
+    EXPECT_THAT(result.conflicts, ElementsAre(ImportConflict{.id = u"id of t"_s,
+                                                             .type = ConflictType::snippet,
+                                                             .name = u"t"_s,
+                                                             .localUpdatedAt = dateAt(3000),
+                                                             .importedUpdatedAt = dateAt(4000)}));
     EXPECT_THAT(result.conflictingSnippets, ElementsAre(other));
     EXPECT_THAT(result.conflictingCollections, IsEmpty());
     EXPECT_THAT(result.newSnippets, IsEmpty());

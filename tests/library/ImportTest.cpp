@@ -32,11 +32,8 @@ QByteArray bytesOf(const QList<ExportCollection>& collections)
 ExportCollection exported(const QString& name, const QList<Snippet>& snippets,
                           const std::optional<QString>& color = std::nullopt)
 {
-    return {.id = u"foreign"_s,
-            .name = name,
-            .displayOrder = 7,
-            .color = color,
-            .snippets = snippets};
+    return {
+        .id = u"foreign"_s, .name = name, .displayOrder = 7, .color = color, .snippets = snippets};
 }
 
 /// A snippet with this title and content, updated in the second of this number.
@@ -262,10 +259,10 @@ TEST_F(ImportWithoutConflicts, BringsNewCollectionsWithTheirColours)
 
 TEST_F(ImportWithoutConflicts, JoinsNewCollectionsOfOneName)
 {
-    import({exported(u"Twice"_s, {inCollection(version(u"t"_s, u"1"_s, 0), u"Twice"_s)},
-                     u"#000001"_s),
-            exported(u"Twice"_s, {inCollection(version(u"t"_s, u"2"_s, 0), u"Twice"_s)},
-                     u"#000002"_s)});
+    import(
+        {exported(u"Twice"_s, {inCollection(version(u"t"_s, u"1"_s, 0), u"Twice"_s)}, u"#000001"_s),
+         exported(u"Twice"_s, {inCollection(version(u"t"_s, u"2"_s, 0), u"Twice"_s)},
+                  u"#000002"_s)});
     EXPECT_THAT(world.modelNames(), ElementsAre(u"Work"_s, u"Home"_s, u"Twice"_s));
     EXPECT_EQ(model.snippetCount(u"Twice"_s), 2) << "also two of one title";
     EXPECT_EQ(world.colors.loadColors().value(u"Twice"_s), u"#000002"_s);
@@ -287,7 +284,7 @@ TEST_F(ImportWithoutConflicts, PutsASnippetIntoItsOwnCollectionAndBringsThatInto
 
 TEST_F(ImportWithoutConflicts, KeepsNamesWithEveryKindOfWhiteSpaceApart)
 {
-    const QStringList names{u""_s,     u" "_s,      u" Work"_s,      u"Work\t"_s,
+    const QStringList names{u""_s,       u" "_s,          u" Work"_s,  u"Work\t"_s,
                             u"Work\n"_s, u"\u00a0Work"_s, u"\u2028"_s, u"Work\0x"_s};
     QList<ExportCollection> collections;
     for (const QString& name : names)
@@ -391,8 +388,8 @@ TEST_F(ImportWithoutConflicts, IsAskedForByItsPicker)
 
 TEST_F(ImportConflicts, WaitForAnAnswer)
 {
-    import({exported(u"Work"_s, {version(u"alpha"_s, u"imported"_s, 6),
-                                 version(u"gamma"_s, u"new"_s, 0)})});
+    import({exported(u"Work"_s,
+                     {version(u"alpha"_s, u"imported"_s, 6), version(u"gamma"_s, u"new"_s, 0)})});
     EXPECT_TRUE(model.showImportConflictDialog());
     ASSERT_TRUE(model.conflictDetectionResult());
     EXPECT_EQ(model.conflictDetectionResult()->snippetConflictCount(), 1);
@@ -413,14 +410,15 @@ TEST_F(ImportConflicts, AreOfferedSmartUpdateEachTime)
     model.setSelectedConflictResolutionMode(keepBoth);
     model.cancelConflictResolution();
     EXPECT_EQ(model.selectedConflictResolutionMode(), keepBoth);
+    EXPECT_EQ(world.announced.take().value(u"selectedConflictResolutionMode"_s), 1);
     import(file);
     EXPECT_EQ(model.selectedConflictResolutionMode(), smartUpdate);
 }
 
 TEST_F(ImportConflicts, AreCancelledWithAllThatIsNew)
 {
-    import({exported(u"Work"_s, {version(u"alpha"_s, u"imported"_s, 6),
-                                 version(u"gamma"_s, u"new"_s, 0)}),
+    import({exported(u"Work"_s,
+                     {version(u"alpha"_s, u"imported"_s, 6), version(u"gamma"_s, u"new"_s, 0)}),
             exported(u"New"_s, {})});
     model.cancelConflictResolution();
     EXPECT_FALSE(model.showImportConflictDialog());
@@ -487,9 +485,9 @@ TEST_F(ImportConflicts, WithinOneSecondAreWonByTheLocalSide)
 
 TEST_F(ImportConflicts, AreAllReplacedInARestore)
 {
-    import({exported(u"Work"_s, {version(u"alpha"_s, u"newer"_s, 6),
-                                 version(u"beta"_s, u"older"_s, 4),
-                                 version(u"gamma"_s, u"new"_s, 0)})});
+    import(
+        {exported(u"Work"_s, {version(u"alpha"_s, u"newer"_s, 6), version(u"beta"_s, u"older"_s, 4),
+                              version(u"gamma"_s, u"new"_s, 0)})});
     resolve(restoreFromBackup);
     EXPECT_EQ(pill(), u"Imported 3 snippets"_s);
     EXPECT_EQ(world.snippet(u"a"_s).content(), u"newer"_s);
@@ -499,8 +497,8 @@ TEST_F(ImportConflicts, AreAllReplacedInARestore)
 
 TEST_F(ImportConflicts, AreSkipped)
 {
-    import({exported(u"Work"_s, {version(u"alpha"_s, u"newer"_s, 6),
-                                 version(u"gamma"_s, u"new"_s, 0)})});
+    import({exported(u"Work"_s,
+                     {version(u"alpha"_s, u"newer"_s, 6), version(u"gamma"_s, u"new"_s, 0)})});
     resolve(skipConflicts);
     EXPECT_EQ(pill(), u"Imported 1 snippet"_s);
     EXPECT_EQ(world.snippet(u"a"_s).content(), u"local"_s);
@@ -555,9 +553,8 @@ TEST_F(ImportConflicts, WithASnippetThatIsGoneMeanwhileCountNothing)
 
 TEST_F(ImportConflicts, UpdateTheFirstOfLocalSnippetsWithOneId)
 {
-    world.load({makeCollection(u"W"_s, u"Work"_s)},
-               {local(u"a"_s, u"one"_s, u"first"_s, 5, 0),
-                local(u"a"_s, u"two"_s, u"second"_s, 5, 1)});
+    world.load({makeCollection(u"W"_s, u"Work"_s)}, {local(u"a"_s, u"one"_s, u"first"_s, 5, 0),
+                                                     local(u"a"_s, u"two"_s, u"second"_s, 5, 1)});
     import({exported(u"Work"_s, {version(u"two"_s, u"newer"_s, 6)})});
     resolve(smartUpdate);
     EXPECT_THAT(titles(), ElementsAre(u"two"_s, u"two"_s));
@@ -655,9 +652,9 @@ TEST_F(ImportOverFiles, LosesNoSnippetWhoseCollectionNobodyKnows)
 
 TEST_F(ImportOverFiles, LosesNothingUnderNamesOfAnyForm)
 {
-    const QStringList names{u""_s,     u" "_s,        u"_metadata"_s, u"../up"_s, u"a/b"_s,
-                            u"A/B"_s,  u"strange"_s,  u"WORK"_s,      u".json"_s, u"\u2028\t"_s,
-                            u"nul\0"_s, u"x"_s.repeated(5000)};
+    const QStringList names{u""_s,      u" "_s,        u"metadata_"_s, u"../up"_s,
+                            u"a/b"_s,   u"A/B"_s,      u"strange"_s,   u"WORK"_s,
+                            u".json"_s, u"\u2028\t"_s, u"nul\0"_s,     u"x"_s.repeated(5000)};
     QList<ExportCollection> collections;
     for (const QString& name : names)
         collections.append(exported(name, {inCollection(version(u"t"_s, name, 0), name)}));
@@ -676,6 +673,14 @@ TEST_F(ImportOverFiles, LosesNothingUnderNamesOfAnyForm)
     expected.sort();
     EXPECT_EQ(found, expected);
     EXPECT_EQ(files.bytes(world.path(u"strange.json"_s)), "no collection");
+}
+
+TEST_F(ImportOverFiles, LosesACollectionNamedAsTheMetadataFileAsEverySaveDoes)
+{
+    import({exported(u"_metadata"_s, {inCollection(version(u"t"_s, u"x"_s, 0), u"_metadata"_s)})});
+    EXPECT_EQ(model.importResult(), ImportResult::success(1));
+    EXPECT_THAT(titlesIn(model), ElementsAre(u"alpha"_s));
+    EXPECT_EQ(model.collectionModels().size(), 1);
 }
 
 TEST_F(ImportOverFiles, LeavesTheFolderAsItWasWhicheverWriteFails)
