@@ -6,6 +6,7 @@
 
 #include "core/Log.h"
 #include "core/SerialQueue.h"
+#include "library/ImportExportService.h"
 #include "library/SnippetListViewModel.h"
 #include "palette/FuzzySearchService.h"
 #include "platform/linux/SettingsFilePreferencesStore.h"
@@ -287,6 +288,50 @@ void measureLoad(int count)
     printGrowth("step of a drag", count, seconds);
 }
 
+/// A library against a backup of itself in which each second snippet is another one, so that there
+/// is one look-up for each, and texts to compare.
+void measureImport(int count)
+{
+    const VellumryData library = LibraryGenerator::generate(count);
+    QList<Collection> collections;
+    ImportExportService::ImportedData imported;
+    std::map<QString, qsizetype> places;
+    for (const SyncCollection& collection : library.data.collections) {
+        places.emplace(collection.name, collections.size());
+        collections.append({.id = collection.id, .name = collection.name});
+        imported.collections.append({.id = collection.id, .name = collection.name});
+    }
+    for (const Snippet& local : library.data.snippets) {
+        // With memory of its own, as one that was read.
+        SnippetFields fields = local.fields();
+        fields.title = QString(fields.title.constData(), fields.title.size());
+        fields.content = QString(fields.content.constData(), fields.content.size());
+        if (imported.snippets.size() % 2 == 0) {
+            fields.content.append(u'.');
+            fields.updatedAt += std::chrono::seconds(1);
+        }
+        imported.snippets.append(Snippet(fields));
+        imported.collections[places.at(local.collection())].snippets.append(
+            imported.snippets.last());
+    }
+    // What it cannot do without: to look at the title of each snippet on both sides.
+    const auto hashTitles = [&] {
+        size_t sum = 0;
+        for (const Snippet& snippet : library.data.snippets)
+            sum ^= qHash(snippet.title());
+        for (const Snippet& snippet : std::as_const(imported.snippets))
+            sum ^= qHash(snippet.title());
+        keep(sum);
+    };
+    measureAgainst("conflicts of an import of the same size", count,
+                   {[&] {
+                        keep(ImportExportService::detectConflicts(imported, collections,
+                                                                  library.data.snippets));
+                    },
+                    {}},
+                   "the hash of each title", {hashTitles, {}}, std::nullopt);
+}
+
 } // namespace
 
 } // namespace vellumry::bench
@@ -311,6 +356,7 @@ int main(int argc, char** argv)
         measureChanges(count, false);
         measureChanges(count, true);
         measureLoad(count);
+        measureImport(count);
     }
     return 0;
 }

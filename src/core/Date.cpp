@@ -110,7 +110,7 @@ Date truncatedToMilliseconds(Date date)
     return floor<milliseconds>(date);
 }
 
-char* writeDate(Date date, char* out)
+char* writeDate(Date date, char* out, DatePrecision precision)
 {
     const auto time = floor<milliseconds>(date);
     const auto day = floor<days>(time);
@@ -127,8 +127,10 @@ char* writeDate(Date date, char* out)
     out = writeDigits(out, static_cast<unsigned>(clock.minutes().count()), 2);
     *out++ = ':';
     out = writeDigits(out, static_cast<unsigned>(clock.seconds().count()), 2);
-    *out++ = '.';
-    out = writeDigits(out, static_cast<unsigned>(clock.subseconds().count()), 3);
+    if (precision == DatePrecision::milliseconds) {
+        *out++ = '.';
+        out = writeDigits(out, static_cast<unsigned>(clock.subseconds().count()), 3);
+    }
     *out++ = 'Z';
     return out;
 }
@@ -140,7 +142,7 @@ QString formatDate(Date date)
     return QString::fromLatin1(buffer.data(), end - buffer.data());
 }
 
-std::optional<Date> parseDate(QByteArrayView text)
+std::optional<Date> parseDate(QByteArrayView text, DatePrecision precision)
 {
     Cursor cursor(text);
     int year = 0;
@@ -156,7 +158,8 @@ std::optional<Date> parseDate(QByteArrayView text)
         !cursor.digits(2, hour) || !cursor.take(':') || !cursor.digits(2, minute) ||
         !cursor.take(':') || !cursor.digits(2, second))
         return std::nullopt;
-    if (cursor.take('.') && !cursor.fraction(millis))
+    const bool mayHaveFraction = precision == DatePrecision::milliseconds;
+    if (mayHaveFraction && cursor.take('.') && !cursor.fraction(millis))
         return std::nullopt;
     if (!parseOffset(cursor, offset) || !cursor.atEnd())
         return std::nullopt;

@@ -26,6 +26,9 @@ public:
     [[nodiscard]] static const SystemClock& shared();
 };
 
+/// How finely the text of a date tells it.
+enum class DatePrecision { milliseconds, seconds };
+
 /// Length of the text of formatDate for the years 0 to 9999.
 inline constexpr int dateTextLength = 24;
 
@@ -36,12 +39,15 @@ inline constexpr int dateTextLength = 24;
 [[nodiscard]] QString formatDate(Date date);
 
 /// Writes the text of formatDate as Latin-1 to `out`, which has room for 32 characters.
-/// Returns the end of what was written.
-[[nodiscard]] char* writeDate(Date date, char* out);
+/// Returns the end of what was written. In seconds it has no fraction: "2026-03-09T14:05:07Z".
+[[nodiscard]] char* writeDate(Date date, char* out,
+                              DatePrecision precision = DatePrecision::milliseconds);
 
 /// Reads ISO 8601 internet date-time (RFC 3339), with or without a fraction of a second, with "Z"
 /// or a numeric offset. Anything beyond the millisecond is dropped. Empty when `text` is no such
-/// date, or lies outside what a Date can hold (the years 1678 to 2262).
-[[nodiscard]] std::optional<Date> parseDate(QByteArrayView text);
+/// date, or lies outside what a Date can hold (the years 1678 to 2262). In seconds, a text with a
+/// fraction is no date.
+[[nodiscard]] std::optional<Date> parseDate(QByteArrayView text,
+                                            DatePrecision precision = DatePrecision::milliseconds);
 
 } // namespace vellumry

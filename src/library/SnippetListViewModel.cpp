@@ -2,6 +2,7 @@
 
 #include "core/Log.h"
 #include "core/Text.h"
+#include "library/ImportMerge.h"
 #include "library/MoveOffsets.h"
 #include "notifications/NotificationCenter.h"
 #include "palette/SearchServiceProtocol.h"
@@ -11,7 +12,7 @@
 #include "storage/StorageServiceProtocol.h"
 
 #include <QHash>
-#include <QSet>
+#include <QStringBuilder>
 
 #include <algorithm>
 #include <limits>
@@ -26,6 +27,9 @@ using namespace std::chrono_literals;
 
 /// Gives the list the time to show a new row before it is selected.
 constexpr auto selectionDelay = 100ms;
+
+/// How long the outcome of an import is shown.
+constexpr auto importResultTime = 3s;
 
 QString newSnippetTitle()
 {
@@ -42,6 +46,20 @@ bool haveSameFields(const Collection& a, const Collection& b)
 {
     return a.id == b.id && a.name == b.name && a.displayOrder == b.displayOrder &&
            a.createdAt == b.createdAt;
+}
+
+bool haveSameFields(const QList<Collection>& a, const QList<Collection>& b)
+{
+    return std::equal(
+        a.cbegin(), a.cend(), b.cbegin(), b.cend(),
+        [](const auto& one, const auto& other) { return haveSameFields(one, other); });
+}
+
+/// The colour of a collection in hexadecimal form, as CategoryColorService::getColorHex gives it,
+/// of colours that are loaded once for all of them.
+std::optional<QString> hexOf(const QMap<QString, QString>& colors, const QString& collection)
+{
+    return CategoryColorService::hexOf(colors.value(collection, QStringLiteral("gray")));
 }
 
 bool isUntouched(const Snippet& snippet)
@@ -140,6 +158,22 @@ void SnippetListViewModel::announce(const Fields& before, quint64 frozenVersion)
         Q_EMIT snippetIDToDeleteChanged();
     if (now.showDeleteConfirmation != before.showDeleteConfirmation)
         Q_EMIT showDeleteConfirmationChanged();
+    if (now.showExportCollectionPicker != before.showExportCollectionPicker)
+        Q_EMIT showExportCollectionPickerChanged();
+    if (now.selectedCollectionsToExport != before.selectedCollectionsToExport)
+        Q_EMIT selectedCollectionsToExportChanged();
+    if (now.showExportPicker != before.showExportPicker)
+        Q_EMIT showExportPickerChanged();
+    if (now.showImportPicker != before.showImportPicker)
+        Q_EMIT showImportPickerChanged();
+    if (now.conflictDetectionResult != before.conflictDetectionResult)
+        Q_EMIT conflictDetectionResultChanged();
+    if (now.selectedConflictResolutionMode != before.selectedConflictResolutionMode)
+        Q_EMIT selectedConflictResolutionModeChanged();
+    if (now.showImportConflictDialog != before.showImportConflictDialog)
+        Q_EMIT showImportConflictDialogChanged();
+    if (now.importResult != before.importResult)
+        Q_EMIT importResultChanged();
 }
 
 std::optional<Snippet> SnippetListViewModel::effectiveSnippet(const QString& id) const
@@ -283,6 +317,15 @@ void SnippetListViewModel::refreshData()
 
 void SnippetListViewModel::saveAllData()
 {
+    try {
+        save();
+    } catch (const StorageError&) {
+        return; // the next save writes what this one could not
+    }
+}
+
+void SnippetListViewModel::save()
+{
     VellumryData data{.version = VellumryData::currentVersion.toString(),
                       .lastModified = services.clock.now(),
                       .deviceId = DeviceIdentifier::current(),
@@ -290,8 +333,7 @@ void SnippetListViewModel::saveAllData()
                       .settings = std::nullopt};
     const QMap<QString, QString> colors = services.colors.loadColors();
     for (const Collection& collection : std::as_const(models)) {
-        const std::optional<QString> color =
-            CategoryColorService::hexOf(colors.value(collection.name, QStringLiteral("gray")));
+        const std::optional<QString> color = hexOf(colors, collection.name);
         data.data.collections.append({.id = collection.id,
                                       .name = collection.name,
                                       .color = color,
@@ -299,11 +341,7 @@ void SnippetListViewModel::saveAllData()
         if (color)
             data.data.categoryColors.insert(collection.name, *color);
     }
-    try {
-        services.storageService.saveFullData(data, false);
-    } catch (const StorageError&) {
-        return; // the next save writes what this one could not
-    }
+    services.storageService.saveFullData(data, false);
 }
 
 void SnippetListViewModel::handleExternalDataChange()
@@ -439,7 +477,9 @@ void SnippetListViewModel::incrementUsage(const QString& id)
         return;
     const Operation operation(*this);
     Snippet used = snippets().at(position);
-    used.setUsageCount(used.usageCount() + 1);
+    // A file may hold any count; the largest one cannot grow.
+    if (used.usageCount() < std::numeric_limits<qint64>::max())
+        used.setUsageCount(used.usageCount() + 1);
     used.setLastUsedAt(services.clock.now());
     replaceSnippet(position, used);
     saveAllData();
@@ -583,8 +623,7 @@ void SnippetListViewModel::discardAllUnsavedEdits()
 
 void SnippetListViewModel::setCollectionModels(const QList<Collection>& collections)
 {
-    if (!std::equal(models.cbegin(), models.cend(), collections.cbegin(), collections.cend(),
-                    haveSameFields))
+    if (!haveSameFields(models, collections))
         changed.collectionModels = true;
     models = collections;
 }
@@ -600,16 +639,7 @@ qsizetype SnippetListViewModel::indexOfCollection(const QString& name) const
 QStringList SnippetListViewModel::collections()
 {
     const Operation operation(*this);
-    QSet<QString> known;
-    for (const Collection& collection : std::as_const(models))
-        known.insert(collection.name);
-    QStringList missing;
-    for (const QString& name : library.collectionNames()) {
-        if (!known.contains(name))
-            missing.append(name);
-    }
-    std::sort(missing.begin(), missing.end());
-    for (const QString& name : std::as_const(missing))
+    for (const QString& name : missingCollectionNames())
         ensureCollectionExists(name);
 
     QStringList names;
@@ -619,12 +649,30 @@ QStringList SnippetListViewModel::collections()
     return names;
 }
 
-void SnippetListViewModel::ensureCollectionExists(const QString& name)
+/// The names that only snippets know, in ascending order.
+QStringList SnippetListViewModel::missingCollectionNames() const
 {
-    if (indexOfCollection(name) < 0)
-        appendCollection(name);
+    QSet<QString> known;
+    for (const Collection& collection : models)
+        known.insert(collection.name);
+    QStringList missing;
+    for (const QString& name : library.collectionNames()) {
+        if (!known.contains(name))
+            missing.append(name);
+    }
+    std::sort(missing.begin(), missing.end());
+    return missing;
 }
 
+void SnippetListViewModel::ensureCollectionExists(const QString& name)
+{
+    if (indexOfCollection(name) < 0) {
+        appendCollection(name);
+        saveAllData();
+    }
+}
+
+/// Without a save.
 void SnippetListViewModel::appendCollection(const QString& name)
 {
     models.append({.id = services.newIdentifier(),
@@ -632,7 +680,20 @@ void SnippetListViewModel::appendCollection(const QString& name)
                    .displayOrder = models.size(),
                    .createdAt = services.clock.now()});
     changed.collectionModels = true;
-    saveAllData();
+}
+
+/// Those of the names that are not there yet, without a save.
+void SnippetListViewModel::appendMissingCollections(const QStringList& names)
+{
+    QSet<QString> known;
+    for (const Collection& collection : std::as_const(models))
+        known.insert(collection.name);
+    for (const QString& name : names) {
+        if (!known.contains(name)) {
+            known.insert(name);
+            appendCollection(name);
+        }
+    }
 }
 
 /// Called when a collection may have lost its last snippet. It stays, empty, until the person
@@ -656,6 +717,7 @@ bool SnippetListViewModel::createEmptyCollection(const QString& name)
         return false;
     const Operation operation(*this);
     appendCollection(trimmed);
+    saveAllData();
     setSelectedCollection(trimmed);
     return true;
 }
@@ -750,6 +812,217 @@ void SnippetListViewModel::moveCollections(const std::set<qsizetype>& offsets, q
         moved[i].displayOrder = i;
     setCollectionModels(moved);
     saveAllData();
+}
+
+// Export
+
+void SnippetListViewModel::showExport()
+{
+    const Operation operation(*this);
+    fields.selectedCollectionsToExport.clear();
+    for (const Collection& collection : std::as_const(models))
+        fields.selectedCollectionsToExport.insert(collection.name);
+    fields.showExportCollectionPicker = true;
+}
+
+void SnippetListViewModel::showExportForCollection(const QString& name)
+{
+    const Operation operation(*this);
+    fields.selectedCollectionsToExport = {name};
+    fields.showExportCollectionPicker = true;
+}
+
+void SnippetListViewModel::setSelectedCollectionsToExport(const QSet<QString>& names)
+{
+    const Operation operation(*this);
+    fields.selectedCollectionsToExport = names;
+}
+
+void SnippetListViewModel::confirmCollectionsToExport()
+{
+    const Operation operation(*this);
+    fields.showExportCollectionPicker = false;
+    fields.showExportPicker = true;
+}
+
+void SnippetListViewModel::cancelCollectionsToExport()
+{
+    const Operation operation(*this);
+    fields.showExportCollectionPicker = false;
+    fields.selectedCollectionsToExport.clear();
+}
+
+void SnippetListViewModel::setShowExportPicker(bool isShown)
+{
+    const Operation operation(*this);
+    fields.showExportPicker = isShown;
+}
+
+ExportDocument SnippetListViewModel::exportDocument() const
+{
+    QHash<QString, QList<Snippet>> exported;
+    for (const QString& name : fields.selectedCollectionsToExport)
+        exported.insert(name, {});
+    for (const Snippet& snippet : snippets()) {
+        if (const auto chosen = exported.find(snippet.collection()); chosen != exported.end())
+            chosen->append(snippet);
+    }
+    ExportData data{.version = ExportData::currentVersion.toString(),
+                    .exportedAt = services.clock.now(),
+                    .collections = {}};
+    const QMap<QString, QString> colors = services.colors.loadColors();
+    for (const Collection& collection : models) {
+        if (fields.selectedCollectionsToExport.contains(collection.name))
+            data.collections.append({.id = collection.id,
+                                     .name = collection.name,
+                                     .displayOrder = collection.displayOrder,
+                                     .color = hexOf(colors, collection.name),
+                                     .snippets = exported.value(collection.name)});
+    }
+    return ExportDocument(data);
+}
+
+void SnippetListViewModel::exportTo(const QString& path)
+{
+    try {
+        services.files.write(path, exportDocument().fileWrapper());
+        handleExport({.path = path, .error = std::nullopt});
+    } catch (const FileError& failure) {
+        handleExport({.path = {}, .error = failure.description()});
+    }
+}
+
+void SnippetListViewModel::handleExport(const PickedFile& result)
+{
+    log(result.error ? QString(u"导出失败: " % *result.error)
+                     : QString(u"导出成功: " % result.path));
+}
+
+// Import
+
+void SnippetListViewModel::setShowImportPicker(bool isShown)
+{
+    const Operation operation(*this);
+    fields.showImportPicker = isShown;
+}
+
+void SnippetListViewModel::handleImport(const PickedFile& result)
+{
+    const Operation operation(*this);
+    if (result.error) {
+        fields.importResult = ImportResult::failure(*result.error);
+        showImportResultToast();
+        return;
+    }
+    std::optional<ImportExportService::ImportedData> imported;
+    try {
+        imported = ImportExportService::importFromJSON(services.files.read(result.path).bytes);
+    } catch (const FileError& failure) {
+        vellumry::log(u"ImportExportService", QString(u"导入失败 - " % failure.description()));
+    }
+    if (!imported) {
+        // Stays until something else takes its place, or until the time of an older one is over.
+        fields.importResult = ImportResult::failure(QStringLiteral("Invalid file format"));
+        return;
+    }
+    const ConflictDetectionResult found =
+        ImportExportService::detectConflicts(*imported, models, snippets());
+    if (found.conflicts.isEmpty())
+        return performImport(found, ConflictResolutionMode::skipConflicts);
+    fields.pendingImportData = imported;
+    fields.conflictDetectionResult = found;
+    fields.selectedConflictResolutionMode = ConflictResolutionMode::smartUpdate;
+    fields.showImportConflictDialog = true;
+}
+
+void SnippetListViewModel::setSelectedConflictResolutionMode(ConflictResolutionMode mode)
+{
+    const Operation operation(*this);
+    fields.selectedConflictResolutionMode = mode;
+}
+
+void SnippetListViewModel::confirmConflictResolution()
+{
+    if (!fields.pendingImportData || !fields.conflictDetectionResult)
+        return;
+    const Operation operation(*this);
+    performImport(*fields.conflictDetectionResult, fields.selectedConflictResolutionMode);
+    endConflictResolution();
+}
+
+void SnippetListViewModel::cancelConflictResolution()
+{
+    const Operation operation(*this);
+    endConflictResolution();
+}
+
+void SnippetListViewModel::endConflictResolution()
+{
+    fields.showImportConflictDialog = false;
+    fields.pendingImportData.reset();
+    fields.conflictDetectionResult.reset();
+}
+
+/// Brings the import into the library, or leaves the library as it was.
+void SnippetListViewModel::performImport(const ConflictDetectionResult& found,
+                                         ConflictResolutionMode mode)
+{
+    const ChangedLists changedBefore = changed;
+    const QList<Snippet> snippetsBefore = snippets();
+    const QList<Collection> modelsBefore = models;
+    const QMap<QString, QString> colorsBefore = services.colors.loadColors();
+    try {
+        takeOver(found, mode);
+    } catch (const StorageError& failure) {
+        setSnippets(snippetsBefore);
+        models = modelsBefore;
+        services.colors.saveColors(colorsBefore);
+        saveAllData(); // in the place of what was written until the failure
+        fields.importResult = ImportResult::failure(failure.description());
+    }
+    // What only came and went is no change.
+    changed.snippets = changedBefore.snippets || snippets() != snippetsBefore;
+    changed.collectionModels =
+        changedBefore.collectionModels || !haveSameFields(models, modelsBefore);
+    showImportResultToast();
+}
+
+/// Throws StorageError when the save fails.
+void SnippetListViewModel::takeOver(const ConflictDetectionResult& found,
+                                    ConflictResolutionMode mode)
+{
+    QStringList names;
+    QMap<QString, QString> colors;
+    for (const ExportCollection& collection : found.newCollections) {
+        names.append(collection.name);
+        if (collection.color)
+            colors.insert(collection.name, *collection.color);
+    }
+    if (!colors.isEmpty()) {
+        QMap<QString, QString> known = services.colors.loadColors();
+        known.insert(colors);
+        services.colors.saveColors(known);
+    }
+    appendMissingCollections(names);
+    const ImportMerge merge =
+        mergeImport(snippets(), found, mode, services.clock.now(), services.newIdentifier);
+    setSnippets(merge.snippets);
+    // A snippet may name a collection that its file does not have. The load would not find it in
+    // the file of any.
+    appendMissingCollections(missingCollectionNames());
+    save();
+    loadSnippets();
+    if (const auto selected = std::exchange(fields.selectedSnippetID, std::nullopt))
+        services.scheduler.after(0ms, this, [this, selected] { setSelectedSnippetID(selected); });
+    fields.importResult = ImportResult::success(merge.count);
+}
+
+void SnippetListViewModel::showImportResultToast()
+{
+    services.scheduler.after(importResultTime, this, [this] {
+        const Operation operation(*this);
+        fields.importResult.reset();
+    });
 }
 
 } // namespace vellumry

@@ -4,14 +4,22 @@
 #include "core/Scheduler.h"
 #include "library/DisplayOrder.h"
 #include "library/DraftedLibrary.h"
+#include "library/ExportDocument.h"
 #include "library/FrozenOrder.h"
+#include "library/ImportConflicts.h"
+#include "library/ImportExportService.h"
+#include "library/ImportResult.h"
+#include "library/PickedFile.h"
 #include "models/Collection.h"
 #include "models/Identifier.h"
 #include "models/Snippet.h"
+#include "models/VellumryData.h"
+#include "platform/FileSystem.h"
 
 #include <QList>
 #include <QMap>
 #include <QObject>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -40,7 +48,8 @@ class StorageServiceProtocol;
 /// Nothing selected means "All Snippets", or "Unsaved" while isFilteringUnsaved holds.
 ///
 /// Each change saves the whole library at once. A save or a file operation that fails is passed
-/// over in silence: memory and disk then differ until the next save that succeeds.
+/// over in silence: memory and disk then differ until the next save that succeeds. An import alone
+/// is told of, and undone.
 ///
 /// An operation announces when it is complete, each field that is different then once. A read of
 /// collections() is such an operation too.
@@ -58,6 +67,7 @@ public:
         Scheduler& scheduler;
         const Clock& clock;
         std::function<QString()> newIdentifier = makeIdentifier;
+        FileSystem& files = FileSystem::local(); ///< where backup files are
     };
 
     /// Listens for changes of the library, and loads nothing.
@@ -178,6 +188,65 @@ public:
     void deleteCollection(const QString& name);
     void moveCollections(const std::set<qsizetype>& offsets, qsizetype target);
 
+    // Export: the picker of collections, then the dialog for the file.
+
+    /// Proposes every collection.
+    void showExport();
+    /// Proposes the collection of this name.
+    void showExportForCollection(const QString& name);
+    [[nodiscard]] bool showExportCollectionPicker() const
+    {
+        return fields.showExportCollectionPicker;
+    }
+    [[nodiscard]] const QSet<QString>& selectedCollectionsToExport() const
+    {
+        return fields.selectedCollectionsToExport;
+    }
+    void setSelectedCollectionsToExport(const QSet<QString>& names);
+    /// The answers to the picker.
+    void confirmCollectionsToExport();
+    void cancelCollectionsToExport();
+    [[nodiscard]] bool showExportPicker() const { return fields.showExportPicker; }
+    void setShowExportPicker(bool isShown);
+    /// The chosen collections with their stored snippets, as of now.
+    [[nodiscard]] ExportDocument exportDocument() const;
+    /// Writes exportDocument() to the place that was picked, and handles the outcome.
+    void exportTo(const QString& path);
+    /// Writes a line of diagnosis.
+    static void handleExport(const PickedFile& result);
+
+    // Import: the dialog for the file, then a question if there are conflicts.
+
+    [[nodiscard]] bool showImportPicker() const { return fields.showImportPicker; }
+    void setShowImportPicker(bool isShown);
+    /// Imports the file that was picked, or asks about its conflicts first.
+    void handleImport(const PickedFile& result);
+    [[nodiscard]] bool showImportConflictDialog() const { return fields.showImportConflictDialog; }
+    [[nodiscard]] const std::optional<ConflictDetectionResult>& conflictDetectionResult() const
+    {
+        return fields.conflictDetectionResult;
+    }
+    /// What waits for the answer.
+    [[nodiscard]] const std::optional<ImportExportService::ImportedData>& pendingImportData() const
+    {
+        return fields.pendingImportData;
+    }
+    [[nodiscard]] ConflictResolutionMode selectedConflictResolutionMode() const
+    {
+        return fields.selectedConflictResolutionMode;
+    }
+    void setSelectedConflictResolutionMode(ConflictResolutionMode mode);
+    /// The answers to the question. The second imports nothing, not even what is new.
+    void confirmConflictResolution();
+    void cancelConflictResolution();
+    /// How the last import ended.
+    [[nodiscard]] const std::optional<ImportResult>& importResult() const
+    {
+        return fields.importResult;
+    }
+    /// Lets importResult go in 3 seconds, even if it is another one by then.
+    void showImportResultToast();
+
 Q_SIGNALS:
     void snippetsChanged();
     void collectionModelsChanged();
@@ -191,11 +260,19 @@ Q_SIGNALS:
     void newlyCreatedSnippetIDChanged();
     void showDeleteConfirmationChanged();
     void snippetIDToDeleteChanged();
+    void showExportCollectionPickerChanged();
+    void selectedCollectionsToExportChanged();
+    void showExportPickerChanged();
+    void showImportPickerChanged();
+    void showImportConflictDialogChanged();
+    void conflictDetectionResultChanged();
+    void selectedConflictResolutionModeChanged();
+    void importResultChanged();
 
 private:
     class Operation;
 
-    /// The observed fields that are small enough to be compared.
+    /// The fields that can be compared at no cost worth speaking of.
     struct Fields {
         QString searchText;
         bool isFilteringUnsaved = false;
@@ -204,6 +281,15 @@ private:
         std::optional<QString> newlyCreatedSnippetID;
         bool showDeleteConfirmation = false;
         std::optional<QString> snippetIDToDelete;
+        bool showExportCollectionPicker = false;
+        QSet<QString> selectedCollectionsToExport;
+        bool showExportPicker = false;
+        bool showImportPicker = false;
+        bool showImportConflictDialog = false;
+        std::optional<ConflictDetectionResult> conflictDetectionResult;
+        std::optional<ImportExportService::ImportedData> pendingImportData;
+        ConflictResolutionMode selectedConflictResolutionMode = ConflictResolutionMode::smartUpdate;
+        std::optional<ImportResult> importResult;
     };
 
     /// Which of the observed lists have changed.
@@ -219,6 +305,8 @@ private:
 
     void refreshSnippetOrder();
     [[nodiscard]] QList<Snippet> snippetsInSelection();
+    /// Throws StorageError.
+    void save();
 
     void setSnippets(const QList<Snippet>& snippets);
     void replaceSnippet(qsizetype position, const Snippet& snippet);
@@ -232,9 +320,15 @@ private:
 
     void setCollectionModels(const QList<Collection>& collections);
     void appendCollection(const QString& name);
+    void appendMissingCollections(const QStringList& names);
+    [[nodiscard]] QStringList missingCollectionNames() const;
     void ensureCollectionExists(const QString& name);
     void cleanupEmptyCollection(const QString& name);
     [[nodiscard]] qsizetype indexOfCollection(const QString& name) const;
+
+    void performImport(const ConflictDetectionResult& found, ConflictResolutionMode mode);
+    void takeOver(const ConflictDetectionResult& found, ConflictResolutionMode mode);
+    void endConflictResolution();
 
     Dependencies services;
     DraftedLibrary library;

@@ -22,6 +22,8 @@ constexpr size_t largestDocument = size_t{1} << 30;
 /// Turns the parser's UTF-8, which is known to be valid, into texts that hold no spare memory.
 class TextReader {
 public:
+    explicit TextReader(DatePrecision ofDates) : datePrecision(ofDates) {}
+
     QString text(std::string_view utf8)
     {
         if (utf8.empty())
@@ -32,7 +34,13 @@ public:
         return QString(reinterpret_cast<const QChar*>(units.data()), end - units.data());
     }
 
-    /// The same for a text that often equals the one before: such texts share their memory.
+    /// Nothing when it is no date in the form of this document.
+    [[nodiscard]] std::optional<Date> date(QByteArrayView utf8) const
+    {
+        return parseDate(utf8, datePrecision);
+    }
+
+    /// The same as text() for one that often equals the one before: such texts share their memory.
     QString repeatedText(std::string_view utf8)
     {
         if (utf8 != lastUtf8) {
@@ -93,6 +101,7 @@ private:
         return in + 4;
     }
 
+    DatePrecision datePrecision;
     std::u16string units;
     std::string_view lastUtf8; ///< points into the document in hand
     QString lastText;
@@ -175,11 +184,11 @@ public:
         return truth;
     }
 
-    [[nodiscard]] Date date(size_t i) const
+    [[nodiscard]] Date date(size_t i, const TextReader& reader) const
     {
         const std::string_view utf8 = text(i);
         const QByteArrayView bytes(utf8.data(), static_cast<qsizetype>(utf8.size()));
-        if (const auto date = parseDate(bytes))
+        if (const auto date = reader.date(bytes))
             return *date;
         throw DecodingError(QStringLiteral("无法解析日期字符串: ") + QString::fromUtf8(bytes),
                             keyText(keys[i]));
@@ -295,12 +304,12 @@ Snippet readSnippet(dom::element element, TextReader& reader)
     f.content = reader.text(members.text(content));
     if (members.has(keywords))
         f.keywords = readTexts(members.array(keywords), keys[keywords], reader);
-    f.updatedAt = members.date(updatedAt);
-    f.createdAt = members.has(createdAt) ? members.date(createdAt) : f.updatedAt;
+    f.updatedAt = members.date(updatedAt, reader);
+    f.createdAt = members.has(createdAt) ? members.date(createdAt, reader) : f.updatedAt;
     if (members.has(usageCount))
         f.usageCount = members.integer(usageCount);
     if (members.has(lastUsedAt))
-        f.lastUsedAt = members.date(lastUsedAt);
+        f.lastUsedAt = members.date(lastUsedAt, reader);
     if (members.has(displayOrder))
         f.displayOrder = members.integer(displayOrder);
     if (members.has(variables))
@@ -317,7 +326,7 @@ Collection readCollection(dom::element element, TextReader& reader)
     collection.id = reader.text(members.text(id));
     collection.name = reader.text(members.text(name));
     collection.displayOrder = members.integer(displayOrder);
-    collection.createdAt = members.date(createdAt);
+    collection.createdAt = members.date(createdAt, reader);
     return collection;
 }
 
@@ -331,7 +340,7 @@ SyncCollection readSyncCollection(dom::element element, TextReader& reader)
     collection.name = reader.text(members.text(name));
     if (members.has(color))
         collection.color = reader.text(members.text(color));
-    collection.createdAt = members.date(createdAt);
+    collection.createdAt = members.date(createdAt, reader);
     return collection;
 }
 
@@ -384,7 +393,7 @@ VellumryData readVellumryData(dom::element element, TextReader& reader)
     const Members<keyCount> members(element, keys);
     VellumryData library;
     library.version = reader.text(members.text(version));
-    library.lastModified = members.date(lastModified);
+    library.lastModified = members.date(lastModified, reader);
     library.deviceId = reader.text(members.text(deviceId));
     library.data = readMember(members.required(data), keys[data], [&](dom::element content) {
         return readSyncDataContent(content, reader);
@@ -401,7 +410,7 @@ CollectionFileData readCollectionFileData(dom::element element, TextReader& read
     const Members<keyCount> members(element, keys);
     CollectionFileData file;
     file.version = reader.text(members.text(version));
-    file.lastModified = members.date(lastModified);
+    file.lastModified = members.date(lastModified, reader);
     file.deviceId = reader.text(members.text(deviceId));
     file.collection =
         readMember(members.required(collection), keys[collection],
@@ -418,7 +427,7 @@ MetadataFileData readMetadataFileData(dom::element element, TextReader& reader)
     const Members<keyCount> members(element, keys);
     MetadataFileData file;
     file.version = reader.text(members.text(version));
-    file.lastModified = members.date(lastModified);
+    file.lastModified = members.date(lastModified, reader);
     file.deviceId = reader.text(members.text(deviceId));
     file.collectionOrder = readTexts(members.array(collectionOrder), keys[collectionOrder], reader);
     file.settings = readOptionalSettings(members, settings);
@@ -452,10 +461,40 @@ LegacyExportData readLegacyExportData(dom::element element, TextReader& reader)
     if (members.has(version))
         file.version = reader.text(members.text(version));
     if (members.has(exportedAt))
-        file.exportedAt = members.date(exportedAt);
+        file.exportedAt = members.date(exportedAt, reader);
     file.collections = readList<LegacyExportCollection>(
         members.array(collections), keys[collections],
         [&](dom::element collection) { return readLegacyExportCollection(collection, reader); });
+    return file;
+}
+
+ExportCollection readExportCollection(dom::element element, TextReader& reader)
+{
+    enum Key { color, displayOrder, id, name, snippets, keyCount };
+    static constexpr Members<keyCount>::Keys keys{"color", "displayOrder", "id", "name",
+                                                  "snippets"};
+    const Members<keyCount> members(element, keys);
+    ExportCollection collection;
+    collection.id = reader.text(members.text(id));
+    collection.name = reader.text(members.text(name));
+    collection.displayOrder = members.integer(displayOrder);
+    if (members.has(color))
+        collection.color = reader.text(members.text(color));
+    collection.snippets = readSnippets(members, snippets, reader);
+    return collection;
+}
+
+ExportData readExportData(dom::element element, TextReader& reader)
+{
+    enum Key { collections, exportedAt, version, keyCount };
+    static constexpr Members<keyCount>::Keys keys{"collections", "exportedAt", "version"};
+    const Members<keyCount> members(element, keys);
+    ExportData file;
+    file.version = reader.text(members.text(version));
+    file.exportedAt = members.date(exportedAt, reader);
+    file.collections = readList<ExportCollection>(
+        members.array(collections), keys[collections],
+        [&](dom::element collection) { return readExportCollection(collection, reader); });
     return file;
 }
 
@@ -518,6 +557,10 @@ T readRecord(dom::element element, TextReader& reader)
         return readLegacyExportCollection(element, reader);
     else if constexpr (std::is_same_v<T, LegacyExportData>)
         return readLegacyExportData(element, reader);
+    else if constexpr (std::is_same_v<T, ExportCollection>)
+        return readExportCollection(element, reader);
+    else if constexpr (std::is_same_v<T, ExportData>)
+        return readExportData(element, reader);
     else if constexpr (std::is_same_v<T, QList<Snippet>>)
         return readSnippets(element, reader);
     else
@@ -540,18 +583,26 @@ DecodingError syntaxError(QByteArrayView bytes, simdjson::error_code code)
 } // namespace
 
 struct JSONDecoder::State {
+    explicit State(DatePrecision ofDates) : datePrecision(ofDates) {}
+
+    DatePrecision datePrecision;
     dom::parser parser;
     dom::element root;
 };
 
-JSONDecoder::JSONDecoder() : state(std::make_unique<State>()) {}
+JSONDecoder::JSONDecoder(DatePrecision ofDates) : state(std::make_unique<State>(ofDates)) {}
 JSONDecoder::JSONDecoder(JSONDecoder&& other) noexcept = default;
 JSONDecoder& JSONDecoder::operator=(JSONDecoder&& other) noexcept = default;
 JSONDecoder::~JSONDecoder() = default;
 
 JSONDecoder JSONDecoder::vellumry()
 {
-    return {};
+    return JSONDecoder(DatePrecision::milliseconds);
+}
+
+JSONDecoder JSONDecoder::iso8601()
+{
+    return JSONDecoder(DatePrecision::seconds);
 }
 
 void JSONDecoder::parse(const PaddedBytes& bytes)
@@ -572,7 +623,7 @@ void JSONDecoder::parse(const PaddedBytes& bytes)
 template <typename T>
 T JSONDecoder::record()
 {
-    TextReader reader;
+    TextReader reader(state->datePrecision);
     return readRecord<T>(state->root, reader);
 }
 
@@ -593,6 +644,8 @@ template CollectionFileData JSONDecoder::decode(const PaddedBytes&);
 template MetadataFileData JSONDecoder::decode(const PaddedBytes&);
 template LegacyExportCollection JSONDecoder::decode(const PaddedBytes&);
 template LegacyExportData JSONDecoder::decode(const PaddedBytes&);
+template ExportCollection JSONDecoder::decode(const PaddedBytes&);
+template ExportData JSONDecoder::decode(const PaddedBytes&);
 template DefaultSnippetsContainer JSONDecoder::decode(const PaddedBytes&);
 template QList<Snippet> JSONDecoder::decode(const PaddedBytes&);
 

@@ -5,6 +5,7 @@
 #include "models/CollectionFileData.h"
 #include "models/DecodingError.h"
 #include "models/DefaultSnippetsContainer.h"
+#include "models/ExportData.h"
 #include "models/LegacyExportData.h"
 #include "models/MetadataFileData.h"
 #include "models/VellumryData.h"
@@ -13,7 +14,7 @@
 
 namespace vellumry {
 
-/// Decodes the records of the stored files. The whole document must be valid JSON (RFC 8259) in
+/// Decodes the records of the files. The whole document must be valid JSON (RFC 8259) in
 /// UTF-8, nested at most 1,024 deep and at most 1 GiB long; a byte order mark is skipped. Unknown
 /// keys are passed over, null counts as missing where a key is optional, and of a key that stands
 /// twice the last one counts. Records never decode partly: decode() throws DecodingError instead,
@@ -25,6 +26,8 @@ class JSONDecoder {
 public:
     /// The decoder of every stored file: dates are ISO 8601 texts (see parseDate).
     [[nodiscard]] static JSONDecoder vellumry();
+    /// The decoder of backup files: the same, but dates have no fraction of a second.
+    [[nodiscard]] static JSONDecoder iso8601();
 
     JSONDecoder(JSONDecoder&& other) noexcept;
     JSONDecoder& operator=(JSONDecoder&& other) noexcept;
@@ -32,7 +35,7 @@ public:
 
     /// T is one of the records Snippet, Collection, SyncCollection, SyncSettings, SyncDataContent,
     /// VellumryData, CollectionFileData, MetadataFileData, LegacyExportCollection,
-    /// LegacyExportData, DefaultSnippetsContainer, QList<Snippet>.
+    /// LegacyExportData, ExportCollection, ExportData, DefaultSnippetsContainer, QList<Snippet>.
     template <typename T>
     [[nodiscard]] T decode(const PaddedBytes& bytes);
 
@@ -52,7 +55,7 @@ public:
     }
 
 private:
-    JSONDecoder();
+    explicit JSONDecoder(DatePrecision ofDates);
 
     struct State;
     std::unique_ptr<State> state;

@@ -10,6 +10,7 @@ void write(JSONWriter& out, const SyncCollection& collection);
 void write(JSONWriter& out, const SyncSettings& settings);
 void write(JSONWriter& out, const SyncDataContent& content);
 void write(JSONWriter& out, const LegacyExportCollection& collection);
+void write(JSONWriter& out, const ExportCollection& collection);
 
 void write(JSONWriter& out, const QString& text)
 {
@@ -179,6 +180,26 @@ void write(JSONWriter& out, const LegacyExportData& file)
     out.endObject();
 }
 
+void write(JSONWriter& out, const ExportCollection& collection)
+{
+    out.beginObject();
+    member(out, "color", collection.color);
+    member(out, "displayOrder", collection.displayOrder);
+    member(out, "id", collection.id);
+    member(out, "name", collection.name);
+    member(out, "snippets", collection.snippets);
+    out.endObject();
+}
+
+void write(JSONWriter& out, const ExportData& file)
+{
+    out.beginObject();
+    member(out, "collections", file.collections);
+    member(out, "exportedAt", file.exportedAt);
+    member(out, "version", file.version);
+    out.endObject();
+}
+
 template <typename T>
 QByteArrayView encodeWith(JSONWriter& writer, const T& record)
 {
@@ -226,6 +247,14 @@ QByteArrayView JSONEncoder::encode(const LegacyExportCollection& record)
     return encodeWith(writer, record);
 }
 QByteArrayView JSONEncoder::encode(const LegacyExportData& record)
+{
+    return encodeWith(writer, record);
+}
+QByteArrayView JSONEncoder::encode(const ExportCollection& record)
+{
+    return encodeWith(writer, record);
+}
+QByteArrayView JSONEncoder::encode(const ExportData& record)
 {
     return encodeWith(writer, record);
 }

@@ -2,6 +2,7 @@
 
 #include "models/Collection.h"
 #include "models/CollectionFileData.h"
+#include "models/ExportData.h"
 #include "models/JSONWriter.h"
 #include "models/LegacyExportData.h"
 #include "models/MetadataFileData.h"
@@ -9,13 +10,15 @@
 
 namespace vellumry {
 
-/// Encodes the records of the stored files: pretty-printed JSON with sorted keys, dates in the
-/// form of formatDate, absent optional fields left out. Keeps its buffer between calls, so that
+/// Encodes the records of the files: pretty-printed JSON with sorted keys, dates in the form of
+/// writeDate, absent optional fields left out. Keeps its buffer between calls, so that
 /// one encoder serves a whole save. Not shared between threads.
 class JSONEncoder {
 public:
     /// The encoder of every stored file.
-    [[nodiscard]] static JSONEncoder vellumry() { return {}; }
+    [[nodiscard]] static JSONEncoder vellumry() { return JSONEncoder(DatePrecision::milliseconds); }
+    /// The encoder of backup files, whose dates are cut to whole seconds.
+    [[nodiscard]] static JSONEncoder iso8601() { return JSONEncoder(DatePrecision::seconds); }
 
     /// The text of the record, in UTF-8; valid until the next call or the end of the encoder.
     [[nodiscard]] QByteArrayView encode(const Snippet& record);
@@ -28,9 +31,11 @@ public:
     [[nodiscard]] QByteArrayView encode(const MetadataFileData& record);
     [[nodiscard]] QByteArrayView encode(const LegacyExportCollection& record);
     [[nodiscard]] QByteArrayView encode(const LegacyExportData& record);
+    [[nodiscard]] QByteArrayView encode(const ExportCollection& record);
+    [[nodiscard]] QByteArrayView encode(const ExportData& record);
 
 private:
-    JSONEncoder() = default;
+    explicit JSONEncoder(DatePrecision ofDates) : writer(ofDates) {}
 
     JSONWriter writer;
 };

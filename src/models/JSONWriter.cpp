@@ -222,7 +222,7 @@ void JSONWriter::value(Date date)
     startElement();
     char* out = room(34);
     *out++ = '"';
-    out = writeDate(date, out);
+    out = writeDate(date, out, datePrecision);
     *out++ = '"';
     used = static_cast<size_t>(out - buffer.get());
 }

@@ -16,6 +16,11 @@ namespace vellumry {
 /// U+FFFD, since it has no UTF-8 form.
 class JSONWriter {
 public:
+    explicit JSONWriter(DatePrecision ofDates = DatePrecision::milliseconds)
+        : datePrecision(ofDates)
+    {
+    }
+
     void beginObject() { open('{'); }
     void endObject() { close('}'); }
     void beginArray() { open('['); }
@@ -60,6 +65,7 @@ private:
     struct Free {
         void operator()(char* memory) const { std::free(memory); }
     };
+    DatePrecision datePrecision;
     std::unique_ptr<char, Free> buffer;
     size_t used = 0;
     size_t capacity = 0;

@@ -165,6 +165,29 @@ TEST(Date, TheEndsOfTheRangeCanBeWritten)
     EXPECT_EQ(formatDate(Date::min() + 1ms), u"1677-09-21T00:12:43.146Z"_s);
 }
 
+TEST(Date, InSecondsIsWrittenWithoutFraction)
+{
+    const auto written = [](Date date) {
+        char out[32];
+        const char* end = writeDate(date, out, DatePrecision::seconds);
+        return QString::fromLatin1(out, end - out);
+    };
+    EXPECT_EQ(written(at(2026, 3, 9) + 14h + 5min + 7s), u"2026-03-09T14:05:07Z"_s);
+    EXPECT_EQ(written(at(2026, 3, 9) + 999'999'999ns), u"2026-03-09T00:00:00Z"_s);
+    EXPECT_EQ(written(at(1970, 1, 1) - 1ns), u"1969-12-31T23:59:59Z"_s) << "cut, not rounded";
+}
+
+TEST(Date, InSecondsIsReadWithoutFractionAlone)
+{
+    const auto read = [](const char* text) { return parseDate(text, DatePrecision::seconds); };
+    EXPECT_EQ(read("2026-03-09T14:05:07Z"), at(2026, 3, 9) + 14h + 5min + 7s);
+    EXPECT_EQ(read("2026-03-09T14:05:07+02:00"), at(2026, 3, 9) + 12h + 5min + 7s);
+    EXPECT_FALSE(read("2026-03-09T14:05:07.000Z"));
+    EXPECT_FALSE(read("2026-03-09T14:05:07."));
+    EXPECT_FALSE(read("2026-03-09T14:05:07.Z"));
+    EXPECT_FALSE(read("2026-03-09T14:05:07"));
+}
+
 TEST(Date, TheSystemClockTellsTheTime)
 {
     const auto before = system_clock::now();

@@ -4,6 +4,7 @@
 #include "notifications/NotificationCenter.h"
 #include "palette/FuzzySearchService.h"
 #include "settings/CategoryColorService.h"
+#include "storage/MemoryFileSystem.h"
 #include "storage/StorageError.h"
 #include "storage/StorageWorld.h"
 #include "support/LogCapture.h"
@@ -69,6 +70,7 @@ struct LibraryParts {
     NotificationCenter notifications;
     ManualScheduler scheduler;
     ManualClock clock;
+    MemoryFileSystem files; ///< where backup files are
     int identifiers = 0;
 
     QString newIdentifier() { return QStringLiteral("new-%1").arg(++identifiers); }
@@ -91,6 +93,14 @@ public:
         count(model, &M::newlyCreatedSnippetIDChanged, "newlyCreatedSnippetID");
         count(model, &M::showDeleteConfirmationChanged, "showDeleteConfirmation");
         count(model, &M::snippetIDToDeleteChanged, "snippetIDToDelete");
+        count(model, &M::showExportCollectionPickerChanged, "showExportCollectionPicker");
+        count(model, &M::selectedCollectionsToExportChanged, "selectedCollectionsToExport");
+        count(model, &M::showExportPickerChanged, "showExportPicker");
+        count(model, &M::showImportPickerChanged, "showImportPicker");
+        count(model, &M::showImportConflictDialogChanged, "showImportConflictDialog");
+        count(model, &M::conflictDetectionResultChanged, "conflictDetectionResult");
+        count(model, &M::selectedConflictResolutionModeChanged, "selectedConflictResolutionMode");
+        count(model, &M::importResultChanged, "importResult");
     }
 
     /// Those since the last call.
@@ -142,7 +152,8 @@ public:
                                 .notifications = notifications,
                                 .scheduler = scheduler,
                                 .clock = clock,
-                                .newIdentifier = [this] { return newIdentifier(); }}};
+                                .newIdentifier = [this] { return newIdentifier(); },
+                                .files = files}};
     Announcements announced{model};
 };
 

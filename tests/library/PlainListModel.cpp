@@ -10,6 +10,8 @@ namespace vellumry::test {
 
 namespace {
 
+using namespace std::chrono_literals;
+
 template <typename T>
 void moveElements(QList<T>& list, const std::set<qsizetype>& offsets, qsizetype target)
 {
@@ -212,6 +214,11 @@ void PlainListModel::handleExternalDataChange()
 
 void PlainListModel::saveAllData()
 {
+    (void)isSaveGood();
+}
+
+bool PlainListModel::isSaveGood()
+{
     VellumryData data;
     data.version = QStringLiteral("3.0");
     data.lastModified = with.clock.now();
@@ -223,7 +230,7 @@ void PlainListModel::saveAllData()
         if (color)
             data.data.categoryColors[collection.name] = *color;
     }
-    (void)isStorageCallGood([&] { with.storage.saveFullData(data, false); });
+    return isStorageCallGood([&] { with.storage.saveFullData(data, false); });
 }
 
 qint64 PlainListModel::nextNumber(const QString& collection) const
@@ -245,7 +252,7 @@ void PlainListModel::insert(SnippetFields made)
     saveAllData();
     frozenSnippetOrder.append(made.id);
     setSearchText({});
-    selectLater.append(made.id);
+    with.scheduler.after(100ms, &owner, [this, id = made.id] { selectedSnippetID = id; });
 }
 
 void PlainListModel::createSnippet()
@@ -269,12 +276,6 @@ void PlainListModel::duplicateSnippet(const QString& id, const QString& newTitle
     made.lastUsedAt.reset();
     made.variables.clear();
     insert(made);
-}
-
-void PlainListModel::passDelay()
-{
-    for (const QString& id : std::exchange(selectLater, {}))
-        selectedSnippetID = id;
 }
 
 void PlainListModel::updateSnippet(const Snippet& snippet)
@@ -387,12 +388,19 @@ QStringList PlainListModel::collections()
 
 void PlainListModel::ensureCollectionExists(const QString& name)
 {
+    const qsizetype before = collectionModels.size();
+    ensureCollectionIsModelled(name);
+    if (collectionModels.size() > before)
+        saveAllData();
+}
+
+void PlainListModel::ensureCollectionIsModelled(const QString& name)
+{
     for (const Collection& collection : std::as_const(collectionModels))
         if (collection.name == name)
             return;
     collectionModels.append(
         {with.newIdentifier(), name, collectionModels.size(), with.clock.now()});
-    saveAllData();
 }
 
 bool PlainListModel::isCollectionNameAvailable(const QString& name) const
@@ -491,6 +499,135 @@ void PlainListModel::moveCollections(const std::set<qsizetype>& offsets, qsizety
     for (qsizetype i = 0; i < collectionModels.size(); ++i)
         collectionModels[i].displayOrder = i;
     saveAllData();
+}
+
+void PlainListModel::handleImport(const ExportData& file)
+{
+    ConflictDetectionResult found;
+    for (const ExportCollection& given : file.collections) {
+        bool isKnown = false;
+        for (const Collection& collection : std::as_const(collectionModels))
+            isKnown = isKnown || collection.name == given.name;
+        if (!isKnown)
+            found.newCollections.append(given);
+        for (const Snippet& imported : given.snippets) {
+            std::optional<Snippet> local;
+            for (const Snippet& snippet : std::as_const(snippets))
+                if (isKnown && snippet.collection() == given.name &&
+                    snippet.title() == imported.title())
+                    local = snippet;
+            if (!local) {
+                found.newSnippets.append(imported);
+                continue;
+            }
+            if (local->content() == imported.content() &&
+                local->subtitle() == imported.subtitle() &&
+                local->keywords() == imported.keywords())
+                continue;
+            if (local->updatedAt() == imported.updatedAt())
+                continue;
+            found.conflicts.append({local->id(), ConflictType::snippet, imported.title(),
+                                    local->updatedAt(), imported.updatedAt()});
+            found.conflictingSnippets.append(imported);
+        }
+    }
+    if (found.conflicts.isEmpty())
+        return performImport(found, ConflictResolutionMode::skipConflicts);
+    pendingImport = file;
+    conflictDetectionResult = found;
+    selectedConflictResolutionMode = ConflictResolutionMode::smartUpdate;
+    showImportConflictDialog = true;
+}
+
+void PlainListModel::confirmConflictResolution()
+{
+    if (!pendingImport || !conflictDetectionResult)
+        return;
+    performImport(*conflictDetectionResult, selectedConflictResolutionMode);
+    cancelImport();
+}
+
+void PlainListModel::cancelImport()
+{
+    showImportConflictDialog = false;
+    pendingImport.reset();
+    conflictDetectionResult.reset();
+}
+
+void PlainListModel::appendImported(const Snippet& imported, const QString& title)
+{
+    SnippetFields made;
+    made.id = with.newIdentifier();
+    made.title = title;
+    made.subtitle = imported.subtitle();
+    made.collection = imported.collection();
+    made.content = imported.content();
+    made.keywords = imported.keywords();
+    made.createdAt = with.clock.now();
+    made.updatedAt = with.clock.now();
+    made.usageCount = imported.usageCount();
+    made.lastUsedAt = imported.lastUsedAt();
+    snippets.append(Snippet(made));
+}
+
+void PlainListModel::performImport(const ConflictDetectionResult& found,
+                                   ConflictResolutionMode mode)
+{
+    const auto snippetsBefore = snippets;
+    const auto modelsBefore = collectionModels;
+    const auto colorsBefore = with.colors.loadColors();
+    for (const ExportCollection& given : found.newCollections) {
+        ensureCollectionIsModelled(given.name);
+        auto colors = with.colors.loadColors();
+        if (given.color)
+            colors[given.name] = *given.color;
+        with.colors.saveColors(colors);
+    }
+    qsizetype count = found.newSnippets.size();
+    for (const Snippet& imported : found.newSnippets)
+        appendImported(imported, imported.title());
+    for (const Snippet& imported : found.conflictingSnippets) {
+        for (const ImportConflict& conflict : found.conflicts) {
+            if (conflict.name != imported.title())
+                continue;
+            const qsizetype i = find(conflict.id);
+            const bool isNewer = conflict.importedUpdatedAt > conflict.localUpdatedAt;
+            if (mode == ConflictResolutionMode::keepBoth) {
+                appendImported(imported, imported.title() + QStringLiteral(" (imported)"));
+                ++count;
+            } else if (i >= 0 && (mode == ConflictResolutionMode::restoreFromBackup ||
+                                  (mode == ConflictResolutionMode::smartUpdate && isNewer))) {
+                snippets[i].setTitle(imported.title());
+                snippets[i].setSubtitle(imported.subtitle());
+                snippets[i].setContent(imported.content());
+                snippets[i].setKeywords(imported.keywords());
+                snippets[i].setUpdatedAt(imported.updatedAt());
+                ++count;
+            }
+            break;
+        }
+    }
+    QStringList used;
+    for (const Snippet& snippet : effectiveSnippets())
+        used.append(snippet.collection());
+    used.sort();
+    for (const QString& name : std::as_const(used))
+        ensureCollectionIsModelled(name);
+    if (isSaveGood()) {
+        loadSnippets();
+        if (selectedSnippetID)
+            with.scheduler.after(0ms, &owner,
+                                 [this, id = *selectedSnippetID] { selectedSnippetID = id; });
+        selectedSnippetID.reset();
+        importResult = ImportResult::success(count);
+    } else {
+        snippets = snippetsBefore;
+        collectionModels = modelsBefore;
+        with.colors.saveColors(colorsBefore);
+        saveAllData();
+        importResult = ImportResult::failure(QStringLiteral("no space"));
+    }
+    with.scheduler.after(3s, &owner, [this] { importResult.reset(); });
 }
 
 } // namespace vellumry::test

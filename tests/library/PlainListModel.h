@@ -20,6 +20,11 @@ public:
     std::optional<QString> snippetIDToDelete;
     std::optional<QString> newlyCreatedSnippetID;
     QMap<QString, Snippet> unsavedEdits;
+    std::optional<ExportData> pendingImport;
+    std::optional<ConflictDetectionResult> conflictDetectionResult;
+    bool showImportConflictDialog = false;
+    ConflictResolutionMode selectedConflictResolutionMode = ConflictResolutionMode::smartUpdate;
+    std::optional<ImportResult> importResult;
 
     [[nodiscard]] QList<Snippet> effectiveSnippets() const;
     [[nodiscard]] std::optional<Snippet> effectiveSnippet(const QString& id) const;
@@ -51,10 +56,15 @@ public:
     void renameCollection(const QString& oldName, const QString& newName);
     void deleteCollection(const QString& name);
     void moveCollections(const std::set<qsizetype>& offsets, qsizetype target);
-    /// Lets 0.1 s pass.
-    void passDelay();
+    void handleImport(const ExportData& file);
+    void confirmConflictResolution();
+    void cancelImport();
 
 private:
+    bool isSaveGood();
+    void performImport(const ConflictDetectionResult& found, ConflictResolutionMode mode);
+    void appendImported(const Snippet& imported, const QString& title);
+    void ensureCollectionIsModelled(const QString& name);
     void refreshSnippetOrder();
     void migrateSnippetDisplayOrderIfNeeded();
     void ensureCollectionExists(const QString& name);
@@ -63,7 +73,7 @@ private:
     [[nodiscard]] qint64 nextNumber(const QString& collection) const;
 
     LibraryParts& with;
-    QStringList selectLater;
+    QObject owner; ///< of what is delayed
 };
 
 } // namespace vellumry::test

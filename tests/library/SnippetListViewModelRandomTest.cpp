@@ -34,6 +34,10 @@ struct State {
     std::optional<QString> newlyCreatedSnippetID;
     bool showDeleteConfirmation = false;
     std::optional<QString> snippetIDToDelete;
+    std::optional<ConflictDetectionResult> conflictDetectionResult;
+    bool showImportConflictDialog = false;
+    ConflictResolutionMode selectedConflictResolutionMode = {};
+    std::optional<ImportResult> importResult;
     // What it has done to the things around it.
     QStringList storageCalls;
     std::optional<SyncDataContent> stored;
@@ -83,6 +87,10 @@ State stateOf(const LibraryWorld& world)
                 m.newlyCreatedSnippetID(),
                 m.showDeleteConfirmation(),
                 m.snippetIDToDelete(),
+                m.conflictDetectionResult(),
+                m.showImportConflictDialog(),
+                m.selectedConflictResolutionMode(),
+                m.importResult(),
                 {},
                 {},
                 {}};
@@ -108,6 +116,10 @@ State stateOf(const PlainListModel& m, const LibraryParts& parts)
                 m.newlyCreatedSnippetID,
                 m.showDeleteConfirmation,
                 m.snippetIDToDelete,
+                m.conflictDetectionResult,
+                m.showImportConflictDialog,
+                m.selectedConflictResolutionMode,
+                m.importResult,
                 {},
                 {},
                 {}};
@@ -136,6 +148,10 @@ QMap<QString, int> dueAnnouncements(const State& a, const State& b)
     compare(u"newlyCreatedSnippetID"_s, &State::newlyCreatedSnippetID);
     compare(u"showDeleteConfirmation"_s, &State::showDeleteConfirmation);
     compare(u"snippetIDToDelete"_s, &State::snippetIDToDelete);
+    compare(u"conflictDetectionResult"_s, &State::conflictDetectionResult);
+    compare(u"showImportConflictDialog"_s, &State::showImportConflictDialog);
+    compare(u"selectedConflictResolutionMode"_s, &State::selectedConflictResolutionMode);
+    compare(u"importResult"_s, &State::importResult);
     return due;
 }
 
@@ -176,6 +192,8 @@ std::string text(const State& s)
         << " snippet: " << optional(s.selectedSnippetID)
         << " new: " << optional(s.newlyCreatedSnippetID)
         << " delete: " << optional(s.snippetIDToDelete) << s.showDeleteConfirmation
+        << "\nimport: " << (s.importResult ? s.importResult->text().toStdString() : "none")
+        << " asking: " << s.showImportConflictDialog
         << "\ncalls: " << s.storageCalls.join(u", ").toStdString() << '\n';
     return out.str();
 }
@@ -215,6 +233,7 @@ private:
         return u"s%1"_s.arg(roll(10));
     }
     Snippet anySnippet(const QString& id);
+    ExportData anyBackup();
     void changeOutside();
     std::set<qsizetype> anyOffsets(qsizetype size);
 
@@ -235,6 +254,33 @@ Snippet Game::anySnippet(const QString& id)
     if (roll(12) > 0)
         snippet.setDisplayOrder(roll(5));
     return snippet;
+}
+
+/// What a file can hold: whole seconds. Many of its titles are those of the library.
+ExportData Game::anyBackup()
+{
+    ExportData data{.version = u"2.0"_s, .exportedAt = dateAt(0), .collections = {}};
+    for (int i = roll(4); i > 0; --i) {
+        ExportCollection collection{.id = u"x"_s, .name = anyName(), .displayOrder = roll(9)};
+        if (roll(3) == 0)
+            collection.color = u"#01020%1"_s.arg(roll(10));
+        for (int j = roll(4); j > 0; --j) {
+            Snippet snippet = anySnippet(anyId());
+            if (!plain.snippets.isEmpty() && roll(2) == 0)
+                snippet.setTitle(
+                    plain.snippets[roll(static_cast<int>(plain.snippets.size()))].title());
+            if (roll(4) > 0)
+                snippet.setCollection(collection.name);
+            if (roll(3) == 0)
+                snippet.setKeywords({u"k"_s});
+            snippet.setUpdatedAt(dateAt(qint64{1000} * (roll(3) - 1)));
+            snippet.setCreatedAt(dateAt(0));
+            snippet.setUsageCount(roll(3));
+            collection.snippets.append(snippet);
+        }
+        data.collections.append(collection);
+    }
+    return data;
 }
 
 void Game::changeOutside()
@@ -279,7 +325,7 @@ QString Game::step()
     mayAnnounceTwice = false;
     world.clock.advance(1ms);
     parts.clock.advance(1ms);
-    switch (roll(27)) {
+    switch (roll(30)) {
     case 0:
         model.createSnippet();
         plain.createSnippet();
@@ -420,11 +466,34 @@ QString Game::step()
         model.refreshData();
         plain.refreshData();
         return u"refresh data"_s;
-    default:
+    case 26:
+    case 27: {
+        const ExportData data = anyBackup();
+        world.files.replace(u"/backup"_s, ExportDocument(data).fileWrapper());
+        model.handleImport({.path = u"/backup"_s, .error = std::nullopt});
+        plain.handleImport(data);
+        return u"import"_s;
+    }
+    case 28: {
+        const auto mode = static_cast<ConflictResolutionMode>(roll(4));
+        if (roll(5) == 0) {
+            model.cancelConflictResolution();
+            plain.cancelImport();
+            return u"cancel import"_s;
+        }
+        model.setSelectedConflictResolutionMode(mode);
+        model.confirmConflictResolution();
+        plain.selectedConflictResolutionMode = mode;
+        plain.confirmConflictResolution();
+        return u"resolve import by %1"_s.arg(static_cast<int>(mode));
+    }
+    default: {
+        const auto delay = roll(4) > 0 ? 100ms : 3000ms;
         mayAnnounceTwice = world.scheduler.pending() > 1;
-        world.scheduler.advance(100ms);
-        plain.passDelay();
+        world.scheduler.advance(delay);
+        parts.scheduler.advance(delay);
         return u"pass the delay"_s;
+    }
     }
 }
 
