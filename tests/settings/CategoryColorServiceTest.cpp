@@ -74,6 +74,18 @@ TEST_F(CategoryColorServiceTest, hasTwelvePresetsInTheOrderOfTheMenu)
     }
 }
 
+TEST_F(CategoryColorServiceTest, theLastFourPresetsAreFractionsAsTheyAreCut)
+{
+    const auto hex = [](float red, float green, float blue) {
+        return toHex(QColor::fromRgbF(red, green, blue));
+    };
+    const auto presets = CategoryColorService::presetColors();
+    EXPECT_EQ(toHex(presets[8].color), hex(0, 0.78F, 0.75F));
+    EXPECT_EQ(toHex(presets[9].color), hex(0.19F, 0.69F, 0.78F));
+    EXPECT_EQ(toHex(presets[10].color), hex(0.33F, 0.79F, 0.94F));
+    EXPECT_EQ(toHex(presets[11].color), hex(0.35F, 0.34F, 0.84F));
+}
+
 TEST_F(CategoryColorServiceTest, showsAHexadecimalColor)
 {
     set(work, QStringLiteral("#12AbfF"));
@@ -115,6 +127,7 @@ TEST(ColorFromHexTest, readsToTheFirstOtherCharacterButCountsThemAll)
     EXPECT_EQ(colorFromHex(QStringLiteral("12345G")), QColor(0x01, 0x23, 0x45));
     EXPECT_EQ(colorFromHex(QStringLiteral("F-----")), QColor(0, 0, 0x0f));
     EXPECT_EQ(colorFromHex(QStringLiteral("12345GGG")), QColor(0, 0x01, 0x23, 0x45));
+    EXPECT_EQ(colorFromHex(QStringLiteral("0x1234")), QColor(0, 0, 0)) << "no prefix is known";
     EXPECT_EQ(colorFromHex(QStringLiteral("12 345")), QColor(0, 0, 0x12));
     EXPECT_EQ(colorFromHex(QStringLiteral("12345👍")), QColor(0x01, 0x23, 0x45))
         << "an emoji is one character";
@@ -133,6 +146,11 @@ TEST(ToHexTest, cutsEachChannelAndDropsAlpha)
     EXPECT_EQ(toHex(QColor::fromRgbF(0.999F, 0.5F, 0.0F)), QStringLiteral("#FE7F00"));
     EXPECT_EQ(toHex(QColor::fromHsv(120, 255, 255)), QStringLiteral("#00FF00"));
     EXPECT_EQ(toHex(QColor()), QStringLiteral("#808080"));
+}
+
+TEST(ToHexTest, takesWhatLiesOutsideToTheNearest)
+{
+    EXPECT_EQ(toHex(QColor::fromRgbF(1.5F, -0.5F, 0.25F)), QStringLiteral("#FF003F"));
 }
 
 TEST(ToHexTest, comesBackFromATextOfItsOwn)
