@@ -1,19 +1,21 @@
 #include "app/AppDelegate.h"
 
+#include "app/MenuBarService.h"
 #include "core/Log.h"
 #include "hotkey/HotKeysController.h"
+#include "library/SnippetListViewModel.h"
 #include "notifications/NotificationCenter.h"
 #include "palette/CommandPaletteViewModel.h"
 #include "settings/HotkeyServiceProtocol.h"
 #include "settings/SettingsService.h"
 #include "storage/StorageServiceProtocol.h"
-#include "views/common/KeyboardText.h"
 #include "views/common/ToastWindow.h"
 #include "views/palette/CommandPaletteView.h"
 #include "views/palette/KeyablePanel.h"
-#include "views/window/MainWindow.h"
 
 #include <QStringBuilder>
+
+#include <algorithm>
 
 namespace vellumry {
 
@@ -24,7 +26,10 @@ using namespace std::chrono_literals;
 constexpr QSize paletteSize{680, 480};
 /// A moment's loss of the keyboard, shorter than this, does not close the palette.
 constexpr auto focusLossGrace = 100ms;
-constexpr auto openingGuardTime = 300ms;
+constexpr int mainWindowAttempts = 5;
+constexpr auto mainWindowDelay = 300ms;
+/// The main window's contents settle before a snippet is selected in them.
+constexpr auto selectionDelay = 100ms;
 /// A start so soon after the machine's counts as one by the login.
 constexpr std::chrono::duration<double> loginStartLimit = 120s;
 /// Where a toast stands when there is no palette.
@@ -64,7 +69,8 @@ void releaseKeyboard()
 } // namespace
 
 AppDelegate::AppDelegate(const Dependencies& dependencies, QObject* parent)
-    : QObject(parent), services(dependencies)
+    : QObject(parent), services(dependencies),
+      windowKeeper({services.windows, services.notifications, services.scheduler})
 {
 }
 
@@ -82,10 +88,36 @@ void AppDelegate::applicationDidFinishLaunching()
 {
     const bool isLaunchAtLoginStart = services.systemUptime() < loginStartLimit;
     logLine(QString(u"Vellumry launched, isLaunchAtLoginStart: " % text(isLaunchAtLoginStart)));
+    services.windows.setRegularActivationPolicy();
+    services.windows.activateIgnoringOtherApps();
     services.startFileWatching();
+    menuBarService = std::make_unique<MenuBarService>(MenuBarService::Dependencies{
+        services.windows, services.statusArea, services.notifications, services.hotkeyService,
+        services.settings, services.scheduler, [this] { terminate(); }});
     setupPalette();
     setupHotkey();
+    windowKeeper.setupWindowMonitor();
+    windowKeeper.setupMainWindowWithRetry(mainWindowAttempts, mainWindowDelay);
     registerObservers();
+}
+
+void AppDelegate::applicationDidBecomeActive()
+{
+    if (ApplicationWindow* window = services.windows.keyWindow())
+        window->makeContentViewFirstResponder();
+}
+
+bool AppDelegate::applicationShouldHandleReopen(bool hasVisibleWindows)
+{
+    return windowKeeper.applicationShouldHandleReopen(hasVisibleWindows);
+}
+
+void AppDelegate::terminate()
+{
+    if (!services.applicationShouldTerminate())
+        return;
+    services.applicationWillTerminate();
+    services.endProcess();
 }
 
 void AppDelegate::setupPalette()
@@ -131,8 +163,10 @@ void AppDelegate::togglePalette()
     }
     log(u"showing palette");
     paletteViewModel->onAppear();
-    if (mainWindowRef)
-        mainWindowRef->hide();
+    if (ApplicationWindow* mainWindow = windowKeeper.mainWindow())
+        mainWindow->orderOut();
+    services.windows.setRegularActivationPolicy();
+    services.windows.activateIgnoringOtherApps();
     services.scheduler.after(0ms, this, [this, eventTime = hotKeyEventTime()] {
         paletteWindow->center();
         paletteWindow->orderFront(eventTime);
@@ -163,23 +197,27 @@ void AppDelegate::showQuickSearchToast(const QString& message)
 
 void AppDelegate::openOrCreateMainWindow()
 {
-    logLine(u"openOrCreateMainWindow called");
-    if (isOpeningMainWindow) {
-        logLine(u"openOrCreateMainWindow: already in progress, skipping");
-        return;
-    }
-    isOpeningMainWindow = true;
-    if (!mainWindowRef)
-        mainWindowRef = std::make_unique<MainWindow>();
-    mainWindowRef->setHotkeyText(keyboardText(services.settings.quickSearchHotkey()));
-    mainWindowRef->setLibrary(services.storageService.loadSnippets().size(),
-                              services.libraryFolderName());
-    // One that was minimised would come back as it went.
-    mainWindowRef->setWindowState(mainWindowRef->windowState() & ~Qt::WindowMinimized);
-    mainWindowRef->show();
-    mainWindowRef->raise();
-    mainWindowRef->activateWindow();
-    resetOpeningFlag();
+    windowKeeper.openOrCreateMainWindow();
+}
+
+void AppDelegate::openSnippetInApp(const std::optional<QString>& snippetID)
+{
+    openOrCreateMainWindow();
+    if (snippetID)
+        services.scheduler.after(selectionDelay, this,
+                                 [this, id = *snippetID] { selectSnippet(id); });
+}
+
+void AppDelegate::selectSnippet(const QString& snippetID)
+{
+    SnippetListViewModel& list = services.mainSnippetListViewModel();
+    const QList<Snippet>& snippets = list.snippets();
+    const auto snippet =
+        std::find_if(snippets.begin(), snippets.end(),
+                     [&snippetID](const Snippet& each) { return each.id() == snippetID; });
+    if (snippet != snippets.end())
+        list.setSelectedCollection(snippet->collection());
+    list.setSelectedSnippetID(snippetID);
 }
 
 void AppDelegate::setupHotkey()
@@ -206,8 +244,7 @@ void AppDelegate::registerObservers()
     const NotificationCenter& center = services.notifications;
     connect(&center, &NotificationCenter::openMainWindow, this,
             &AppDelegate::openOrCreateMainWindow);
-    connect(&center, &NotificationCenter::openSnippetInApp, this,
-            &AppDelegate::openOrCreateMainWindow);
+    connect(&center, &NotificationCenter::openSnippetInApp, this, &AppDelegate::openSnippetInApp);
     connect(&center, &NotificationCenter::hotkeyDidChange, this, &AppDelegate::reregisterHotkey);
     connect(&center, &NotificationCenter::quickSearchShowToast, this,
             [this](const std::optional<QString>& message) {
@@ -243,11 +280,6 @@ void AppDelegate::paletteResignedKey()
         log(u"palette lost focus, hiding");
         hidePalette();
     });
-}
-
-void AppDelegate::resetOpeningFlag()
-{
-    services.scheduler.after(openingGuardTime, this, [this] { isOpeningMainWindow = false; });
 }
 
 } // namespace vellumry

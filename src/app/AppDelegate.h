@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/MainWindowKeeper.h"
 #include "core/Date.h"
 #include "core/Scheduler.h"
 #include "models/HotkeyConfig.h"
@@ -12,6 +13,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace vellumry {
 
@@ -20,21 +22,19 @@ class CommandPaletteView;
 class CommandPaletteViewModel;
 class HotkeyServiceProtocol;
 class KeyablePanel;
-class MainWindow;
+class MenuBarService;
 class NotificationCenter;
 class PanelActivation;
 class RandomPasswordService;
 class SearchServiceProtocol;
 class SettingsService;
+class SnippetListViewModel;
+class StatusArea;
 class StorageServiceProtocol;
 class ToastWindow;
 
-namespace hotkey {
-class HotKeyBackend;
-}
-
-/// Owns the palette, the toast and the main window, and joins them with the hot key and the
-/// announcements of the other parts. Main thread only.
+/// Owns the palette, the toast, the status item and what is known of the main window, and joins
+/// them with the hot key and the announcements of the other parts. Main thread only.
 class AppDelegate : public QObject {
     Q_OBJECT
 
@@ -49,19 +49,36 @@ public:
         SettingsService& settings;
         NotificationCenter& notifications;
         PanelActivation& panelActivation;
+        ApplicationWindows& windows;
+        StatusArea& statusArea;
         Scheduler& scheduler;
         const Clock& clock;
         std::function<QColor(const QString& collection)> collectionColor;
-        std::function<QString()> libraryFolderName; ///< for people
         std::function<std::chrono::duration<double>()> systemUptime;
         std::function<void()> startFileWatching; ///< of the store
+        /// Of the main window; asked for only when it is needed.
+        std::function<SnippetListViewModel&()> mainSnippetListViewModel;
+        std::function<bool()> applicationShouldTerminate; ///< false keeps the program
+        std::function<void()> applicationWillTerminate;
+        std::function<void()> endProcess;
     };
 
     explicit AppDelegate(const Dependencies& dependencies, QObject* parent = nullptr);
     ~AppDelegate() override;
 
-    /// The start: file watching, palette, hot key, observers, in this order.
+    /// The start: file watching, status item, palette, hot key, main window, observers, in this
+    /// order. The main window is made by others and may come up to 1.5 s later.
     void applicationDidFinishLaunching();
+
+    /// The program has the keyboard again: what fills its key window gets it.
+    void applicationDidBecomeActive();
+
+    /// The person started the program, or asked for it, once more.
+    bool applicationShouldHandleReopen(bool hasVisibleWindows);
+
+    /// Ends the program, unless applicationShouldTerminate says no. Every way to the end goes
+    /// through here.
+    void terminate();
 
     /// Builds the palette's panel, hidden.
     void setupPalette();
@@ -75,14 +92,18 @@ public:
     /// Shows a short message where the palette is.
     void showQuickSearchToast(const QString& text);
 
-    /// Brings the main window up. Requests within 0.3 s of one another are one request.
+    /// Brings the main window up.
     void openOrCreateMainWindow();
+
+    /// Brings the main window up with this snippet selected.
+    void openSnippetInApp(const std::optional<QString>& snippetID);
 
     [[nodiscard]] KeyablePanel* palettePanel() const { return paletteWindow.get(); }
     [[nodiscard]] CommandPaletteViewModel* paletteModel() const { return paletteViewModel.get(); }
     [[nodiscard]] CommandPaletteView* paletteContents() const { return paletteView; }
     [[nodiscard]] ToastWindow* toast() const;
-    [[nodiscard]] MainWindow* mainWindow() const { return mainWindowRef.get(); }
+    [[nodiscard]] MainWindowKeeper& mainWindowKeeper() { return windowKeeper; }
+    [[nodiscard]] MenuBarService* menuBar() const { return menuBarService.get(); }
     [[nodiscard]] bool isPaletteShown() const { return isPalettePresented; }
 
 private:
@@ -92,17 +113,17 @@ private:
     void setPalettePresented(bool isPresented);
     void hidePalette();
     void paletteResignedKey();
-    void resetOpeningFlag();
+    void selectSnippet(const QString& snippetID);
 
     Dependencies services;
+    MainWindowKeeper windowKeeper;
+    std::unique_ptr<MenuBarService> menuBarService;
     std::unique_ptr<CommandPaletteViewModel> paletteViewModel;
     std::unique_ptr<KeyablePanel> paletteWindow;
     CommandPaletteView* paletteView = nullptr; ///< owned by the panel
     bool isPalettePresented = false;
     unsigned showCount = 0; ///< how often the palette was raised
     QPointer<ToastWindow> toastWindow;
-    std::unique_ptr<MainWindow> mainWindowRef;
-    bool isOpeningMainWindow = false;
 };
 
 } // namespace vellumry

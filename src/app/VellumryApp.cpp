@@ -1,24 +1,31 @@
 #include "app/VellumryApp.h"
 
-#include "app/AppDelegate.h"
+#include "app/AppCommands.h"
 #include "app/DependencyContainer.h"
+#include "app/FatalErrorNotice.h"
+#include "app/MenuBarService.h"
+#include "app/SingleInstance.h"
+#include "core/Log.h"
 #include "hotkey/HotKeysController.h"
 #include "hotkey/makeHotKeyBackend.h"
 #include "notifications/NotificationCenter.h"
 #include "palette/FuzzySearchService.h"
 #include "palette/RandomPasswordService.h"
-#include "platform/QuitSignals.h"
-#include "platform/linux/X11WindowActivation.h"
 #include "settings/CategoryColorService.h"
 #include "settings/HotkeyService.h"
 #include "settings/SettingsService.h"
 #include "storage/CollectionFileStorageService.h"
 #include "storage/StorageLocationManager.h"
+#include "views/common/KeyboardText.h"
+#include "views/window/LibrarySummary.h"
 
 #include <QApplication>
 #include <QDir>
 
 #include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <optional>
 #include <time.h>
 
 namespace vellumry {
@@ -64,17 +71,181 @@ void seedEmptyDefaultFolder(CollectionFileStorageService& storage)
         storage.seedDefaultSnippets();
 }
 
+/// Answers what takes no display: --help.
+std::optional<int> answerWithoutDisplay(int argc, char** argv)
+{
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    if (!parseCommandLine(arguments).wantsHelp)
+        return std::nullopt;
+    std::fputs(qPrintable(commandLineHelp()), stdout);
+    return EXIT_SUCCESS;
+}
+
+/// Settles whether this process is to be the program; if not, with which status it ends.
+std::optional<int> settleRole(const CommandLine& line, SingleInstance& instance)
+{
+    if (line.unknownArgument) {
+        std::fprintf(stderr, "vellumry: there is no switch \"%s\"; see vellumry --help\n",
+                     qPrintable(*line.unknownArgument));
+        return EXIT_FAILURE;
+    }
+    const SingleInstance::Role role = instance.claim(line.command);
+    if (role != SingleInstance::Role::first)
+        return role == SingleInstance::Role::forwarded ? EXIT_SUCCESS : EXIT_FAILURE;
+    if (line.command == StartCommand::quit) {
+        logLine(u"Vellumry is not running");
+        return EXIT_SUCCESS;
+    }
+    return std::nullopt;
+}
+
+/// The part of a run that has a display.
+int runWithDisplay(int& argc, char** argv)
+{
+    const QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("vellumry"));
+    QApplication::setDesktopFileName(QStringLiteral("vellumry"));
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    const QStringList arguments = QApplication::arguments().sliced(1);
+    if (const auto report = FatalErrorNotice::reportIn(arguments))
+        return FatalErrorNotice::run(*report);
+    const CommandLine line = parseCommandLine(arguments);
+    SingleInstance instance;
+    if (const auto status = settleRole(line, instance))
+        return *status;
+
+    FatalErrorNotice::install();
+    VellumryApp program;
+    program.launch(line.command);
+    instance.listen([&program](StartCommand command) { program.perform(command); });
+    const int status = QApplication::exec();
+    DependencyContainer::shared().collectionFileStorageService().stopFileWatching();
+    return status;
+}
+
+} // namespace
+
+int VellumryApp::run(int& argc, char** argv)
+{
+    if (const auto status = answerWithoutDisplay(argc, argv))
+        return *status;
+    choosePlatformTheme();
+    // A reader of our lines that goes away, as `head` does, is no reason to end.
+    std::signal(SIGPIPE, SIG_IGN);
+    hotkey::HotKeysController::setBackend(hotkey::makeHotKeyBackend(postToMainThread));
+    const int status = runWithDisplay(argc, argv);
+    hotkey::HotKeysController::setBackend(nullptr);
+    return status;
+}
+
+VellumryApp::VellumryApp()
+    : container(DependencyContainer::shared()), statusArea(EventLoopScheduler::shared()),
+      launchState(NotificationCenter::defaultCenter(),
+                  [] { return StorageLocationManager::shared().needsFirstLaunchSetup(); }),
+      windows({.activation = panelActivation,
+               .commands = [this]() -> AppCommands& { return commands(); },
+               .makeMainContents = [this] { return makeMainContents(); },
+               .makeSettingsContents = {}}),
+      appDelegate(delegateDependencies()), quitSignals([this] { appDelegate.terminate(); })
+{
+    MainWindowKeeper& keeper = appDelegate.mainWindowKeeper();
+    connect(&windows, &ApplicationWindows::mainWindowDidAppear, this, [this, &keeper] {
+        keeper.onMainWindowAppear();
+        launchState.mainContentsDidAppear();
+    });
+    connect(&NotificationCenter::defaultCenter(), &NotificationCenter::createSnippet, &keeper,
+            &MainWindowKeeper::activateMainWindow);
+    connect(&windows, &QtApplicationWindows::settingsWindowDidDisappear, &container.hotkeyService(),
+            &HotkeyService::resumeHotkey);
+    // In a later turn, when the window that is active now is known as such.
+    connect(
+        qApp, &QGuiApplication::applicationStateChanged, this,
+        [this](Qt::ApplicationState state) {
+            if (state == Qt::ApplicationActive)
+                appDelegate.applicationDidBecomeActive();
+        },
+        Qt::QueuedConnection);
+}
+
+VellumryApp::~VellumryApp() = default;
+
+AppDelegate::Dependencies VellumryApp::delegateDependencies()
+{
+    return {.storageService = container.storageService(),
+            .searchService = container.searchService(),
+            .clipboardService = container.clipboardService(),
+            .passwordService = RandomPasswordService::shared(),
+            .hotkeyService = container.hotkeyService(),
+            .settings = container.settings(),
+            .notifications = NotificationCenter::defaultCenter(),
+            .panelActivation = panelActivation,
+            .windows = windows,
+            .statusArea = statusArea,
+            .scheduler = EventLoopScheduler::shared(),
+            .clock = SystemClock::shared(),
+            .collectionColor =
+                [](const QString& collection) {
+                    return CategoryColorService::shared().getColor(collection);
+                },
+            .systemUptime = systemUptime,
+            .startFileWatching =
+                [this] { container.collectionFileStorageService().startFileWatching(); },
+            .mainSnippetListViewModel = [this]() -> SnippetListViewModel& {
+                return container.mainSnippetListViewModel();
+            },
+            .applicationShouldTerminate = [] { return true; },
+            .applicationWillTerminate = [] {},
+            .endProcess = [] { QCoreApplication::exit(EXIT_SUCCESS); }};
+}
+
+AppCommands& VellumryApp::commands()
+{
+    if (!appCommands) {
+        appCommands = std::make_unique<AppCommands>(
+            AppCommands::Dependencies{.windows = windows,
+                                      .notifications = NotificationCenter::defaultCenter(),
+                                      .settings = container.settings(),
+                                      .showSettings = {},
+                                      .terminate = [this] { appDelegate.terminate(); },
+                                      .toggleSidebar = {}});
+    }
+    return *appCommands;
+}
+
+QWidget* VellumryApp::makeMainContents()
+{
+    return new LibrarySummary([this] {
+        return LibrarySummary::Facts{
+            .hotkey = keyboardText(container.settings().quickSearchHotkey()),
+            .snippetCount = container.storageService().loadSnippets().size(),
+            .folder = StorageLocationManager::shared().currentLocationDisplayName()};
+    });
+}
+
+void VellumryApp::launch(StartCommand command)
+{
+    appDelegate.applicationDidFinishLaunching();
+    prepareWhenIdle(command);
+}
+
 /// What can wait until the hot key is in force, each in a turn of its own, so that a press in
 /// between is answered first.
-void prepareWhenIdle(AppDelegate& delegate, DependencyContainer& container)
+void VellumryApp::prepareWhenIdle(StartCommand command)
 {
     Scheduler& scheduler = EventLoopScheduler::shared();
-    scheduler.after(0ms, &delegate, [&delegate, &container, &scheduler] {
+    scheduler.after(0ms, this, [this, command, &scheduler] {
         seedEmptyDefaultFolder(container.collectionFileStorageService());
         (void)container.storageService().loadSnippets();
-        scheduler.after(0ms, &delegate, [&delegate, &container, &scheduler] {
-            delegate.preparePalette();
-            scheduler.after(0ms, &delegate, [&container] {
+        scheduler.after(0ms, this, [this, command, &scheduler] {
+            if (command == StartCommand::open)
+                windows.openWindowOfGroup();
+            else
+                perform(command);
+            appDelegate.preparePalette();
+            scheduler.after(0ms, this, [this] {
                 // For fewer it takes no time that anyone could notice at the first search.
                 constexpr qsizetype noticeable = 5'000;
                 const QList<Snippet> snippets = container.storageService().loadSnippets();
@@ -85,39 +256,27 @@ void prepareWhenIdle(AppDelegate& delegate, DependencyContainer& container)
     });
 }
 
-} // namespace
-
-int VellumryApp::run(int& argc, char** argv)
+void VellumryApp::perform(StartCommand command)
 {
-    choosePlatformTheme();
-    // A reader of our lines that goes away, as `head` does, is no reason to end.
-    std::signal(SIGPIPE, SIG_IGN);
-    hotkey::HotKeysController::setBackend(hotkey::makeHotKeyBackend(postToMainThread));
-    QApplication application(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("vellumry"));
-    QApplication::setDesktopFileName(QStringLiteral("vellumry"));
-    QApplication::setQuitOnLastWindowClosed(false);
-
-    DependencyContainer& container = DependencyContainer::shared();
-    X11WindowActivation panelActivation;
-    const QuitSignals quitSignals(&QCoreApplication::quit);
-    AppDelegate delegate(
-        {container.storageService(), container.searchService(), container.clipboardService(),
-         RandomPasswordService::shared(), container.hotkeyService(), container.settings(),
-         NotificationCenter::defaultCenter(), panelActivation, EventLoopScheduler::shared(),
-         SystemClock::shared(),
-         [](const QString& collection) {
-             return CategoryColorService::shared().getColor(collection);
-         },
-         [] { return StorageLocationManager::shared().currentLocationDisplayName(); }, systemUptime,
-         [&container] { container.collectionFileStorageService().startFileWatching(); }});
-    delegate.applicationDidFinishLaunching();
-    prepareWhenIdle(delegate, container);
-
-    const int status = QApplication::exec();
-    container.collectionFileStorageService().stopFileWatching();
-    hotkey::HotKeysController::setBackend(nullptr);
-    return status;
+    switch (command) {
+    case StartCommand::open:
+        appDelegate.applicationShouldHandleReopen(windows.hasVisibleWindows());
+        break;
+    case StartCommand::stayHidden:
+        break;
+    case StartCommand::togglePalette:
+        Q_EMIT NotificationCenter::defaultCenter().togglePalette();
+        break;
+    case StartCommand::newSnippet:
+        appDelegate.menuBar()->createSnippet();
+        break;
+    case StartCommand::showSettings:
+        appDelegate.menuBar()->openSettings();
+        break;
+    case StartCommand::quit:
+        appDelegate.terminate();
+        break;
+    }
 }
 
 } // namespace vellumry

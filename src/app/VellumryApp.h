@@ -1,15 +1,57 @@
 #pragma once
 
+#include "app/AppDelegate.h"
+#include "app/CommandLine.h"
+#include "app/LaunchState.h"
+#include "app/QtApplicationWindows.h"
+#include "platform/QuitSignals.h"
+#include "platform/linux/DesktopStatusArea.h"
+#include "platform/linux/X11WindowActivation.h"
+
+#include <QObject>
+
+#include <memory>
+
+class QWidget;
+
 namespace vellumry {
 
-/// The entry value of the program: builds the parts in their order, runs the event loop, and ends
-/// what it began.
-class VellumryApp {
-public:
-    VellumryApp() = delete;
+class AppCommands;
+class DependencyContainer;
 
+/// The entry value of the program: builds the parts in their order and declares the windows, their
+/// commands and their contents. Needs the QApplication. Main thread only.
+class VellumryApp : public QObject {
+    Q_OBJECT
+
+public:
     /// Runs the program; returns its exit status.
     static int run(int& argc, char** argv);
+
+    VellumryApp();
+    ~VellumryApp() override;
+
+    /// Puts the hot key in force first, and then, as far as the command asks for it, shows the main
+    /// window.
+    void launch(StartCommand command);
+
+    /// Does what a later start asks for.
+    void perform(StartCommand command);
+
+private:
+    [[nodiscard]] AppDelegate::Dependencies delegateDependencies();
+    [[nodiscard]] AppCommands& commands();
+    [[nodiscard]] QWidget* makeMainContents();
+    void prepareWhenIdle(StartCommand command);
+
+    DependencyContainer& container;
+    X11WindowActivation panelActivation;
+    DesktopStatusArea statusArea;
+    LaunchState launchState;
+    std::unique_ptr<AppCommands> appCommands; ///< made when the first window needs them
+    QtApplicationWindows windows;
+    AppDelegate appDelegate;
+    QuitSignals quitSignals;
 };
 
 } // namespace vellumry

@@ -1,25 +1,49 @@
 #include "core/FatalError.h"
 
 #include <QByteArray>
-#include <QString>
 #include <QStringBuilder>
 
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 namespace vellumry {
 
-void fatalError(QStringView text)
+namespace {
+
+std::function<void(const FatalErrorReport&)>& explainer()
 {
-    const QByteArray bytes = text.toUtf8();
-    std::fprintf(stderr, "%s\n", bytes.constData());
-    std::fflush(stderr);
-    std::abort();
+    static std::function<void(const FatalErrorReport&)> explain;
+    return explain;
 }
 
-void fatalDuplicateKey(QStringView key)
+[[noreturn]] void end(const FatalErrorReport& report)
 {
-    fatalError(QString(u"Duplicate values for key: '" % key % u'\''));
+    const QByteArray bytes = report.text.toUtf8();
+    std::fprintf(stderr, "%s\n", bytes.constData());
+    std::fflush(stderr);
+    if (const auto& explain = explainer())
+        explain(report);
+    std::_Exit(EXIT_FAILURE);
+}
+
+} // namespace
+
+void fatalError(QStringView text)
+{
+    end({.text = text.toString(), .key = {}, .file = {}});
+}
+
+void fatalDuplicateKey(QStringView key, const QString& file)
+{
+    end({.text = u"Duplicate values for key: '" % key % u'\'',
+         .key = key.toString(),
+         .file = file});
+}
+
+void setFatalErrorExplainer(std::function<void(const FatalErrorReport&)> explain)
+{
+    explainer() = std::move(explain);
 }
 
 } // namespace vellumry

@@ -273,7 +273,8 @@ std::optional<VellumryData> CollectionFileStorageService::loadFullData()
     missedChange = false; // from here on the folder is read
     ScannedFolder scanned = scanAllCollectionFiles();
     cache.acceptForeignChanges();
-    arrangeByOrder(scanned.collections, metadata.collectionOrder);
+    arrangeByOrder(scanned.collections, metadata.collectionOrder,
+                   StorageLocationManager::metadataPath(folder));
     VellumryData data{.version = VellumryData::currentVersion.toString(),
                       .lastModified = metadata.lastModified,
                       .deviceId = metadata.deviceId,
@@ -502,7 +503,7 @@ void CollectionFileStorageService::writeLibrary(const VellumryData& data)
         }
         const QString baseName = names.byCollectionId.value(collection.id);
         const SnippetSelection snippets = groups.of(collection.name);
-        if (!shouldWriteCollectionFile(baseName, collection, snippets, decoder))
+        if (!shouldWriteCollectionFile(folder, baseName, collection, snippets, decoder))
             continue;
         writeCollectionFile(folder, baseName,
                             {.version = CollectionFileData::currentVersion.toString(),
@@ -542,7 +543,8 @@ void CollectionFileStorageService::writeCollectionFile(const QString& folder,
     cache.remember(baseName, stamp, bytes, file);
 }
 
-bool CollectionFileStorageService::shouldWriteCollectionFile(const QString& baseName,
+bool CollectionFileStorageService::shouldWriteCollectionFile(const QString& folder,
+                                                             const QString& baseName,
                                                              const SyncCollection& collection,
                                                              const SnippetSelection& snippets,
                                                              JSONDecoder& decoder)
@@ -553,7 +555,7 @@ bool CollectionFileStorageService::shouldWriteCollectionFile(const QString& base
         return true;
 
     if (!file->hasUniqueIds)
-        fatalDuplicateKey(duplicateId(file->snippets));
+        fatalDuplicateKey(duplicateId(file->snippets), collectionPath(folder, baseName));
     StoredSnippets stored(file->snippets);
     for (qsizetype i = 0; i < snippets.size(); ++i) {
         if (!stored.hold(snippets[i], i))

@@ -129,7 +129,7 @@ private:
     void writeLibrary(const VellumryData& data);
     void writeCollectionFile(const QString& folder, const QString& baseName,
                              const CollectionFileData& file, JSONEncoder& encoder);
-    [[nodiscard]] bool shouldWriteCollectionFile(const QString& baseName,
+    [[nodiscard]] bool shouldWriteCollectionFile(const QString& folder, const QString& baseName,
                                                  const SyncCollection& collection,
                                                  const SnippetSelection& snippets,
                                                  JSONDecoder& decoder);

@@ -11,12 +11,13 @@
 
 namespace vellumry {
 
-void arrangeByOrder(QList<SyncCollection>& collections, const QStringList& order)
+void arrangeByOrder(QList<SyncCollection>& collections, const QStringList& order,
+                    const QString& orderFile)
 {
     QHash<QString, qsizetype> positions;
     for (const QString& id : order) {
         if (positions.contains(id))
-            fatalDuplicateKey(id);
+            fatalDuplicateKey(id, orderFile);
         positions.insert(id, positions.size());
     }
     std::vector<std::pair<qsizetype, qsizetype>> places; // by order, then as they stand

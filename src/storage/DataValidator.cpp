@@ -140,7 +140,7 @@ DataValidator::ValidationResult DataValidator::validateMultiFileFormat(const QSt
             content.snippets.append(std::move(file->snippets));
         }
     }
-    arrangeByOrder(content.collections, metadata.collectionOrder);
+    arrangeByOrder(content.collections, metadata.collectionOrder, metadataPath);
     content.categoryColors = colorsByName(content.collections);
     return Valid{{.version = VellumryData::currentVersion.toString(),
                   .lastModified = metadata.lastModified,

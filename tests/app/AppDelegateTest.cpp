@@ -1,27 +1,31 @@
 #include "app/AppDelegate.h"
 
+#include "app/MenuBarService.h"
 #include "hotkey/HotKeysController.h"
 #include "hotkey/NullHotKeyBackend.h"
+#include "library/SnippetListViewModel.h"
 #include "notifications/NotificationCenter.h"
 #include "palette/ClipboardServiceProtocol.h"
 #include "palette/CommandPaletteViewModel.h"
 #include "palette/RandomPasswordService.h"
 #include "palette/SearchServiceProtocol.h"
 #include "platform/PanelActivation.h"
+#include "settings/CategoryColorService.h"
 #include "settings/HotkeyServiceProtocol.h"
 #include "settings/SettingsService.h"
 #include "storage/StorageServiceProtocol.h"
 #include "support/FakeAppearance.h"
+#include "support/FakeApplicationWindows.h"
+#include "support/FakeStatusArea.h"
 #include "support/LogCapture.h"
 #include "support/ManualClock.h"
 #include "support/ManualScheduler.h"
 #include "support/MemoryPreferences.h"
 #include "views/common/ToastWindow.h"
 #include "views/palette/KeyablePanel.h"
-#include "views/window/MainWindow.h"
 
 #include <QApplication>
-#include <QLabel>
+#include <QSignalSpy>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -35,12 +39,14 @@ using testing::ElementsAre;
 
 class NoStorage final : public StorageServiceProtocol {
 public:
-    std::optional<VellumryData> loadFullData() override { return std::nullopt; }
+    std::optional<VellumryData> loadFullData() override { return library; }
     void saveFullData(const VellumryData&, bool) override {}
     QList<Snippet> loadSnippets() override { return {}; }
     bool saveSnippets(const QList<Snippet>&) override { return true; }
     void deleteCollectionFile(const QString&) override {}
     void renameCollectionFile(const QString&, const QString&) override {}
+
+    std::optional<VellumryData> library; ///< that the list model loads
 };
 
 class NoSearch final : public SearchServiceProtocol {
@@ -92,12 +98,20 @@ protected:
                 settings,
                 center,
                 desktop,
+                windows,
+                area,
                 scheduler,
                 clock,
                 [](const QString&) { return QColor(Qt::gray); },
-                [] { return QStringLiteral("~/Documents/Apps/Vellumry"); },
                 [this] { return uptime; },
-                [this] { hotkeys.calls.append(QStringLiteral("watch")); }};
+                [this] { hotkeys.calls.append(QStringLiteral("watch")); },
+                [this]() -> SnippetListViewModel& { return list; },
+                [this] {
+                    ends.append(QStringLiteral("should"));
+                    return mayTerminate;
+                },
+                [this] { ends.append(QStringLiteral("will")); },
+                [this] { ends.append(QStringLiteral("end")); }};
     }
 
     void showPalette()
@@ -126,12 +140,25 @@ protected:
     PlainDesktop desktop;
     FakeAppearance appearance;
     SettingsService settings{{preferences, hotkeys, center, appearance, scheduler, nullptr}};
+    FakeApplicationWindows windows;
+    FakeStatusArea area;
+    CategoryColorService colors{preferences};
+    SnippetListViewModel list{{.storageService = storage,
+                               .searchService = search,
+                               .colors = colors,
+                               .notifications = center,
+                               .scheduler = scheduler,
+                               .clock = clock}};
+    bool mayTerminate = true;
+    QStringList ends;
     std::chrono::duration<double> uptime = 500s;
     AppDelegate delegate{dependencies()};
 };
 
 TEST_F(AppDelegateTest, startsWithAHiddenPaletteAndTheStoredHotKey)
 {
+    EXPECT_THAT(windows.calls, ElementsAre(QStringLiteral("regular"), QStringLiteral("activate")));
+    EXPECT_NE(delegate.menuBar(), nullptr);
     ASSERT_NE(delegate.palettePanel(), nullptr);
     EXPECT_FALSE(delegate.palettePanel()->isVisible());
     EXPECT_EQ(delegate.palettePanel()->size(), QSize(680, 480));
@@ -189,15 +216,125 @@ TEST_F(AppDelegateTest, aVisiblePanelThatIsNotPresentedShowsAgain)
 
 TEST_F(AppDelegateTest, raisingThePaletteHidesTheMainWindowUntilItIsAskedFor)
 {
-    Q_EMIT center.openMainWindow();
-    ASSERT_TRUE(delegate.mainWindow()->isVisible());
-    showPalette();
-    EXPECT_FALSE(delegate.mainWindow()->isVisible());
+    const FakeWindow& window = windows.add(QStringLiteral("AppKitWindow"));
+    scheduler.advance(300ms);
+    ASSERT_EQ(delegate.mainWindowKeeper().mainWindow(), &window);
+    ASSERT_TRUE(window.visible);
+    windows.calls.clear();
     delegate.togglePalette();
-    scheduler.advance(1s);
-    EXPECT_FALSE(delegate.mainWindow()->isVisible());
+    EXPECT_FALSE(window.visible);
+    EXPECT_THAT(windows.calls, ElementsAre(QStringLiteral("regular"), QStringLiteral("activate")));
+    scheduler.advance(0ms);
+    delegate.togglePalette();
+    scheduler.advance(10s);
+    EXPECT_FALSE(window.visible);
     Q_EMIT center.openMainWindow();
-    EXPECT_TRUE(delegate.mainWindow()->isVisible());
+    EXPECT_TRUE(window.visible);
+}
+
+TEST_F(AppDelegateTest, aMainWindowThatWasNotAdoptedStaysBehindThePalette)
+{
+    const FakeWindow& window = windows.add(QStringLiteral("AppKitWindow"));
+    showPalette();
+    EXPECT_TRUE(window.visible);
+}
+
+TEST_F(AppDelegateTest, theMainWindowIsAdoptedInTheFirstSecondAndAHalf)
+{
+    const FakeWindow& window = windows.add(QStringLiteral("AppKitWindow"));
+    log.lines.clear();
+    scheduler.advance(300ms);
+    EXPECT_EQ(delegate.mainWindowKeeper().mainWindow(), &window);
+    EXPECT_THAT(log.lines, ElementsAre(QStringLiteral("Main window delegate set: AppKitWindow, "
+                                                      "attempts remaining: 5")));
+}
+
+TEST_F(AppDelegateTest, aMainWindowThatBecomesKeyEndsTheOthers)
+{
+    const FakeWindow& first = windows.add(QStringLiteral("AppKitWindow"));
+    FakeWindow& second = windows.add(QStringLiteral("AppKitWindow"));
+    Q_EMIT windows.windowDidBecomeKey(&second);
+    EXPECT_TRUE(first.closed);
+    EXPECT_EQ(delegate.mainWindowKeeper().mainWindow(), &second);
+}
+
+TEST_F(AppDelegateTest, becomingActiveGivesTheKeyboardToWhatFillsTheKeyWindow)
+{
+    const FakeWindow& other = windows.add(QStringLiteral("Other"));
+    FakeWindow& window = windows.add(QStringLiteral("Key"));
+    delegate.applicationDidBecomeActive();
+    EXPECT_EQ(window.firstResponderCount, 0);
+    window.key = true;
+    delegate.applicationDidBecomeActive();
+    EXPECT_EQ(window.firstResponderCount, 1);
+    EXPECT_EQ(other.firstResponderCount, 0);
+}
+
+TEST_F(AppDelegateTest, startingItAgainOpensTheMainWindow)
+{
+    FakeWindow& window = windows.add(QStringLiteral("AppKitWindow"));
+    window.visible = false;
+    EXPECT_FALSE(delegate.applicationShouldHandleReopen(false));
+    EXPECT_TRUE(window.visible);
+}
+
+TEST_F(AppDelegateTest, everyWayToTheEndAsksFirst)
+{
+    mayTerminate = false;
+    delegate.menuBar()->quitApp();
+    EXPECT_THAT(std::exchange(ends, {}), ElementsAre(QStringLiteral("should")));
+    mayTerminate = true;
+    delegate.terminate();
+    EXPECT_THAT(
+        ends, ElementsAre(QStringLiteral("should"), QStringLiteral("will"), QStringLiteral("end")));
+}
+
+Snippet snippetNamed(const QString& id, const QString& collection)
+{
+    Snippet snippet;
+    snippet.setId(id);
+    snippet.setCollection(collection);
+    return snippet;
+}
+
+TEST_F(AppDelegateTest, openingASnippetSelectsItAndItsCollectionAMomentLater)
+{
+    windows.add(QStringLiteral("AppKitWindow"));
+    storage.library = VellumryData{};
+    storage.library->data.snippets = {snippetNamed(QStringLiteral("a"), QStringLiteral("Mail")),
+                                      snippetNamed(QStringLiteral("b"), QStringLiteral("Notes"))};
+    list.loadSnippets();
+    list.setSelectedCollection(QStringLiteral("Mail"));
+    Q_EMIT center.openSnippetInApp(QStringLiteral("b"));
+    EXPECT_NE(delegate.mainWindowKeeper().mainWindow(), nullptr);
+    scheduler.advance(99ms);
+    EXPECT_EQ(list.selectedCollection(), QStringLiteral("Mail"));
+    scheduler.advance(1ms);
+    EXPECT_EQ(list.selectedCollection(), QStringLiteral("Notes"));
+    EXPECT_EQ(list.selectedSnippetID(), QStringLiteral("b"));
+    ASSERT_EQ(list.filteredSnippets().size(), 1);
+    EXPECT_EQ(list.filteredSnippets().first().id(), QStringLiteral("b"))
+        << "the list shows the collection that was selected";
+}
+
+TEST_F(AppDelegateTest, openingAnUnknownSnippetSelectsItAndLeavesTheCollection)
+{
+    windows.add(QStringLiteral("AppKitWindow"));
+    list.setSelectedCollection(QStringLiteral("Mail"));
+    Q_EMIT center.openSnippetInApp(QStringLiteral("unknown"));
+    scheduler.advance(100ms);
+    EXPECT_EQ(list.selectedCollection(), QStringLiteral("Mail"));
+    EXPECT_EQ(list.selectedSnippetID(), QStringLiteral("unknown"));
+}
+
+TEST_F(AppDelegateTest, openingNoSnippetInParticularOpensTheWindowAlone)
+{
+    const FakeWindow& window = windows.add(QStringLiteral("AppKitWindow"));
+    list.setSelectedSnippetID(QStringLiteral("before"));
+    Q_EMIT center.openSnippetInApp(std::nullopt);
+    scheduler.advance(1s);
+    EXPECT_GT(window.frontCount, 0);
+    EXPECT_EQ(list.selectedSnippetID(), QStringLiteral("before"));
 }
 
 TEST_F(AppDelegateTest, losingTheKeyboardHidesThePaletteAfterAMoment)
@@ -347,56 +484,6 @@ TEST_F(AppDelegateTest, theFirstToastsTimeEndsANewerToastToo)
     EXPECT_EQ(toastCount(), 0);
     scheduler.advance(500ms);
     EXPECT_EQ(delegate.toast(), nullptr);
-}
-
-TEST_F(AppDelegateTest, twoRequestsForTheMainWindowWithinItsGuardsTimeAreOne)
-{
-    log.lines.clear();
-    Q_EMIT center.openMainWindow();
-    delegate.mainWindow()->hide();
-    scheduler.advance(299ms);
-    Q_EMIT center.openMainWindow();
-    EXPECT_FALSE(delegate.mainWindow()->isVisible());
-    EXPECT_THAT(
-        log.lines,
-        ElementsAre(QStringLiteral("openOrCreateMainWindow called"),
-                    QStringLiteral("openOrCreateMainWindow called"),
-                    QStringLiteral("openOrCreateMainWindow: already in progress, skipping")));
-    scheduler.advance(1ms);
-    Q_EMIT center.openMainWindow();
-    EXPECT_TRUE(delegate.mainWindow()->isVisible());
-}
-
-TEST_F(AppDelegateTest, closingTheMainWindowOnlyHidesIt)
-{
-    Q_EMIT center.openMainWindow();
-    const MainWindow* window = delegate.mainWindow();
-    delegate.mainWindow()->close();
-    EXPECT_FALSE(window->isVisible());
-    scheduler.advance(300ms);
-    Q_EMIT center.openSnippetInApp(QStringLiteral("id"));
-    EXPECT_EQ(delegate.mainWindow(), window);
-    EXPECT_TRUE(window->isVisible());
-}
-
-TEST_F(AppDelegateTest, aMinimisedMainWindowComesBack)
-{
-    Q_EMIT center.openMainWindow();
-    delegate.mainWindow()->showMinimized();
-    showPalette();
-    scheduler.advance(300ms);
-    Q_EMIT center.openMainWindow();
-    EXPECT_TRUE(delegate.mainWindow()->isVisible());
-    EXPECT_FALSE(delegate.mainWindow()->isMinimized());
-}
-
-TEST_F(AppDelegateTest, theMainWindowNamesTheHotKeyAsItIsPrintedOnTheKeys)
-{
-    Q_EMIT center.openMainWindow();
-    QStringList texts;
-    for (const QLabel* label : delegate.mainWindow()->findChildren<QLabel*>())
-        texts.append(label->text());
-    EXPECT_THAT(texts, Contains(QStringLiteral("Press Alt+T anywhere to search your snippets.")));
 }
 
 TEST_F(AppDelegateTest, anotherHotKeyIsPutInForceAtOnceAndWithoutALine)

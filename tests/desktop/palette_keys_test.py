@@ -1,6 +1,6 @@
 """The keys of the palette, in the real program under a real window manager."""
 from case import LETTER_TEXT, DesktopCase, main
-from program import HIDING, HOTKEY, MAIN_WINDOW, PALETTE
+from program import FOUND, HIDING, HOTKEY, MAIN_WINDOW, PALETTE
 from waiting import wait_for
 
 
@@ -74,10 +74,13 @@ class PaletteKeys(DesktopCase):
 
     def test_minimised_main_window_comes_back(self):
         """The main window comes up again, with the keyboard, after it was minimised."""
+        self.program.wait_settled()
         self.program.open_palette()
         self.program.wait_searched()
         self.desktop.key("Return")
         self.desktop.wait_focus(MAIN_WINDOW)
+        # A window that has just been made is raised once more.
+        wait_for("the window is adopted", lambda: self.program.count(FOUND) == 1)
         self.desktop.command("xdotool", "windowminimize", self.desktop.window(MAIN_WINDOW))
         self.desktop.wait_gone(MAIN_WINDOW)
         self.program.open_palette()

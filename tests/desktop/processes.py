@@ -32,10 +32,11 @@ def end(process, grace=8.0):
 
 class LoggedProcess:
     """Runs a command and collects the lines that it prints."""
+    stdin = subprocess.DEVNULL
 
     def __init__(self, argv, env):
         self.lines = []
-        self.process = subprocess.Popen(guarded(argv), env=env, stdin=subprocess.DEVNULL,
+        self.process = subprocess.Popen(guarded(argv), env=env, stdin=self.stdin,
                                         stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
         self._reader = threading.Thread(target=self._read, daemon=True)
         self._reader.start()

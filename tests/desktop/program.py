@@ -9,6 +9,9 @@ SHOWING = "AppDelegate: showing palette"
 SHOWN = "AppDelegate: palette shown, isPalettePresented = true"
 HIDING = "AppDelegate: hiding palette"
 LOST_FOCUS = "AppDelegate: palette lost focus, hiding"
+ADOPTED = "Main window delegate set: "
+FOUND = "Window found after waiting: vellumry::AppKitWindow"
+NO_MAIN_WINDOW = "setupMainWindowWithRetry: All attempts exhausted, no main window found"
 
 PALETTE, TOAST, MAIN_WINDOW = "Palette", "Toast", "Vellumry"
 HOTKEY = "alt+t"
@@ -27,13 +30,20 @@ class Program(LoggedProcess):
     """Starts the program with a home folder of its own and waits until its hot key is in force."""
     ready, hotkey = READY, HOTKEY
 
-    def __init__(self, desktop, home, wrapper=()):
-        """wrapper: a command that runs the program in its stead, as a tracer does."""
-        super().__init__([*wrapper, os.environ["VELLUMRY_PROGRAM"]], {**desktop.env, **home})
-        self.desktop = desktop
+    def __init__(self, desktop, home, wrapper=(), arguments=("--hidden",)):
+        """wrapper: a command that runs the program in its stead, as a tracer does. arguments: of
+        the program; by themselves they leave the screen to the test."""
+        super().__init__([*wrapper, os.environ["VELLUMRY_PROGRAM"], *arguments],
+                         {**desktop.env, **home})
+        self.desktop, self.home = desktop, home
         wait_for("the program is ready", lambda: self.ready in self.lines or not self.running())
         if not self.running():
             raise AssertionError("the program ended at its start:\n" + "\n".join(self.lines))
+
+    def wait_settled(self):
+        """Waits until the search for the first main window is over, which would raise one."""
+        wait_for("the search for the main window is over", lambda: any(
+            line.startswith(ADOPTED) or line == NO_MAIN_WINDOW for line in self.lines))
 
     def shown_count(self):
         return self.count(SHOWN)

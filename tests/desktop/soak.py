@@ -83,7 +83,7 @@ def soak(program, minutes, home):
     environment = {**os.environ, "QT_QPA_PLATFORM": "offscreen", "HOME": home,
                    "XDG_CONFIG_HOME": f"{home}/.config", "XDG_RUNTIME_DIR": home}
     writer = Writer(Library(home), seed=1)
-    process = LoggedProcess([program], environment)
+    process = LoggedProcess([program, "--hidden"], environment)
     rng = random.Random(2)
     samples = []
     try:

@@ -123,6 +123,8 @@ class TwoPrograms(DesktopCase):
         with open(preferences, "w", encoding="utf-8") as file:
             file.write("[General]\nquickSearchHotkeyKey=y\nVellumry.useCustomLocation=true\n"
                        f"Vellumry.customStorageLocation={self.library.folder}\n")
+        # On another bus, so that it does not hand over to the first.
+        home["DBUS_SESSION_BUS_ADDRESS"] = ""
         self.other = self.start(OtherProgram, self.desktop, home)
         self.recorder.focus()
         self.both = [self.program, self.other]

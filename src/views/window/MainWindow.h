@@ -1,30 +1,36 @@
 #pragma once
 
-#include <QWidget>
-
-class QLabel;
+#include <QMainWindow>
 
 namespace vellumry {
 
-/// The window of the program beside the palette: for now it tells where the library is and how to
-/// reach it. Closing it only hides it; the program stays.
-class MainWindow : public QWidget {
+/// The window in which the library is managed: a menu bar and, below it, contents that it is given.
+/// What its closing means, its owner says.
+class MainWindow : public QMainWindow {
     Q_OBJECT
 
 public:
-    explicit MainWindow(QWidget* parent = nullptr);
+    /// Takes the contents over.
+    explicit MainWindow(QWidget* contents, QWidget* parent = nullptr);
 
-    /// Shows the hot key in words, such as "Alt+T".
-    void setHotkeyText(const QString& text);
-    /// Shows how much the library holds and where it lives.
-    void setLibrary(qsizetype snippetCount, const QString& folderDisplayName);
+Q_SIGNALS:
+    /// The contents are on the screen for the first time.
+    void appeared();
 
 protected:
-    void closeEvent(QCloseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
 private:
-    QLabel* hotkeyLine;
-    QLabel* libraryLine;
+    bool hasAppeared = false;
+};
+
+/// A main window that the window group has made. Its class name is what tells it from the windows
+/// that were made in another way.
+class AppKitWindow final : public MainWindow {
+    Q_OBJECT
+
+public:
+    using MainWindow::MainWindow;
 };
 
 } // namespace vellumry

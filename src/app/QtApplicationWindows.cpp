@@ -1,0 +1,242 @@
+#include "app/QtApplicationWindows.h"
+
+#include "app/AppCommands.h"
+#include "core/Log.h"
+#include "platform/PanelActivation.h"
+#include "views/palette/KeyablePanel.h"
+#include "views/window/MainWindow.h"
+#include "views/window/SettingsWindow.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QEvent>
+#include <QMenu>
+#include <QMenuBar>
+#include <QScreen>
+#include <QWindow>
+
+#include <algorithm>
+#include <utility>
+
+namespace vellumry {
+
+namespace {
+
+/// The handle of a top-level widget, and its child.
+class WidgetWindow final : public ApplicationWindow {
+public:
+    WidgetWindow(QWidget& window, ApplicationWindows& program, PanelActivation& manners)
+        : ApplicationWindow(&window), widget(window), all(program), activation(manners)
+    {
+        widget.installEventFilter(this);
+    }
+
+    [[nodiscard]] QString className() const override
+    {
+        return QString::fromLatin1(widget.metaObject()->className());
+    }
+    [[nodiscard]] bool isPanel() const override
+    {
+        return qobject_cast<const KeyablePanel*>(&widget) != nullptr;
+    }
+    [[nodiscard]] bool isVisible() const override
+    {
+        return widget.isVisible() && !widget.isMinimized();
+    }
+    [[nodiscard]] bool hasContentView() const override { return !widget.children().isEmpty(); }
+    [[nodiscard]] QSizeF frameSize() const override { return widget.frameSize(); }
+    [[nodiscard]] bool isKey() const override { return widget.isActiveWindow(); }
+    [[nodiscard]] bool isClosed() const { return closed; }
+
+    void makeKeyAndOrderFront() override
+    {
+        // One that was minimised would come back as it went.
+        widget.setWindowState(widget.windowState() & ~Qt::WindowMinimized);
+        widget.show();
+        widget.raise();
+        // In the person's name: the program's own wish can be turned down while it has no event of
+        // the person's to show for it, as when it is started a second time.
+        activation.activate(*widget.windowHandle(), 0);
+    }
+    void orderOut() override { widget.hide(); }
+    void close() override
+    {
+        closed = true;
+        widget.hide();
+        widget.deleteLater();
+    }
+    void makeContentViewFirstResponder() override
+    {
+        const auto* main = qobject_cast<const QMainWindow*>(&widget);
+        QWidget* contents = main ? main->centralWidget() : &widget;
+        contents->setFocus(Qt::ActiveWindowFocusReason);
+    }
+
+    void setDelegate(WindowDelegate* newDelegate) override { delegate = newDelegate; }
+    void setReleasedWhenClosed(bool isReleased) override
+    {
+        widget.setAttribute(Qt::WA_DeleteOnClose, isReleased);
+    }
+
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == QEvent::WindowActivate)
+            Q_EMIT all.windowDidBecomeKey(this);
+        if (event->type() == QEvent::Close && delegate && !delegate->windowShouldClose(*this)) {
+            event->ignore();
+            return true;
+        }
+        return false;
+    }
+
+private:
+    QWidget& widget;
+    ApplicationWindows& all;
+    PanelActivation& activation;
+    WindowDelegate* delegate = nullptr;
+    bool closed = false;
+};
+
+/// The windows beside the main windows, without menus, in the order in which the system's windows
+/// were made.
+QList<QWidget*> otherWindows(const QList<QPointer<QWidget>>& mainWindows)
+{
+    QList<QWidget*> others = QApplication::topLevelWidgets();
+    others.removeIf([&mainWindows](QWidget* widget) {
+        return mainWindows.contains(widget) || widget->windowType() == Qt::Popup;
+    });
+    const QWindowList made = QGuiApplication::topLevelWindows();
+    const auto place = [&made](const QWidget* widget) {
+        const qsizetype index = made.indexOf(widget->windowHandle());
+        return index < 0 ? made.size() : index;
+    };
+    std::stable_sort(others.begin(), others.end(),
+                     [&place](const QWidget* a, const QWidget* b) { return place(a) < place(b); });
+    return others;
+}
+
+} // namespace
+
+QtApplicationWindows::QtApplicationWindows(Dependencies dependencies, QObject* parent)
+    : ApplicationWindows(parent), with(std::move(dependencies))
+{
+}
+
+QtApplicationWindows::~QtApplicationWindows()
+{
+    for (const QPointer<QWidget>& window : std::as_const(mainWindows))
+        delete window;
+    delete settingsWindow;
+}
+
+void QtApplicationWindows::openWindowOfGroup()
+{
+    auto* window = new AppKitWindow(with.makeMainContents());
+    equip(*window);
+    connect(window, &MainWindow::appeared, this, &ApplicationWindows::mainWindowDidAppear);
+    handleOf(*window).makeKeyAndOrderFront();
+}
+
+bool QtApplicationWindows::hasVisibleWindows() const
+{
+    const QWidgetList widgets = QApplication::topLevelWidgets();
+    return std::any_of(widgets.begin(), widgets.end(), [](const QWidget* widget) {
+        return widget->isVisible() && !widget->isMinimized() &&
+               (widget->windowType() == Qt::Window || widget->windowType() == Qt::Dialog);
+    });
+}
+
+QList<ApplicationWindow*> QtApplicationWindows::windows()
+{
+    QList<ApplicationWindow*> handles;
+    const auto add = [&](QWidget& widget) {
+        ApplicationWindow& handle = handleOf(widget);
+        if (!static_cast<const WidgetWindow&>(handle).isClosed())
+            handles.append(&handle);
+    };
+    for (const QPointer<QWidget>& window : mainWindows) {
+        if (window)
+            add(*window);
+    }
+    for (QWidget* window : otherWindows(mainWindows))
+        add(*window);
+    return handles;
+}
+
+void QtApplicationWindows::setRegularActivationPolicy()
+{
+    // The desktop lists every program that has a window in the task bar.
+}
+
+void QtApplicationWindows::activateIgnoringOtherApps()
+{
+    // A desktop brings single windows to the front, never a program with all of its own.
+}
+
+std::vector<ApplicationWindows::Menu> QtApplicationWindows::mainMenu()
+{
+    std::vector<Menu> menus;
+    for (const QMenu* menu : with.commands().menus()) {
+        Menu& entry = menus.emplace_back(Menu{.title = menu->title(), .items = {}});
+        for (QAction* action : menu->actions())
+            entry.items.push_back({action->text(), [action] { action->trigger(); }});
+        // Not on the screen, where New Snippet stands in its place: there, no window is missing.
+        if (entry.title == QStringLiteral("File"))
+            entry.items.push_back({QStringLiteral("New Window"), [self = QPointer(this)] {
+                                       if (self)
+                                           self->openWindowOfGroup();
+                                   }});
+    }
+    return menus;
+}
+
+ApplicationWindow& QtApplicationWindows::createWindow()
+{
+    auto* window = new MainWindow(with.makeMainContents());
+    equip(*window);
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    window->move(screen.center() - window->rect().center());
+    return handleOf(*window);
+}
+
+bool QtApplicationWindows::postSettingsShortcut()
+{
+    // Made-up keys would go to whatever program has the keyboard.
+    return false;
+}
+
+void QtApplicationWindows::showSettingsWindow()
+{
+    if (!with.makeSettingsContents) {
+        log(u"QtApplicationWindows", u"there is no settings window");
+        Q_EMIT settingsWindowDidDisappear();
+        return;
+    }
+    if (!settingsWindow) {
+        settingsWindow = new SettingsWindow(with.makeSettingsContents());
+        connect(settingsWindow, &SettingsWindow::disappeared, this,
+                &QtApplicationWindows::settingsWindowDidDisappear);
+        settingsWindow->addActions(with.commands().actions());
+    }
+    handleOf(*settingsWindow).makeKeyAndOrderFront();
+}
+
+void QtApplicationWindows::equip(MainWindow& window)
+{
+    window.setAttribute(Qt::WA_DeleteOnClose);
+    for (QMenu* menu : with.commands().menus())
+        window.menuBar()->addMenu(menu);
+    // Their keys work also where the desktop shows the menus in its own place.
+    window.addActions(with.commands().actions());
+    mainWindows.removeAll(nullptr);
+    mainWindows.append(&window);
+}
+
+ApplicationWindow& QtApplicationWindows::handleOf(QWidget& window)
+{
+    if (auto* handle = window.findChild<ApplicationWindow*>({}, Qt::FindDirectChildrenOnly))
+        return *handle;
+    return *new WidgetWindow(window, *this, with.activation);
+}
+
+} // namespace vellumry

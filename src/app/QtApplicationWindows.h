@@ -1,0 +1,62 @@
+#pragma once
+
+#include "platform/ApplicationWindows.h"
+
+#include <QPointer>
+
+#include <functional>
+
+class QWidget;
+
+namespace vellumry {
+
+class AppCommands;
+class MainWindow;
+class PanelActivation;
+class SettingsWindow;
+
+/// The program's windows, which are Qt's top-level widgets, and the window group that makes the
+/// main window. Nothing of a window is built before it is asked for. Main thread only.
+class QtApplicationWindows final : public ApplicationWindows {
+    Q_OBJECT
+
+public:
+    struct Dependencies {
+        PanelActivation& activation;
+        std::function<AppCommands&()> commands; ///< which outlive the windows
+        /// What the windows are filled with; each call makes new contents.
+        std::function<QWidget*()> makeMainContents;
+        std::function<QWidget*()> makeSettingsContents; ///< empty while there are none
+    };
+
+    explicit QtApplicationWindows(Dependencies dependencies, QObject* parent = nullptr);
+    ~QtApplicationWindows() override;
+
+    /// Has the window group make its window, and shows it.
+    void openWindowOfGroup();
+
+    /// Whether a window other than a panel or a passing message is on the screen.
+    [[nodiscard]] bool hasVisibleWindows() const;
+
+    [[nodiscard]] QList<ApplicationWindow*> windows() override;
+    void setRegularActivationPolicy() override;
+    void activateIgnoringOtherApps() override;
+    [[nodiscard]] std::vector<Menu> mainMenu() override;
+    ApplicationWindow& createWindow() override;
+    bool postSettingsShortcut() override;
+    void showSettingsWindow() override;
+
+Q_SIGNALS:
+    /// The settings window has left the screen.
+    void settingsWindowDidDisappear();
+
+private:
+    void equip(MainWindow& window);
+    [[nodiscard]] ApplicationWindow& handleOf(QWidget& window);
+
+    Dependencies with;
+    QList<QPointer<QWidget>> mainWindows; ///< in the order of their making
+    QPointer<SettingsWindow> settingsWindow;
+};
+
+} // namespace vellumry

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "app/CommandLine.h"
+
+#include <QObject>
+#include <QString>
+
+#include <functional>
+
+namespace vellumry {
+
+class RemoteCommands;
+
+/// Sees to it that one program runs in a session, over the session bus: the first to start keeps a
+/// name there, and the others hand over to it what they were started for. Without a bus each start
+/// is the first. Main thread only.
+class SingleInstance : public QObject {
+    Q_OBJECT
+
+public:
+    /// The name of the program for the desktop.
+    static const QString applicationId;
+
+    enum class Role {
+        first,     ///< this process is the program
+        forwarded, ///< another one is, and does what was asked
+        refused,   ///< another one is, and did not answer
+    };
+
+    using QObject::QObject;
+    ~SingleInstance() override;
+
+    /// Takes the name, or hands the command to the one that has it.
+    [[nodiscard]] Role claim(StartCommand command);
+
+    /// From now on `onCommand` is called, in a turn of the event loop, with what later starts ask
+    /// for; what came before waits until then.
+    void listen(std::function<void(StartCommand)> onCommand);
+
+private:
+    [[nodiscard]] static Role forward(StartCommand command);
+
+    RemoteCommands* commands = nullptr; ///< its child; null unless it is the first
+};
+
+} // namespace vellumry

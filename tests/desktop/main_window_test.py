@@ -1,0 +1,74 @@
+"""The main window at the start, when it is closed, and when it is asked for again."""
+from case import DesktopCase, main
+from program import ADOPTED, MAIN_WINDOW, NO_MAIN_WINDOW, Program
+from waiting import wait_for
+
+RETRYING = "setupMainWindowWithRetry: Window not found, retrying... attempts remaining: "
+
+
+class StartByHand(DesktopCase):
+
+    def start_program(self):
+        return self.start(Program, self.desktop, self.home, (), ())
+
+    def open_from_palette(self):
+        self.program.open_palette()
+        self.program.wait_searched()
+        self.desktop.key("Return")
+        self.desktop.wait_focus(MAIN_WINDOW)
+
+    def test_shows_and_adopts_the_main_window(self):
+        """A start by hand shows the main window, once, with the keyboard, and adopts it at the
+        first look."""
+        self.program.finish()
+        self.program = self.start_program()
+        self.program.wait_settled()
+        self.desktop.wait_focus(MAIN_WINDOW)
+        self.assertEqual(len(self.desktop.windows(MAIN_WINDOW)), 1)
+        self.assertEqual(
+            self.program.count(f"{ADOPTED}vellumry::AppKitWindow, attempts remaining: 5"), 1)
+
+    def test_closing_hides_and_the_palette_brings_it_back(self):
+        """The window that was closed is the one that comes again, and the palette hides it."""
+        self.program.wait_settled()
+        self.desktop.activate(MAIN_WINDOW)
+        window = self.desktop.window(MAIN_WINDOW)
+        self.desktop.key("alt+F4")
+        self.desktop.wait_gone(MAIN_WINDOW)
+        self.open_from_palette()
+        self.assertEqual(self.desktop.window(MAIN_WINDOW), window)
+        self.program.open_palette()
+        self.desktop.wait_gone(MAIN_WINDOW)
+        self.desktop.key("Escape")
+        self.program.wait_palette_gone()
+        self.assertEqual(self.desktop.windows(MAIN_WINDOW), [])
+
+    def test_close_window_hides_too(self):
+        """The command Close Window takes the window off the screen; the program stays."""
+        self.program.wait_settled()
+        self.desktop.activate(MAIN_WINDOW)
+        self.desktop.key("ctrl+w")
+        self.desktop.wait_gone(MAIN_WINDOW)
+        self.open_from_palette()
+
+    def test_quit_ends_the_program(self):
+        """The command Quit ends the program while the window is open."""
+        self.program.wait_settled()
+        self.desktop.activate(MAIN_WINDOW)
+        self.desktop.key("ctrl+q")
+        wait_for("the end", lambda: not self.program.running())
+        self.assertEqual(self.program.finish(), 0)
+
+
+class StartByTheLogin(DesktopCase):
+
+    def test_shows_nothing(self):
+        """With --hidden there is no window, and the search for one ends after five looks."""
+        wait_for("the search is over", lambda: NO_MAIN_WINDOW in self.program.lines)
+        self.assertEqual([line for line in self.program.lines if line.startswith(RETRYING)],
+                         [f"{RETRYING}{left}" for left in (4, 3, 2, 1, 0)])
+        self.assertEqual(self.desktop.windows(MAIN_WINDOW), [])
+
+
+if __name__ == "__main__":
+    main()
