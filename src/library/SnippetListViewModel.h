@@ -95,6 +95,11 @@ public:
     /// to be kept.
     [[nodiscard]] const QList<Snippet>& filteredSnippets() const { return frozen.shown(); }
     [[nodiscard]] QStringList frozenSnippetOrder() const { return frozen.ids(); }
+    /// The row of filteredSnippets with this id; -1 if there is none.
+    [[nodiscard]] qsizetype shownRow(const QString& id) const
+    {
+        return frozen.shownRow(id, library);
+    }
 
     [[nodiscard]] const QString& searchText() const { return fields.searchText; }
     void setSearchText(const QString& text);

@@ -40,6 +40,13 @@ OverlayScrollBar::OverlayScrollBar(QAbstractScrollArea& area, Look appearance, S
     place();
 }
 
+void OverlayScrollBar::setLook(const Look& appearance)
+{
+    look = appearance;
+    place();
+    update();
+}
+
 QRectF OverlayScrollBar::handleRect() const
 {
     const auto* bar = scrollArea.verticalScrollBar();

@@ -31,6 +31,8 @@ public:
     /// Becomes a child of `area`; the scheduler outlives it.
     OverlayScrollBar(QAbstractScrollArea& area, Look look, Scheduler& scheduler);
 
+    void setLook(const Look& appearance);
+
     /// Whether the handle is shown at present.
     [[nodiscard]] bool isHandleShown() const { return shown; }
 

@@ -1,9 +1,9 @@
 #include "views/palette/PaletteRowDelegate.h"
 
-#include "core/Text.h"
 #include "views/common/Fonts.h"
 #include "views/common/Icon.h"
 #include "views/common/Strokes.h"
+#include "views/common/TextPainting.h"
 #include "views/palette/PaletteListModel.h"
 #include "views/palette/QuickSearchStyle.h"
 
@@ -17,7 +17,6 @@ namespace vellumry {
 namespace {
 
 constexpr int cachedRows = 500;
-constexpr int longestShownText = 300; ///< characters; more never fits, but costs to lay out
 constexpr int dotSize = 8;
 constexpr int symbolSize = 18;
 constexpr int answerSymbolSize = 20;
@@ -63,16 +62,6 @@ QColor symbolColor(const QString& symbol)
     if (symbol == u"lock.shield")
         return QuickSearchStyle::iconGreen;
     return QuickSearchStyle::iconOrange;
-}
-
-QString singleLine(const QString& text)
-{
-    QString line = prefixOfCharacters(text, longestShownText);
-    for (QChar& c : line) {
-        if (c == u'\t' || (isSpaceOrLineBreak(c) && !isHorizontalSpace(c)))
-            c = u' ';
-    }
-    return line;
 }
 
 QStaticText laidOut(const QString& text, const QFont& font)

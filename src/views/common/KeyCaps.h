@@ -1,0 +1,31 @@
+#pragma once
+
+#include "views/common/Theme.h"
+
+#include <QStringList>
+#include <QWidget>
+
+namespace vellumry {
+
+/// A combination of keys as the caps that one presses, such as "Ctrl" and "N". Small, for lists.
+class KeyCaps : public QWidget {
+    Q_OBJECT
+
+public:
+    /// The theme outlives the caps.
+    KeyCaps(const Theme& theme, const QStringList& keys, QWidget* parent = nullptr);
+
+    [[nodiscard]] QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    [[nodiscard]] int capWidth(const QString& key) const;
+    [[nodiscard]] int capHeight() const;
+
+    const Theme& theme;
+    QStringList keys;
+};
+
+} // namespace vellumry

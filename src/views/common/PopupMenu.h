@@ -1,0 +1,38 @@
+#pragma once
+
+#include "views/common/Theme.h"
+
+#include <QMenu>
+
+#include <functional>
+
+namespace vellumry {
+
+/// The program's menu: symbols or swatches before the texts, in the colours of the theme.
+class PopupMenu : public QMenu {
+    Q_OBJECT
+
+public:
+    /// The theme outlives the menu.
+    explicit PopupMenu(const Theme& theme, QWidget* parent = nullptr);
+    ~PopupMenu() override;
+
+    QAction* addItem(const QString& symbol, const QString& text, std::function<void()> action);
+    /// One that takes something away for good.
+    QAction* addDestructiveItem(const QString& symbol, const QString& text,
+                                std::function<void()> action);
+    /// With a round swatch of the colour.
+    QAction* addSwatch(const QColor& color, const QString& text, std::function<void()> action);
+    PopupMenu* addSubmenu(const QString& symbol, const QString& text);
+
+    /// The swatch, 12 points wide, as it stands before an item.
+    [[nodiscard]] static QPixmap swatch(const QColor& color, qreal devicePixelRatio);
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    const Theme& theme;
+};
+
+} // namespace vellumry

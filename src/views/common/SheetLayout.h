@@ -1,0 +1,23 @@
+#pragma once
+
+#include <initializer_list>
+
+class QVBoxLayout;
+class QWidget;
+
+namespace vellumry {
+
+class Button;
+
+/// The measures that the small sheets share.
+namespace SheetLayout {
+
+/// Gives the sheet the width and the margins of a small one. The column has no spacing.
+[[nodiscard]] QVBoxLayout* smallSheet(QWidget& sheet);
+
+/// Adds the buttons at the right below, `gap` under what is above them.
+void addFooter(QVBoxLayout& column, std::initializer_list<Button*> buttons, int gap);
+
+} // namespace SheetLayout
+
+} // namespace vellumry

@@ -1,0 +1,37 @@
+#include "views/common/TextPainting.h"
+
+#include "core/Text.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+
+namespace vellumry {
+
+namespace {
+
+constexpr int longestShownText = 300; ///< characters; more never fits, but costs to lay out
+
+} // namespace
+
+QString singleLine(const QString& text)
+{
+    QString line = prefixOfCharacters(text, longestShownText);
+    for (QChar& c : line) {
+        if (c == u'\t' || (isSpaceOrLineBreak(c) && !isHorizontalSpace(c)))
+            c = u' ';
+    }
+    return line;
+}
+
+void paintLine(QPainter& painter, const QRectF& rect, const QString& text, const QFont& font,
+               const QColor& color, Qt::Alignment horizontal)
+{
+    painter.setFont(font);
+    painter.setPen(color);
+    const QString shown =
+        QFontMetricsF(font).elidedText(singleLine(text), Qt::ElideRight, rect.width());
+    painter.drawText(
+        rect, int(horizontal | Qt::AlignVCenter | Qt::AlignAbsolute | Qt::TextSingleLine), shown);
+}
+
+} // namespace vellumry

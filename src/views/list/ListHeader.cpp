@@ -1,0 +1,85 @@
+#include "views/list/ListHeader.h"
+
+#include "views/common/Button.h"
+#include "views/common/Icon.h"
+#include "views/common/Strokes.h"
+#include "views/common/TextPainting.h"
+
+#include <QPainter>
+#include <QtMath>
+
+namespace vellumry {
+
+namespace {
+
+constexpr int headerHeight = 52;
+constexpr int leftMargin = 16;
+constexpr int rightMargin = 10;
+constexpr int gap = 8;
+constexpr int symbolSize = 16;
+constexpr int dotSize = 10;
+constexpr int badgeHeight = 18;
+constexpr int leastBadgeWidth = 22;
+constexpr int badgePadding = 6;
+
+} // namespace
+
+ListHeader::ListHeader(const Theme& look, QWidget* parent)
+    : QWidget(parent), theme(look),
+      add(Button::withSymbol(theme, QStringLiteral("plus"), QStringLiteral("New Snippet"), this))
+{
+    add->setToolTip(QStringLiteral("New Snippet (Ctrl+N)"));
+    add->setAccented(true);
+    setFixedHeight(headerHeight);
+    connect(&theme, &Theme::changed, this, qOverload<>(&QWidget::update));
+}
+
+void ListHeader::setContents(const Contents& contents)
+{
+    shown = contents;
+    setAccessibleName(QStringLiteral("%1, %2").arg(shown.title).arg(shown.count));
+    update();
+}
+
+void ListHeader::resizeEvent(QResizeEvent*)
+{
+    add->resize(add->sizeHint());
+    add->move(width() - rightMargin - add->width() + Button::ringRoom,
+              (height() - add->height()) / 2);
+}
+
+void ListHeader::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    const ColorTokens& token = theme.colors();
+    const qreal middle = height() / 2.0;
+    qreal x = leftMargin;
+    if (shown.collectionColor) {
+        fillRounded(painter, QRectF(x + 3, middle - dotSize / 2.0, dotSize, dotSize), dotSize / 2.0,
+                    *shown.collectionColor);
+        x += dotSize + 3 + gap;
+    } else {
+        Icon(QStringLiteral("square.grid.2x2"))
+            .paint(painter, {x, middle - symbolSize / 2.0}, symbolSize, token.textSecondary);
+        x += symbolSize + gap;
+    }
+
+    const QFont countFont = theme.font(TextStyle::captionMedium);
+    const QString count = QString::number(shown.count);
+    const int countWidth = qCeil(QFontMetricsF(countFont).horizontalAdvance(count));
+    const int badgeWidth = std::max(leastBadgeWidth, countWidth + 2 * badgePadding);
+    const QFont titleFont = theme.font(TextStyle::heading);
+    const qreal room = add->x() - gap - badgeWidth - gap - x;
+    const qreal titleWidth =
+        std::min(room, QFontMetricsF(titleFont).horizontalAdvance(singleLine(shown.title)) + 1);
+    paintLine(painter, QRectF(x, 0, titleWidth, height()), shown.title, titleFont,
+              token.textPrimary);
+    x += titleWidth + gap;
+
+    const int badgeHigh = theme.rowHeight(badgeHeight, TextStyle::captionMedium);
+    const QRectF badge(x, middle - badgeHigh / 2.0, badgeWidth, badgeHigh);
+    fillRounded(painter, badge, badgeHigh / 2.0, token.fill);
+    paintLine(painter, badge, count, countFont, token.textSecondary, Qt::AlignHCenter);
+}
+
+} // namespace vellumry

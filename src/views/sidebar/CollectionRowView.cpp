@@ -1,0 +1,217 @@
+#include "views/sidebar/CollectionRowView.h"
+
+#include "settings/CategoryColorService.h"
+#include "views/common/AccessibleRow.h"
+#include "views/common/Icon.h"
+#include "views/common/PopupMenu.h"
+#include "views/common/Strokes.h"
+#include "views/common/TextPainting.h"
+
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QPainter>
+#include <QtMath>
+
+#include <utility>
+
+namespace vellumry {
+
+namespace {
+
+constexpr int padding = 8;
+constexpr int slot = 20;
+constexpr int gap = 8;
+constexpr int dotSize = 10;
+constexpr int iconSize = 16;
+constexpr qreal openPlaceOpacity = 0.55;
+
+QString capitalised(const QString& name)
+{
+    return name.left(1).toUpper() + name.mid(1);
+}
+
+} // namespace
+
+CollectionRowView::CollectionRowView(const Theme& look, Actions handlers, QWidget* parent)
+    : QWidget(parent), theme(look), actions(std::move(handlers)), hover(new HoverFade(this))
+{
+    AccessibleRow::install();
+    setMouseTracking(true);
+    connect(&theme, &Theme::changed, this, qOverload<>(&QWidget::update));
+}
+
+void CollectionRowView::setContents(const Contents& contents)
+{
+    if (shown == contents)
+        return;
+    shown = contents;
+    // Of the rows Tab reaches the selected one alone.
+    setFocusPolicy(shown.isSelected ? Qt::TabFocus : Qt::NoFocus);
+    setAccessibleName(QStringLiteral("%1, %2 snippet%3")
+                          .arg(shown.title)
+                          .arg(shown.count)
+                          .arg(shown.count == 1 ? QString() : QStringLiteral("s")));
+    setProperty(AccessibleRow::selectedKey, shown.isSelected);
+    update();
+}
+
+void CollectionRowView::setOpenPlace(bool open)
+{
+    isOpenPlace = open;
+    update();
+}
+
+QPixmap CollectionRowView::picture()
+{
+    const qreal ratio = devicePixelRatioF();
+    QPixmap result(size() * ratio);
+    result.setDevicePixelRatio(ratio);
+    result.fill(theme.colors().sidebar);
+    QPainter painter(&result);
+    painter.fillRect(rect(), theme.colors().accentTint);
+    paintContents(painter, rect());
+    return result;
+}
+
+QSize CollectionRowView::sizeHint() const
+{
+    return {0, theme.rowHeight(rowHeight, TextStyle::body)};
+}
+
+PopupMenu* CollectionRowView::makeMenu()
+{
+    if (!actions.onRename)
+        return nullptr;
+    auto* menu = new PopupMenu(theme, this);
+    menu->addItem(QStringLiteral("pencil"), QStringLiteral("Rename"), actions.onRename);
+    menu->addItem(QStringLiteral("square.and.arrow.up"), QStringLiteral("Export"),
+                  actions.onExport);
+    menu->addDestructiveItem(QStringLiteral("trash"), QStringLiteral("Delete"), actions.onDelete);
+    menu->addSeparator();
+    PopupMenu* colors =
+        menu->addSubmenu(QStringLiteral("paintbrush"), QStringLiteral("Change Color"));
+    for (const auto& preset : CategoryColorService::presetColors())
+        colors->addSwatch(preset.color, capitalised(preset.name),
+                          [this, name = preset.name] { actions.onColorChange(name); });
+    colors->addSeparator();
+    colors->addItem(QStringLiteral("paintpalette"), QStringLiteral("Custom..."),
+                    actions.onCustomColor);
+    return menu;
+}
+
+void CollectionRowView::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    const ColorTokens& token = theme.colors();
+    const QRectF row = rect();
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (isOpenPlace) {
+        painter.setPen(QPen(token.accentStroke, 1, Qt::DashLine));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRoundedRect(row.adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+        painter.setOpacity(openPlaceOpacity);
+    } else if (shown.isSelected) {
+        fillRounded(painter, row, radius, shown.isFocused ? token.accentTint : token.rowSelected);
+    } else if (hover->progress() > 0) {
+        QColor fill = token.fill;
+        fill.setAlphaF(float(fill.alphaF() * hover->progress()));
+        fillRounded(painter, row, radius, fill);
+    }
+    paintContents(painter, row);
+}
+
+void CollectionRowView::paintContents(QPainter& painter, const QRectF& row) const
+{
+    const ColorTokens& token = theme.colors();
+    const bool isLit = shown.isSelected && shown.isFocused;
+    const QPointF middle(row.x() + padding + slot / 2.0, row.center().y());
+    if (shown.collectionColor) {
+        fillRounded(painter,
+                    QRectF(middle - QPointF(dotSize, dotSize) / 2, QSizeF(dotSize, dotSize)),
+                    dotSize / 2.0, *shown.collectionColor);
+    } else {
+        const bool isNeutral = shown.iconColor == &ColorTokens::textSecondary;
+        Icon(shown.icon)
+            .paint(painter, middle - QPointF(iconSize, iconSize) / 2, iconSize,
+                   isLit && isNeutral ? token.accent : token.*shown.iconColor);
+    }
+
+    const QFont countFont = theme.font(TextStyle::label);
+    const QString count = QString::number(shown.count);
+    const int countWidth = qCeil(QFontMetricsF(countFont).horizontalAdvance(count)) + 1;
+    const qreal right = row.right() - padding;
+    paintLine(painter, {right - countWidth, row.y(), qreal(countWidth), row.height()}, count,
+              countFont, shown.isSelected ? token.textSecondary : token.textTertiary,
+              Qt::AlignRight);
+    const qreal x = row.x() + padding + slot + gap;
+    paintLine(painter, {x, row.y(), right - countWidth - gap - x, row.height()}, shown.title,
+              theme.font(shown.isSelected ? TextStyle::bodyMedium : TextStyle::body),
+              token.textPrimary);
+}
+
+void CollectionRowView::setHovered(bool isHovered)
+{
+    hovered = isHovered;
+    hover->setHovered(isHovered);
+    if (actions.onHoverChange)
+        actions.onHoverChange(isHovered);
+}
+
+void CollectionRowView::enterEvent(QEnterEvent*)
+{
+    setHovered(true);
+}
+
+void CollectionRowView::leaveEvent(QEvent*)
+{
+    setHovered(false);
+}
+
+void CollectionRowView::mousePressEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton)
+        pressedAt = event->position().toPoint();
+}
+
+void CollectionRowView::mouseMoveEvent(QMouseEvent* event)
+{
+    if (!pressedAt || !shown.collectionColor)
+        return;
+    const QPoint position = event->position().toPoint();
+    if (isDragging) {
+        Q_EMIT dragMoved(event->globalPosition().toPoint());
+    } else if ((position - *pressedAt).manhattanLength() >= QApplication::startDragDistance()) {
+        isDragging = true;
+        Q_EMIT dragStarted(*pressedAt);
+        Q_EMIT dragMoved(event->globalPosition().toPoint());
+    }
+}
+
+void CollectionRowView::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (event->button() != Qt::LeftButton || !std::exchange(pressedAt, std::nullopt))
+        return;
+    if (std::exchange(isDragging, false))
+        Q_EMIT dragEnded(event->globalPosition().toPoint());
+    else if (rect().contains(event->position().toPoint()))
+        actions.onSelect();
+}
+
+void CollectionRowView::contextMenuEvent(QContextMenuEvent* event)
+{
+    PopupMenu* menu = makeMenu();
+    if (!menu)
+        return;
+    connect(menu, &QMenu::aboutToHide, menu, &QObject::deleteLater);
+    menu->popup(event->reason() == QContextMenuEvent::Keyboard ? mapToGlobal(rect().center())
+                                                               : event->globalPos());
+}
+
+void CollectionRowView::focusInEvent(QFocusEvent* event)
+{
+    QWidget::focusInEvent(event);
+    if (event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason)
+        actions.onTabFocus();
+}
+
+} // namespace vellumry
