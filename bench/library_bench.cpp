@@ -5,17 +5,14 @@
 //   library_bench [N ...]     measures with libraries of N snippets, by default 1000 10000 100000
 
 #include "core/Log.h"
-#include "core/SerialQueue.h"
 #include "library/ImportExportService.h"
 #include "library/SnippetListViewModel.h"
 #include "palette/FuzzySearchService.h"
-#include "platform/linux/SettingsFilePreferencesStore.h"
-#include "storage/CollectionFileStorageService.h"
 #include "support/LibraryGenerator.h"
 #include "support/Ratio.h"
+#include "support/World.h"
 
 #include <QCoreApplication>
-#include <QTemporaryDir>
 
 #include <algorithm>
 #include <cstdlib>
@@ -33,34 +30,12 @@ constexpr int goalCount = 100000;
 /// Below this a person takes a reaction for none at all, many times over.
 constexpr double unnoticed = 0.0001;
 
-/// A store over a folder of its own, with everything else as in the program.
-class World {
-public:
-    explicit World(int count)
-    {
-        LibraryGenerator::writeFolder(count, locations.defaultLocation());
-        if (!storage.loadFullData())
-            std::exit(1);
-    }
-
-    QTemporaryDir directory;
-    SettingsFilePreferencesStore preferences{directory.filePath(QStringLiteral("preferences"))};
-    NotificationCenter center;
-    StorageLocationManager locations{
-        {preferences, FileSystem::local(), center, directory.path(), directory.path()}};
-    CategoryColorService colors{preferences};
-    SerialQueue watcherQueue{FileWatcherService::callbackQueueLabel.toString()};
-    CollectionFileStorageService storage{{locations, FileSystem::local(), center,
-                                          EventLoopScheduler::shared(), SystemClock::shared(),
-                                          colors, [] { return std::optional<QByteArray>(); },
-                                          &FileEventStream::local, watcherQueue.context()}};
-};
-
 /// A world with a list model and somebody who looks at it after each announcement, as views do.
 class ListWorld : public World {
 public:
     explicit ListWorld(int count) : World(count)
     {
+        load();
         const auto look = [this] {
             keep(model.filteredSnippets().size());
             keep(model.collections());
@@ -223,6 +198,7 @@ void measureChanges(int count, bool isInBiggest)
 {
     ListWorld world(count);
     World other(count); // has the same changes saved by its store alone
+    other.load();
     SnippetListViewModel& model = world.model;
     const Snippet original = snippetToChange(model.snippets(), isInBiggest);
     const std::string file = isInBiggest ? ", biggest file" : ", median file";

@@ -3,16 +3,14 @@
 // against the obvious way, in the same run.
 
 #include "core/Log.h"
-#include "core/SerialQueue.h"
 #include "library/LocationChange.h"
 #include "models/JSONDecoder.h"
 #include "models/JSONEncoder.h"
 #include "palette/FuzzySearchService.h"
-#include "platform/linux/SettingsFilePreferencesStore.h"
-#include "storage/CollectionFileStorageService.h"
 #include "storage/DataValidator.h"
 #include "support/LibraryGenerator.h"
 #include "support/Ratio.h"
+#include "support/World.h"
 #include "sync/ConflictDetectionService.h"
 
 #include <QCoreApplication>
@@ -56,31 +54,6 @@ void check(bool holds, const char* what)
     std::fprintf(stderr, "storage_bench: %s\n", what);
     std::exit(1);
 }
-
-/// A store over a folder of its own, with everything else as in the program.
-class World {
-public:
-    explicit World(int count)
-    {
-        const QString folder = locations.defaultLocation();
-        fileBytes = LibraryGenerator::writeFolder(count, folder);
-    }
-
-    [[nodiscard]] QString folder() const { return locations.defaultLocation(); }
-
-    QTemporaryDir directory;
-    SettingsFilePreferencesStore preferences{directory.filePath(QStringLiteral("preferences"))};
-    NotificationCenter center;
-    StorageLocationManager locations{
-        {preferences, FileSystem::local(), center, directory.path(), directory.path()}};
-    CategoryColorService colors{preferences};
-    SerialQueue watcherQueue{FileWatcherService::callbackQueueLabel.toString()};
-    CollectionFileStorageService storage{{locations, FileSystem::local(), center,
-                                          EventLoopScheduler::shared(), SystemClock::shared(),
-                                          colors, [] { return std::optional<QByteArray>(); },
-                                          &FileEventStream::local, watcherQueue.context()}};
-    qint64 fileBytes = 0;
-};
 
 QStringList collectionFiles(const QString& folder)
 {

@@ -13,6 +13,11 @@ ThreadRunner::ThreadRunner()
 
 ThreadRunner::~ThreadRunner()
 {
+    drain();
+}
+
+void ThreadRunner::drain()
+{
     pool.clear();
     pool.waitForDone();
 }

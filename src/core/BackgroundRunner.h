@@ -23,15 +23,21 @@ public:
     virtual void onMain(const QPointer<QObject>& owner, std::function<void()> action) = 0;
 };
 
-/// The runner on a worker thread. Its end drops work that was not begun, and waits for the one in
-/// hand.
+/// The runner on a worker thread. The shared one lives longer than the application object, which
+/// work may need: whoever runs the event loop calls drain() when the loop is over, before the
+/// application object goes.
 class ThreadRunner final : public BackgroundRunner {
 public:
     ThreadRunner();
+    /// Drains.
     ~ThreadRunner() override;
 
     void run(std::function<void()> work) override;
     void onMain(const QPointer<QObject>& owner, std::function<void()> action) override;
+
+    /// Drops the work that was not begun and waits for the one in hand: when this returns, none is
+    /// running, until run() is called again.
+    void drain();
 
     /// The one that the program uses.
     [[nodiscard]] static ThreadRunner& shared();

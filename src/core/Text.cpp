@@ -41,6 +41,13 @@ QStringView trimmedWithLineBreaks(QStringView text)
     return trimmed(text, isSpaceOrLineBreak);
 }
 
+QString abbreviatedPath(const QString& path, const QString& homeFolder)
+{
+    if (homeFolder.isEmpty() || !path.startsWith(homeFolder))
+        return path;
+    return u'~' + path.sliced(homeFolder.size());
+}
+
 QString prefixOfCharacters(const QString& text, int count)
 {
     // A character has at least one UTF-16 unit, so a short text needs no walk.

@@ -18,6 +18,11 @@ namespace vellumry {
 /// `text` without white space and line breaks at its ends.
 [[nodiscard]] QStringView trimmedWithLineBreaks(QStringView text);
 
+/// `path` for people: with "~" in place of the home folder, if there is one and the path begins
+/// with it. By the text alone: a folder whose name goes on where that of the home folder ends loses
+/// that beginning as well.
+[[nodiscard]] QString abbreviatedPath(const QString& path, const QString& homeFolder);
+
 /// The first `count` user-perceived characters (extended grapheme clusters of UAX #29).
 [[nodiscard]] QString prefixOfCharacters(const QString& text, int count);
 

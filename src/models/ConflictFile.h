@@ -12,8 +12,8 @@ namespace vellumry {
 
 /// A copy of a collection file that a cloud drive's client left in the data folder.
 struct ConflictFile {
-    QUuid id; ///< identifies the record in a list, made at each detection
-    QString path;
+    QUuid id;    ///< identifies the record in a list, made at each detection
+    QString url; ///< the path of the copy
     std::optional<CloudDriveType> cloudDriveType;
     Date modifiedDate{};
     qint64 fileSize = 0; ///< bytes

@@ -1,5 +1,7 @@
 #include "models/DetectedCloudDrive.h"
 
+#include "core/Text.h"
+
 #include <QStringBuilder>
 
 namespace vellumry {
@@ -11,10 +13,7 @@ QString DetectedCloudDrive::programFolderPath() const
 
 QString DetectedCloudDrive::shortPath(const QString& homeFolder) const
 {
-    QString path = programFolderPath();
-    if (homeFolder.isEmpty() || !path.startsWith(homeFolder))
-        return path;
-    return u'~' % path.sliced(homeFolder.size());
+    return abbreviatedPath(programFolderPath(), homeFolder);
 }
 
 } // namespace vellumry

@@ -17,8 +17,7 @@ struct DetectedCloudDrive {
     /// The program's folder in this drive, where a library can live.
     [[nodiscard]] QString programFolderPath() const;
 
-    /// The same for people, with "~" in place of the home folder. By its text alone: a folder
-    /// whose name goes on where that of the home folder ends loses that beginning as well.
+    /// The same for people, see abbreviatedPath.
     [[nodiscard]] QString shortPath(const QString& homeFolder) const;
 
     friend bool operator==(const DetectedCloudDrive&, const DetectedCloudDrive&) = default;

@@ -14,7 +14,11 @@ namespace vellumry {
 /// Tells what happens to the files of one folder, not of those below it, whoever does it. The
 /// folder is the one that stands at the path at each time: when it is removed, moved away, mounted
 /// over or made again, the stream finds it again by itself and tells of a change. Where a change
-/// may have been missed, one is told.
+/// may have been missed, one is told. Such changes bear the path of the folder itself.
+///
+/// Two limits: what another machine does in a folder on a file server is told late, or not at all
+/// when the server's listing does not show it; and of a link to a file elsewhere only the link is
+/// watched, not the file.
 ///
 /// Calls back on its queue. Made and destroyed on another thread, started and stopped on either.
 class FileEventStream {

@@ -139,6 +139,11 @@ public:
     /// Creates a folder with those above it; an existing one is no failure. Throws.
     virtual void createFolders(const QString& path) = 0;
 
+    /// Removes what write() and copy() have left in the folder when their process was killed: their
+    /// own temporary files, regular ones, that nobody has touched since `before`. Whatever cannot
+    /// be removed stays.
+    virtual void removeLeftovers(const QString& folder, Date before) = 0;
+
     /// The files of this machine.
     [[nodiscard]] static FileSystem& local();
 };

@@ -1,9 +1,9 @@
 #include "storage/CollectionFileCache.h"
 
 #include "core/Digest.h"
+#include "storage/DataFolder.h"
 
 #include <QSet>
-#include <QStringBuilder>
 
 #include <algorithm>
 #include <utility>
@@ -112,7 +112,7 @@ bool haveSameIds(const QList<Snippet>& a, const QList<Snippet>& b)
 
 } // namespace
 
-void CollectionFileCache::beginWalk(const QString& walkedFolder, const QStringList& baseNames)
+void CollectionFileCache::beginWalk(const QString& walkedFolder)
 {
     ++walk;
     if (folder != walkedFolder) {
@@ -121,6 +121,11 @@ void CollectionFileCache::beginWalk(const QString& walkedFolder, const QStringLi
         folderTime.reset();
     }
     ++walksOfFolder;
+}
+
+void CollectionFileCache::beginWalk(const QString& walkedFolder, const QStringList& baseNames)
+{
+    beginWalk(walkedFolder);
     const QSet<QString> listed(baseNames.cbegin(), baseNames.cend());
     const auto isGone = [&](const auto& entry) { return !listed.contains(entry.key()); };
     if (entries.removeIf(isGone) + unreadable.removeIf(isGone) > 0)
@@ -142,7 +147,13 @@ void CollectionFileCache::noteForeignChange()
 
 QString CollectionFileCache::pathOf(const QString& baseName) const
 {
-    return folder % u'/' % baseName % u".json";
+    return collectionFilePath(folder, baseName);
+}
+
+bool CollectionFileCache::isStillAsRead(const QString& baseName) const
+{
+    const auto known = entries.constFind(baseName);
+    return known != entries.cend() && files.stamp(pathOf(baseName)) == known->stamp;
 }
 
 const CollectionFile& CollectionFileCache::file(const QString& baseName, JSONDecoder& decoder)

@@ -37,6 +37,8 @@ public:
     /// Starts a walk over the folder, which lists collection files of these base names. Whatever
     /// else was known is forgotten, and each file is checked against the disk once in the walk.
     void beginWalk(const QString& folder, const QStringList& baseNames);
+    /// A walk over a folder that does not tell what it holds: files are met by their names.
+    void beginWalk(const QString& folder);
 
     /// The file as it stands. Throws FileError when it cannot be read and DecodingError when it is
     /// no collection file. Valid until the next call.
@@ -45,6 +47,9 @@ public:
     /// The same; null when it cannot be read or is no collection file.
     [[nodiscard]] const CollectionFile* decodableFile(const QString& baseName,
                                                       JSONDecoder& decoder);
+
+    /// Whether the file, which file() has given in this walk, stands there unchanged since.
+    [[nodiscard]] bool isStillAsRead(const QString& baseName) const;
 
     /// Remembers what was written, `bytes`, so that the own file need not be decoded. The stamp
     /// is that of FileSystem::write.

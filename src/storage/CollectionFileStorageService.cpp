@@ -1,14 +1,15 @@
 #include "storage/CollectionFileStorageService.h"
 
-#include "core/FatalError.h"
 #include "core/Log.h"
 #include "core/SerialQueue.h"
 #include "models/CollectionFileName.h"
-#include "models/Identifier.h"
 #include "models/JSONDecoder.h"
 #include "platform/DeviceIdentifier.h"
+#include "storage/CollectionFileComparison.h"
 #include "storage/CollectionOrder.h"
+#include "storage/DataFolder.h"
 #include "storage/DataValidator.h"
+#include "storage/DefaultLibrary.h"
 
 #include <QFile>
 #include <QHash>
@@ -17,8 +18,6 @@
 #include <QStringBuilder>
 
 #include <algorithm>
-#include <limits>
-#include <type_traits>
 #include <utility>
 
 namespace vellumry {
@@ -30,23 +29,6 @@ using namespace std::chrono_literals;
 void log(const QString& message)
 {
     vellumry::log(u"CollectionFileStorageService", message);
-}
-
-QString legacyPath(const QString& folder)
-{
-    return folder % u"/vellumry-data.json";
-}
-
-QString collectionPath(const QString& folder, const QString& baseName)
-{
-    return folder % u'/' % baseName % u".json";
-}
-
-/// The base name, if a file of this name is a collection file.
-std::optional<QString> collectionBaseName(const QString& fileName)
-{
-    auto baseName = jsonFileBaseName(fileName);
-    return baseName == QLatin1StringView("_metadata") ? std::nullopt : baseName;
 }
 
 QString counts(const VellumryData& data)
@@ -64,63 +46,6 @@ QStringList idsOf(const QList<SyncCollection>& collections)
     return ids;
 }
 
-/// Whether a change from `stored` to `given` is one that is written to disk. Creation date, manual
-/// position and placeholder values are not: they ride along with the next change that is.
-bool differs(const Snippet& given, const Snippet& stored)
-{
-    return given.title() != stored.title() || given.subtitle() != stored.subtitle() ||
-           given.content() != stored.content() || given.collection() != stored.collection() ||
-           given.keywords() != stored.keywords() || given.updatedAt() != stored.updatedAt() ||
-           given.lastUsedAt() != stored.lastUsedAt() || given.usageCount() != stored.usageCount();
-}
-
-/// The first id that stands twice; there is one.
-QString duplicateId(const QList<Snippet>& snippets)
-{
-    QSet<QStringView> ids;
-    for (const Snippet& snippet : snippets) {
-        if (ids.contains(snippet.id()))
-            return snippet.id();
-        ids.insert(snippet.id());
-    }
-    Q_UNREACHABLE();
-}
-
-/// The snippets of a file, to be compared with those of the library. Their ids are unique.
-class StoredSnippets {
-public:
-    explicit StoredSnippets(const QList<Snippet>& ofFile) : snippets(ofFile) {}
-
-    /// Whether the file holds the given snippet, the i-th of the library's, without a difference
-    /// that is written to disk.
-    bool hold(const Snippet& given, qsizetype i)
-    {
-        // Most snippets stand where they stood and share their data with what the file holds.
-        const Snippet& neighbour = snippets[i];
-        if (given.sharesDataWith(neighbour) || data.contains(&given.fields()))
-            return true;
-        if (given.id() == neighbour.id())
-            return !differs(given, neighbour);
-        if (data.isEmpty()) {
-            for (const Snippet& snippet : snippets)
-                data.insert(&snippet.fields());
-            if (data.contains(&given.fields()))
-                return true;
-        }
-        if (positions.isEmpty()) {
-            for (qsizetype position = 0; position < snippets.size(); ++position)
-                positions.insert(snippets[position].id(), position);
-        }
-        const auto found = positions.constFind(given.id());
-        return found != positions.cend() && !differs(given, snippets[*found]);
-    }
-
-private:
-    const QList<Snippet>& snippets;
-    QSet<const SnippetFields*> data; ///< filled when the order turns out to differ
-    QHash<QStringView, qsizetype> positions;
-};
-
 /// The base names of the files that hold collections, and those that no new file may take.
 struct CollectionFileNames {
     QSet<QString> taken;
@@ -130,7 +55,7 @@ struct CollectionFileNames {
 } // namespace
 
 CollectionFileStorageService::CollectionFileStorageService(Dependencies dependencies)
-    : with(std::move(dependencies)), cache(with.files)
+    : with(std::move(dependencies)), cache(with.files), metadataFile(with.files, with.clock)
 {
     with.locations.ensureDirectoryExists(with.locations.currentLocation());
     connect(&with.notifications, &NotificationCenter::storageLocationDidChange, this,
@@ -220,14 +145,15 @@ void CollectionFileStorageService::endWriting()
 bool CollectionFileStorageService::hasForeignChanges()
 {
     const QString folder = with.locations.currentLocation();
-    if (with.files.stamp(StorageLocationManager::metadataPath(folder)) != metadataStamp)
+    if (metadataFile.hasForeignChange(folder))
         return true;
     try {
         JSONDecoder decoder = JSONDecoder::vellumry();
         for (const QString& baseName : walkCollectionFiles(folder))
             (void)cache.decodableFile(baseName, decoder);
     } catch (const FileError&) {
-        return false; // there is nothing to load
+        missedChange = true; // nothing can be told now, so the next save's end asks again
+        return false;
     }
     return cache.hasForeignChanges();
 }
@@ -263,7 +189,7 @@ std::optional<VellumryData> CollectionFileStorageService::loadFullData()
 
     MetadataFileData metadata;
     try {
-        metadata = readMetadataFile(folder);
+        metadata = metadataFile.read(folder);
     } catch (const StorageError& failure) {
         log(u"加载失败 - " % failure.description());
         setLastError(failure);
@@ -272,7 +198,6 @@ std::optional<VellumryData> CollectionFileStorageService::loadFullData()
 
     missedChange = false; // from here on the folder is read
     ScannedFolder scanned = scanAllCollectionFiles();
-    cache.acceptForeignChanges();
     arrangeByOrder(scanned.collections, metadata.collectionOrder,
                    StorageLocationManager::metadataPath(folder));
     VellumryData data{.version = VellumryData::currentVersion.toString(),
@@ -314,12 +239,13 @@ CollectionFileStorageService::ScannedFolder CollectionFileStorageService::scanAl
             skip(baseName, failure.description());
         }
     }
+    cache.acceptForeignChanges();
     return scanned;
 }
 
 std::optional<VellumryData> CollectionFileStorageService::loadLegacySingleFile()
 {
-    const QString path = legacyPath(with.locations.currentLocation());
+    const QString path = legacyFilePath(with.locations.currentLocation());
     if (!with.files.exists(path))
         return std::nullopt;
     PaddedBytes bytes;
@@ -329,21 +255,7 @@ std::optional<VellumryData> CollectionFileStorageService::loadLegacySingleFile()
         log(u"加载旧格式失败 - " % failure.description());
         return std::nullopt;
     }
-
-    const auto decode = [&]<typename T>(std::type_identity<T>) -> std::optional<T> {
-        try {
-            return JSONDecoder::vellumry().decode<T>(bytes);
-        } catch (const DecodingError&) {
-            return std::nullopt; // another shape, perhaps
-        }
-    };
-    std::optional<VellumryData> data = decode(std::type_identity<VellumryData>());
-    if (!data) {
-        if (const auto legacy = decode(std::type_identity<LegacyExportData>()))
-            data = DataValidator::migrateFromLegacy(*legacy, with.clock);
-        else if (const auto snippets = decode(std::type_identity<QList<Snippet>>()))
-            data = DataValidator::migrateFromSnippetArray(*snippets, with.clock);
-    }
+    const auto data = DataValidator::singleFileLibrary(bytes, with.clock);
     if (data)
         setCurrentData(*data);
     return data;
@@ -363,7 +275,7 @@ bool CollectionFileStorageService::needsDefaultSnippets() const
 {
     const QString folder = with.locations.currentLocation();
     return !with.files.exists(StorageLocationManager::metadataPath(folder)) &&
-           !with.files.exists(legacyPath(folder));
+           !with.files.exists(legacyFilePath(folder));
 }
 
 void CollectionFileStorageService::seedDefaultSnippets()
@@ -394,38 +306,13 @@ std::optional<VellumryData> CollectionFileStorageService::loadDefaultSnippets() 
         log(QStringLiteral("无法找到 DefaultSnippets.json"));
         return std::nullopt;
     }
-    DefaultSnippetsContainer defaults;
     try {
-        defaults = JSONDecoder::vellumry().decode<DefaultSnippetsContainer>(*bytes);
+        return defaultLibrary(JSONDecoder::vellumry().decode<DefaultSnippetsContainer>(*bytes),
+                              with.clock);
     } catch (const DecodingError& failure) {
         log(u"解析 DefaultSnippets.json 失败 - " % failure.description());
         return std::nullopt;
     }
-
-    const Date now = with.clock.now();
-    SyncDataContent content;
-    for (const DefaultCollection& collection : std::as_const(defaults.collections)) {
-        content.collections.append({.id = makeIdentifier(),
-                                    .name = collection.name,
-                                    .color = collection.color,
-                                    .createdAt = now});
-        content.categoryColors.insert(collection.name, collection.color);
-        for (const DefaultSnippet& snippet : collection.snippets) {
-            SnippetFields fields;
-            fields.id = makeIdentifier();
-            fields.title = snippet.title;
-            fields.collection = collection.name;
-            fields.content = snippet.content;
-            fields.createdAt = now;
-            fields.updatedAt = now;
-            content.snippets.append(Snippet(std::move(fields)));
-        }
-    }
-    return VellumryData{.version = VellumryData::currentVersion.toString(),
-                        .lastModified = with.clock.now(),
-                        .deviceId = DeviceIdentifier::current(),
-                        .data = std::move(content),
-                        .settings = std::nullopt};
 }
 
 void CollectionFileStorageService::setupDefaultCollectionColors(const VellumryData& defaults)
@@ -451,9 +338,9 @@ void CollectionFileStorageService::saveFullData(const VellumryData& data, bool /
     try {
         writeLibrary(data);
     } catch (const FileError& failure) {
-        cache.clear();
         throw StorageError(failure.description());
     }
+    removeLeftovers();
     setCurrentData(data);
     setLastSaveTime(with.clock.now());
     setLastError(std::nullopt);
@@ -477,7 +364,7 @@ void CollectionFileStorageService::writeLibrary(const VellumryData& data)
     } catch (const FileError&) {
         // What cannot be listed has no files to find or to remove; the writes below tell more.
         isListed = false;
-        cache.beginWalk(folder, {});
+        cache.beginWalk(folder);
     }
     for (const QString& baseName : std::as_const(listed)) {
         // A file that cannot be understood keeps its name and is left alone.
@@ -493,7 +380,7 @@ void CollectionFileStorageService::writeLibrary(const VellumryData& data)
             const QString derivedName = collectionFileBaseName(collection.name);
             QString baseName = generateUniqueFileName(derivedName, names.taken);
             // Without a listing, a file that cannot be understood is met only at its name.
-            while (!isListed && with.files.exists(collectionPath(folder, baseName)) &&
+            while (!isListed && with.files.exists(collectionFilePath(folder, baseName)) &&
                    !cache.decodableFile(baseName, decoder)) {
                 names.taken.insert(baseName);
                 baseName = generateUniqueFileName(derivedName, names.taken);
@@ -515,22 +402,34 @@ void CollectionFileStorageService::writeLibrary(const VellumryData& data)
         log(u"更新 Collection - " % collection.name);
     }
 
+    // A file that somebody else has just put there, and that no load has shown yet, goes as well:
+    // every file that can be understood belongs to a collection of the library or to none.
     for (auto it = names.byCollectionId.cbegin(); it != names.byCollectionId.cend(); ++it) {
-        if (ids.contains(it.key()))
+        // What has changed since it was read here is not the file that was judged.
+        if (ids.contains(it.key()) || !cache.isStillAsRead(it.value()))
             continue;
         try {
-            with.files.remove(collectionPath(folder, it.value()));
+            with.files.remove(collectionFilePath(folder, it.value()));
             cache.forget(it.value());
         } catch (const FileError&) {
             continue; // the next save tries again
         }
     }
 
-    writeMetadataFile(folder, {.version = MetadataFileData::currentVersion.toString(),
-                               .lastModified = with.clock.now(),
-                               .deviceId = DeviceIdentifier::current(),
-                               .collectionOrder = idsOf(data.data.collections),
-                               .settings = data.settings});
+    cache.noteTime(
+        metadataFile.write(folder, {.version = MetadataFileData::currentVersion.toString(),
+                                    .lastModified = with.clock.now(),
+                                    .deviceId = DeviceIdentifier::current(),
+                                    .collectionOrder = idsOf(data.data.collections),
+                                    .settings = data.settings}));
+}
+
+/// Once in each folder: what a program left there that was killed while it wrote.
+void CollectionFileStorageService::removeLeftovers()
+{
+    const QString folder = with.locations.currentLocation();
+    if (std::exchange(tidiedFolder, folder) != folder)
+        with.files.removeLeftovers(folder, with.clock.now() - 24h);
 }
 
 void CollectionFileStorageService::writeCollectionFile(const QString& folder,
@@ -539,7 +438,7 @@ void CollectionFileStorageService::writeCollectionFile(const QString& folder,
                                                        JSONEncoder& encoder)
 {
     const QByteArrayView bytes = encoder.encode(file);
-    const auto stamp = with.files.write(collectionPath(folder, baseName), bytes);
+    const auto stamp = with.files.write(collectionFilePath(folder, baseName), bytes);
     cache.remember(baseName, stamp, bytes, file);
 }
 
@@ -550,18 +449,7 @@ bool CollectionFileStorageService::shouldWriteCollectionFile(const QString& fold
                                                              JSONDecoder& decoder)
 {
     const CollectionFile* file = cache.decodableFile(baseName, decoder);
-    if (!file || collection.id != file->collection.id || collection.name != file->collection.name ||
-        collection.color != file->collection.color || snippets.size() != file->snippets.size())
-        return true;
-
-    if (!file->hasUniqueIds)
-        fatalDuplicateKey(duplicateId(file->snippets), collectionPath(folder, baseName));
-    StoredSnippets stored(file->snippets);
-    for (qsizetype i = 0; i < snippets.size(); ++i) {
-        if (!stored.hold(snippets[i], i))
-            return true;
-    }
-    return false;
+    return !file || !holds(*file, collection, snippets, collectionPath(folder, baseName));
 }
 
 bool CollectionFileStorageService::saveSnippets(const QList<Snippet>& snippets)
@@ -597,14 +485,13 @@ void CollectionFileStorageService::deleteCollectionFile(const QString& collectio
         const auto found = std::find_if(baseNames.cbegin(), baseNames.cend(), holdsCollection);
         if (found == baseNames.cend())
             return;
-        with.files.remove(collectionPath(folder, *found));
+        with.files.remove(collectionFilePath(folder, *found));
         cache.forget(*found);
-        updateMetadataFile(folder, [&](MetadataFileData& metadata) {
+        cache.noteTime(metadataFile.update(folder, [&](MetadataFileData& metadata) {
             metadata.collectionOrder.removeAll(collectionId);
-        });
+        }));
         log(u"删除 Collection 文件 - " % *found);
     } catch (const FileError& failure) {
-        cache.clear();
         throw StorageError(failure.description());
     }
 }
@@ -628,12 +515,12 @@ void CollectionFileStorageService::renameCollectionFile(const QString& collectio
         taken.remove(*found);
         // A name that stays the same makes the move fail, since the target exists.
         const QString newBaseName = generateUniqueFileName(collectionFileBaseName(newName), taken);
-        with.files.move(collectionPath(folder, *found), collectionPath(folder, newBaseName));
+        with.files.move(collectionFilePath(folder, *found),
+                        collectionFilePath(folder, newBaseName));
         cache.move(*found, newBaseName);
-        updateMetadataFile(folder, [](MetadataFileData&) {});
+        cache.noteTime(metadataFile.update(folder, [](MetadataFileData&) {}));
         log(u"重命名 Collection 文件 - " % *found % u" -> " % newBaseName);
     } catch (const FileError& failure) {
-        cache.clear();
         throw StorageError(failure.description());
     }
 }
@@ -644,54 +531,12 @@ void CollectionFileStorageService::renameCollectionFile(const QString& collectio
 QStringList CollectionFileStorageService::walkCollectionFiles(const QString& folder)
 {
     QStringList baseNames;
-    try {
-        for (const QString& fileName : with.files.list(folder)) {
-            if (const auto baseName = collectionBaseName(fileName))
-                baseNames.append(*baseName);
-        }
-    } catch (const FileError&) {
-        cache.clear();
-        throw;
+    for (const QString& fileName : with.files.list(folder)) {
+        if (const auto baseName = collectionFileBaseNameOf(fileName))
+            baseNames.append(*baseName);
     }
     cache.beginWalk(folder, baseNames);
     return baseNames;
-}
-
-MetadataFileData CollectionFileStorageService::readMetadataFile(const QString& folder)
-{
-    try {
-        const FileContents contents = with.files.read(StorageLocationManager::metadataPath(folder));
-        metadataStamp = contents.stamp;
-        return JSONDecoder::vellumry().decode<MetadataFileData>(contents.bytes);
-    } catch (const FileError& failure) {
-        throw StorageError(failure.description());
-    } catch (const DecodingError& failure) {
-        throw StorageError(failure.description());
-    }
-}
-
-void CollectionFileStorageService::writeMetadataFile(const QString& folder,
-                                                     const MetadataFileData& metadata)
-{
-    JSONEncoder encoder = JSONEncoder::vellumry();
-    metadataStamp =
-        with.files.write(StorageLocationManager::metadataPath(folder), encoder.encode(metadata));
-    cache.noteTime(metadataStamp);
-}
-
-void CollectionFileStorageService::updateMetadataFile(
-    const QString& folder, const std::function<void(MetadataFileData&)>& modifier)
-{
-    MetadataFileData metadata;
-    try {
-        metadata = readMetadataFile(folder);
-    } catch (const StorageError&) {
-        metadata.version = MetadataFileData::currentVersion.toString();
-    }
-    modifier(metadata);
-    metadata.lastModified = with.clock.now();
-    metadata.deviceId = DeviceIdentifier::current();
-    writeMetadataFile(folder, metadata);
 }
 
 // Observed fields

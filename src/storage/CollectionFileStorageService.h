@@ -4,13 +4,13 @@
 #include "core/Scheduler.h"
 #include "models/ConflictFile.h"
 #include "models/JSONEncoder.h"
-#include "models/MetadataFileData.h"
 #include "models/VellumryData.h"
 #include "notifications/NotificationCenter.h"
 #include "platform/FileSystem.h"
 #include "settings/CategoryColorService.h"
 #include "storage/CollectionFileCache.h"
 #include "storage/FileWatcherService.h"
+#include "storage/MetadataFile.h"
 #include "storage/SnippetsByCollection.h"
 #include "storage/StorageError.h"
 #include "storage/StorageLocationManager.h"
@@ -124,17 +124,14 @@ private:
     void setupDefaultCollectionColors(const VellumryData& defaults);
 
     [[nodiscard]] QStringList walkCollectionFiles(const QString& folder);
-    [[nodiscard]] MetadataFileData readMetadataFile(const QString& folder);
-    void writeMetadataFile(const QString& folder, const MetadataFileData& metadata);
     void writeLibrary(const VellumryData& data);
+    void removeLeftovers();
     void writeCollectionFile(const QString& folder, const QString& baseName,
                              const CollectionFileData& file, JSONEncoder& encoder);
     [[nodiscard]] bool shouldWriteCollectionFile(const QString& folder, const QString& baseName,
                                                  const SyncCollection& collection,
                                                  const SnippetSelection& snippets,
                                                  JSONDecoder& decoder);
-    void updateMetadataFile(const QString& folder,
-                            const std::function<void(MetadataFileData&)>& modifier);
 
     void setCurrentData(const std::optional<VellumryData>& data);
     void setLastSaveTime(const std::optional<Date>& value);
@@ -144,12 +141,13 @@ private:
 
     Dependencies with;
     CollectionFileCache cache;
+    MetadataFile metadataFile;
     SnippetsByCollection groups; ///< of the library saved last
     std::optional<VellumryData> library;
     std::optional<Date> saveTime;
     std::optional<StorageError> recordedError;
     QList<ConflictFile> conflicts;
-    std::optional<FileStamp> metadataStamp; ///< of the metadata file as last read or written
+    QString tidiedFolder; ///< where leftovers were removed last
     bool saving = false;
     bool writing = false;
     bool missedChange = false; ///< a change was told of while writing

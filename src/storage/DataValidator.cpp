@@ -7,6 +7,7 @@
 #include "models/MetadataFileData.h"
 #include "platform/DeviceIdentifier.h"
 #include "storage/CollectionOrder.h"
+#include "storage/DataFolder.h"
 #include "storage/StorageLocationManager.h"
 
 #include <QSet>
@@ -50,6 +51,16 @@ std::optional<T> parsed(JSONDecoder& decoder)
     }
 }
 
+/// The library, if what was parsed is one of the two shapes that need a conversion.
+std::optional<VellumryData> migrated(JSONDecoder& decoder, const Clock& clock)
+{
+    if (const auto legacy = parsed<LegacyExportData>(decoder))
+        return DataValidator::migrateFromLegacy(*legacy, clock);
+    if (const auto snippets = parsed<QList<Snippet>>(decoder))
+        return DataValidator::migrateFromSnippetArray(*snippets, clock);
+    return std::nullopt;
+}
+
 /// The collection file at the path; nothing when it cannot be read or is none.
 std::optional<CollectionFileData> collectionFile(const QString& path, FileSystem& files,
                                                  JSONDecoder& decoder)
@@ -76,7 +87,7 @@ DataValidator::ValidationResult DataValidator::validate(const QString& location,
     const QString metadataPath = StorageLocationManager::metadataPath(location);
     if (files.exists(metadataPath))
         return validateMultiFileFormat(location, metadataPath, files);
-    const QString singlePath = location % u"/vellumry-data.json";
+    const QString singlePath = legacyFilePath(location);
     if (files.exists(singlePath))
         return validateFile(singlePath, files, clock);
 
@@ -132,8 +143,7 @@ DataValidator::ValidationResult DataValidator::validateMultiFileFormat(const QSt
     }
     SyncDataContent content;
     for (const QString& name : std::as_const(names)) {
-        const auto baseName = jsonFileBaseName(name);
-        if (!baseName || *baseName == QLatin1StringView("_metadata"))
+        if (!collectionFileBaseNameOf(name))
             continue;
         if (auto file = collectionFile(folder % u'/' % name, files, decoder)) {
             content.collections.append(std::move(file->collection));
@@ -168,11 +178,22 @@ DataValidator::ValidationResult DataValidator::validateData(const PaddedBytes& b
                                       "folder containing this file.")};
     if (auto file = parsed<CollectionFileData>(decoder))
         return Valid{libraryOf(*std::move(file), clock.now())};
-    if (const auto legacy = parsed<LegacyExportData>(decoder))
-        return Valid{migrateFromLegacy(*legacy, clock)};
-    if (const auto snippets = parsed<QList<Snippet>>(decoder))
-        return Valid{migrateFromSnippetArray(*snippets, clock)};
+    if (auto data = migrated(decoder, clock))
+        return Valid{*std::move(data)};
     return Invalid{QStringLiteral("JSON format is not compatible with Vellumry")};
+}
+
+std::optional<VellumryData> DataValidator::singleFileLibrary(const PaddedBytes& bytes,
+                                                             const Clock& clock)
+{
+    JSONDecoder decoder = JSONDecoder::vellumry();
+    try {
+        decoder.parse(bytes);
+    } catch (const DecodingError&) {
+        return std::nullopt;
+    }
+    auto data = parsed<VellumryData>(decoder);
+    return data ? data : migrated(decoder, clock);
 }
 
 /// Another version is told in the log and rejects nothing.

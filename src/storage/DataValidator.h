@@ -7,6 +7,7 @@
 
 #include <QString>
 
+#include <optional>
 #include <variant>
 
 namespace vellumry {
@@ -36,6 +37,11 @@ public:
     [[nodiscard]] static ValidationResult validate(const QString& location,
                                                    FileSystem& files = FileSystem::local(),
                                                    const Clock& clock = SystemClock::shared());
+
+    /// The library in the single file of the older form, which has one of three shapes: a library
+    /// as it stands, or one of the two below. Nothing for anything else.
+    [[nodiscard]] static std::optional<VellumryData>
+    singleFileLibrary(const PaddedBytes& bytes, const Clock& clock = SystemClock::shared());
 
     /// The library in a file that nests snippets in their collections. Collections come in their
     /// display order, those without one last; one without an id gets a fresh one at each call.

@@ -20,7 +20,8 @@ namespace vellumry {
 /// been quiet for a while. A folder that never comes to rest is therefore never told of.
 ///
 /// Used on the main thread, where it calls back as well. Watching does its best: what cannot be
-/// watched is told in the log alone.
+/// watched is told in the log alone. A file that is a link counts when the link changes; a change
+/// of the file that it leads to, in another folder, goes unseen.
 class FileWatcherService final : public QObject {
     Q_OBJECT
 
@@ -38,7 +39,9 @@ public:
         QObject& callbackQueue; ///< see SerialQueue; takes the events and waits for the quiet
     };
 
-    /// With a target file name, only changes to files of that name count. Starts nothing.
+    /// With a target file name, only changes to files of that name count; changes that the stream
+    /// tells of the folder as a whole, when it is another one or events were lost, do not then.
+    /// Starts nothing.
     FileWatcherService(Dependencies dependencies, const QString& watchPath,
                        const std::optional<QString>& targetFileName,
                        std::function<void()> onChange);

@@ -2,6 +2,7 @@
 
 #include "core/FatalError.h"
 #include "core/Log.h"
+#include "core/Text.h"
 
 #include <QDir>
 #include <QStandardPaths>
@@ -71,10 +72,7 @@ bool StorageLocationManager::isUsingCustomLocation() const
 
 QString StorageLocationManager::currentLocationDisplayName() const
 {
-    QString path = currentLocation();
-    if (with.homeFolder.isEmpty() || !path.startsWith(with.homeFolder))
-        return path;
-    return u'~' % path.sliced(with.homeFolder.size());
+    return abbreviatedPath(currentLocation(), with.homeFolder);
 }
 
 bool StorageLocationManager::needsFirstLaunchSetup() const

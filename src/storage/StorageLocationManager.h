@@ -40,7 +40,7 @@ public:
     /// Whether a custom folder is set. An empty path counts here, unlike in currentLocation().
     [[nodiscard]] bool isUsingCustomLocation() const;
 
-    /// The current location for people, with "~" in place of the home folder.
+    /// The current location for people, see abbreviatedPath.
     [[nodiscard]] QString currentLocationDisplayName() const;
 
     /// Whether the first-launch dialog is due.

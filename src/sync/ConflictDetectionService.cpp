@@ -90,6 +90,10 @@ QList<ConflictFile> ConflictDetectionService::detectConflicts(const QString& fol
 
     std::multimap<Date, ConflictFile, std::greater<>> newestFirst; // those of one date as listed
     for (const QString& name : std::as_const(candidates)) {
+        // A folder is no copy of a file, whatever its name: it could not be removed as one, and
+        // would stand in the way of the copies behind it.
+        if (with.files.isFolder(folder % u'/' % name))
+            continue;
         if (const auto conflict =
                 checkConflictPatterns(folder % u'/' % name, name, normalFileNames))
             newestFirst.emplace(conflict->modifiedDate, *conflict);
@@ -116,7 +120,7 @@ ConflictDetectionService::checkConflictPatterns(const QString& path, const QStri
         try {
             const FileStamp attributes = with.files.attributes(path);
             return ConflictFile{.id = QUuid::createUuid(),
-                                .path = path,
+                                .url = path,
                                 .cloudDriveType = pattern.type,
                                 .modifiedDate = attributes.modified,
                                 .fileSize = attributes.size,
@@ -133,8 +137,8 @@ ConflictDetectionService::checkConflictPatterns(const QString& path, const QStri
 void ConflictDetectionService::deleteAllConflicts() const
 {
     for (const ConflictFile& conflict : detectConflicts(with.locations.currentLocation())) {
-        with.files.remove(conflict.path);
-        log(u"已删除冲突文件 - " % conflict.path.sliced(conflict.path.lastIndexOf(u'/') + 1));
+        with.files.remove(conflict.url);
+        log(u"已删除冲突文件 - " % conflict.url.sliced(conflict.url.lastIndexOf(u'/') + 1));
     }
 }
 

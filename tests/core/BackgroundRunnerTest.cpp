@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <semaphore>
 
@@ -50,27 +51,40 @@ TEST(ThreadRunner, ActionsAreNeverRunAtOnceAndEndWithTheirOwner)
     EXPECT_FALSE(hasRun);
 }
 
-TEST(ThreadRunner, ItsEndWaitsForTheWorkInHandAndDropsTheRest)
+/// Gives a runner one piece of work in hand and one behind it, and lets `end` end them.
+void expectTheWorkInHandToBeTheLast(const std::function<void()>& end, ThreadRunner& runner)
 {
     std::binary_semaphore begun(0);
     std::atomic<bool> isDone = false;
     std::atomic<bool> hasBegunTheRest = false;
-    {
-        ThreadRunner runner;
-        // Lives as long as the work behind waits for its turn.
-        auto rest = std::make_shared<bool>();
-        runner.run([&, waiting = std::weak_ptr(rest)] {
-            begun.release();
-            const QDeadlineTimer deadline(20'000);
-            while (!waiting.expired() && !deadline.hasExpired())
-                QThread::yieldCurrentThread();
-            isDone = true;
-        });
-        begun.acquire();
-        runner.run([&, rest = std::move(rest)] { hasBegunTheRest = true; });
-    }
+    // Lives as long as the work behind waits for its turn.
+    auto rest = std::make_shared<bool>();
+    runner.run([&, waiting = std::weak_ptr(rest)] {
+        begun.release();
+        const QDeadlineTimer deadline(20'000);
+        while (!waiting.expired() && !deadline.hasExpired())
+            QThread::yieldCurrentThread();
+        isDone = true;
+    });
+    begun.acquire();
+    runner.run([&, rest = std::move(rest)] { hasBegunTheRest = true; });
+    end();
     EXPECT_TRUE(isDone);
     EXPECT_FALSE(hasBegunTheRest);
+}
+
+TEST(ThreadRunner, ItsEndWaitsForTheWorkInHandAndDropsTheRest)
+{
+    auto runner = std::make_unique<ThreadRunner>();
+    expectTheWorkInHandToBeTheLast([&] { runner.reset(); }, *runner);
+}
+
+TEST(ThreadRunner, DrainedItHasNoWorkLeftAndTakesMore)
+{
+    ThreadRunner runner;
+    runner.drain();
+    for (int turn = 0; turn < 3; ++turn)
+        expectTheWorkInHandToBeTheLast([&] { runner.drain(); }, runner);
 }
 
 } // namespace

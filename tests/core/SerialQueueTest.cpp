@@ -1,8 +1,8 @@
 #include "core/SerialQueue.h"
 
 #include "core/Scheduler.h"
+#include "support/Eventually.h"
 
-#include <QDeadlineTimer>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -57,9 +57,7 @@ TEST(SerialQueue, delayedCallsRunOnTheThreadOfTheirOwner)
     EventLoopScheduler scheduler;
     scheduler.after(std::chrono::milliseconds(1), &queue.context(),
                     [&] { thread = QThread::currentThread(); });
-    const QDeadlineTimer deadline(20'000);
-    while (!thread && !deadline.hasExpired())
-        QThread::yieldCurrentThread();
+    EXPECT_TRUE(test::eventually([&] { return thread != nullptr; }));
     EXPECT_EQ(thread, queue.context().thread());
 }
 

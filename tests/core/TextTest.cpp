@@ -92,5 +92,14 @@ TEST(Text, PrefixAtTheEnds)
     EXPECT_EQ(prefixOfCharacters(marks + u"b"_s, 1), marks);
 }
 
+TEST(Text, AbbreviatedPathsAreThoseBelowTheHomeFolder)
+{
+    EXPECT_EQ(abbreviatedPath(u"/Users/a/Documents"_s, u"/Users/a"_s), u"~/Documents"_s);
+    EXPECT_EQ(abbreviatedPath(u"/Users/a"_s, u"/Users/a"_s), u"~"_s);
+    EXPECT_EQ(abbreviatedPath(u"/Volumes/x"_s, u"/Users/a"_s), u"/Volumes/x"_s);
+    EXPECT_EQ(abbreviatedPath(u"/Volumes/x"_s, u""_s), u"/Volumes/x"_s);
+    EXPECT_EQ(abbreviatedPath(u"/Users/abc"_s, u"/Users/a"_s), u"~bc"_s);
+}
+
 } // namespace
 } // namespace vellumry

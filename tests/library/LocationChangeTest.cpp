@@ -5,11 +5,10 @@
 #include "storage/MemoryFileSystem.h"
 #include "storage/MigrationHelperError.h"
 #include "storage/StorageWorld.h"
+#include "support/Eventually.h"
 #include "support/LogCapture.h"
 #include "support/ManualBackgroundRunner.h"
 
-#include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -749,10 +748,7 @@ TEST_F(RealMoveTest, runsOnARealThread)
                            .refreshData = [] {}});
     QObject::connect(&change, &LocationChange::finished, &change, [&] { isFinished = true; });
     change.applyChanges(path(u"new"_s));
-    const QDeadlineTimer deadline(20s);
-    while (!isFinished && !deadline.hasExpired())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 10);
-    EXPECT_TRUE(isFinished);
+    EXPECT_TRUE(eventually([&] { return isFinished; }));
     EXPECT_EQ(change.migrationProgress(), 1.0);
     expectLibraryAt(path(u"new"_s));
     EXPECT_FALSE(QDir(path(u"old"_s)).exists());

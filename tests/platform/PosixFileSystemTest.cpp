@@ -1045,4 +1045,46 @@ TEST_F(PosixFileSystemTest, removesAFolderWithWhatIsInItAndFollowsNoLink)
     failure([&] { files.removeAll(path(QStringLiteral("outside"))); });
 }
 
+TEST_F(PosixFileSystemTest, removesItsOwnTemporaryFilesOnceTheyAreOld)
+{
+    files.write(path(QStringLiteral("a.json")), "text");
+    const QString made =
+        QString::fromUtf8(calls.openedPaths.first()).sliced(folder.path().size() + 1);
+    ASSERT_TRUE(made.startsWith(QStringLiteral(".vellumry-"))) << made.toStdString();
+    const QStringList leftovers{made, QStringLiteral(".vellumry-0"),
+                                QStringLiteral(".vellumry-3w5e11264sgsf")};
+    const QStringList others{QStringLiteral(".vellumry-"),
+                             QStringLiteral(".vellumry-write-test"),
+                             QStringLiteral(".vellumry-ABC"),
+                             QStringLiteral(".vellumry-abc.json"),
+                             QStringLiteral(".vellumry-12345678901234"),
+                             QStringLiteral(".vellumry"),
+                             QStringLiteral("x.vellumry-abc"),
+                             QStringLiteral("a.json")};
+    for (const QString& name : leftovers + others)
+        put(name, "text");
+    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral(".vellumry-folder")));
+    ASSERT_EQ(::symlink("a.json", path(QStringLiteral(".vellumry-link")).toUtf8().constData()), 0);
+    ASSERT_EQ(::mkfifo(path(QStringLiteral(".vellumry-pipe")).toUtf8().constData(), 0600), 0);
+    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("below")));
+    put(QStringLiteral("below/.vellumry-0"), "text");
+    const QStringList all = names();
+
+    const Date now = SystemClock::shared().now();
+    // What a copy under way has already given the time of its original.
+    const struct ::timespec longAgo[2] = {{1'000'000'000, 0}, {1'000'000'000, 0}};
+    ASSERT_EQ(::utimensat(AT_FDCWD, path(made).toUtf8().constData(), longAgo, 0), 0);
+    files.removeLeftovers(folder.path(), now - std::chrono::hours(1));
+    EXPECT_EQ(names(), all);
+
+    files.removeLeftovers(folder.path(), now + std::chrono::hours(1));
+    QStringList rest = all;
+    for (const QString& name : leftovers)
+        EXPECT_TRUE(rest.removeOne(name)) << name.toStdString();
+    EXPECT_EQ(names(), rest);
+    EXPECT_TRUE(QFile::exists(path(QStringLiteral("below/.vellumry-0"))));
+
+    files.removeLeftovers(path(QStringLiteral("missing")), now); // there is nothing to tell
+}
+
 } // namespace

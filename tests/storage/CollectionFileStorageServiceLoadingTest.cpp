@@ -479,7 +479,7 @@ TEST_F(LoadingTest, conflictsAreWhatTheyWereSetTo)
 {
     QSignalSpy changes(&service(), &CollectionFileStorageService::detectedConflictsChanged);
     ConflictFile conflict;
-    conflict.path = path(QStringLiteral("a (conflicted copy).json"));
+    conflict.url = path(QStringLiteral("a (conflicted copy).json"));
     service().setDetectedConflicts({conflict});
     EXPECT_EQ(service().detectedConflicts(), QList<ConflictFile>{conflict});
     EXPECT_EQ(changes.count(), 1);

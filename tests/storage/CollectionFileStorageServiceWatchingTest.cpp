@@ -2,10 +2,9 @@
 #include "platform/linux/PosixFileSystem.h"
 #include "storage/MemoryFileSystem.h"
 #include "storage/StorageWorld.h"
+#include "support/Eventually.h"
 #include "support/LogCapture.h"
 
-#include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -436,6 +435,166 @@ TEST_F(WatchingTest, aFailedSaveReloadsNothing)
     EXPECT_FALSE(service().isWriting());
 }
 
+TEST_F(WatchingTest, aForeignChangeAroundAFailedSaveIsLoadedAtTheGuardsEnd)
+{
+    const auto failToWrite = [this] {
+        files.onOperation = [](const QString& operation, const QString& at) {
+            if (operation == u"write")
+                throw MemoryFileSystem::error(operation, at, ENOSPC);
+        };
+        EXPECT_FALSE(service().saveSnippets(used().data.snippets));
+        files.onOperation = nullptr;
+    };
+    writeNotes(QStringLiteral("n2"));
+    failToWrite();
+    pass(10s);
+    EXPECT_EQ(reloads(), 1) << "the save had met it";
+    EXPECT_EQ(currentIds(), changedIds);
+
+    loaded = *service().currentData();
+    failToWrite();
+    pass(100ms);
+    writeNotes(QStringLiteral("n1"));
+    pass(10s);
+    EXPECT_EQ(reloads(), 2);
+    EXPECT_EQ(currentIds(), libraryIds);
+}
+
+TEST_F(WatchingTest, aForeignChangeAroundAFolderThatCannotBeListedIsLoadedAtTheGuardsEnd)
+{
+    files.onOperation = [](const QString& operation, const QString& at) {
+        if (operation == u"list")
+            throw MemoryFileSystem::error(operation, at, EIO);
+    };
+    save(used());
+    pass(100ms);
+    writeNotes(QStringLiteral("n2"));
+    files.onOperation = nullptr;
+    pass(10s);
+    EXPECT_EQ(reloads(), 1);
+    EXPECT_EQ(currentIds(), changedIds);
+}
+
+TEST_F(WatchingTest, whatCouldNotBeListedAtAGuardsEndIsLookedForAtTheNext)
+{
+    save(used());
+    pass(100ms);
+    writeNotes(QStringLiteral("n2"));
+    files.onOperation = [](const QString& operation, const QString& at) {
+        if (operation == u"list")
+            throw MemoryFileSystem::error(operation, at, EIO);
+    };
+    pass(10s);
+    EXPECT_EQ(reloads(), 0);
+    EXPECT_EQ(currentIds(), libraryIds) << "better than an empty library";
+    files.onOperation = nullptr;
+    VellumryData order = *service().currentData(); // writes nothing of the collection Notes
+    order.data.snippets.removeIf([](const Snippet& each) { return each.id() == u"n1"; });
+    order.data.snippets.append(makeSnippet(QStringLiteral("n2"), notes.name));
+    service().saveFullData(order, false);
+    pass(10s);
+    EXPECT_EQ(reloads(), 1);
+}
+
+TEST_F(WatchingTest, aForeignMetadataFileInTheTickOfTheOwnIsNoticed)
+{
+    save(used());
+    const QString file = path(QStringLiteral("_metadata.json"));
+    const auto stamp = files.stamp(file);
+    QByteArray other = files.bytes(file);
+    other.replace("\"w\"", "\"?\"").replace("\"n\"", "\"w\"").replace("\"?\"", "\"n\"");
+    files.writeInPlace(file, other);
+    ASSERT_EQ(files.stamp(file), stamp);
+    tell(QStringLiteral("_metadata.json"));
+    pass(10s);
+    EXPECT_EQ(reloads(), 1);
+    EXPECT_EQ(idsOf(service().currentData()->data.collections),
+              (QStringList{QStringLiteral("n"), QStringLiteral("w"), QStringLiteral("m")}));
+}
+
+TEST_F(WatchingTest, aFileThatReplacesAnotherWhileASaveRemovesItStaysAndIsLoaded)
+{
+    VellumryData less = used();
+    less.data.collections.removeIf([](const auto& each) { return each.id == u"n"; });
+    files.onOperation = [this](const QString& operation, const QString& at) {
+        if (operation == u"write" && at.endsWith(u"/work.json")) {
+            files.now += 50ms;
+            writeNotes(QStringLiteral("n2")); // after this save has read the old one
+        }
+    };
+    save(less);
+    files.onOperation = nullptr;
+    EXPECT_TRUE(files.exists(path(QStringLiteral("notes.json"))));
+    pass(10s);
+    EXPECT_EQ(reloads(), 1);
+    EXPECT_EQ(currentIds(), changedIds);
+}
+
+// What a save meets before a reload could show it. A collection file goes when it can be understood
+// and its collection is not in the library that is saved, whoever made it and whatever the last
+// load made of it: there is no other sign that a collection was removed.
+
+TEST_F(WatchingTest, aNewForeignFileThatASaveMeetsInTheQuietTimeIsRemoved)
+{
+    files.replace(path(QStringLiteral("new.json")),
+                  collectionFileBytes(makeCollection(QStringLiteral("x"), QStringLiteral("New")),
+                                      {makeSnippet(QStringLiteral("x1"), QStringLiteral("New"))}));
+    tell(QStringLiteral("new.json"));
+    pass(400ms);
+    EXPECT_EQ(reloads(), 0) << "the quiet is not over";
+    save(used());
+    EXPECT_FALSE(files.exists(path(QStringLiteral("new.json"))));
+    EXPECT_EQ(currentIds(), libraryIds);
+}
+
+TEST_F(WatchingTest, aFileThatWasHalfWrittenAtTheLoadStaysUntilASaveUnderstandsIt)
+{
+    const QString file = path(QStringLiteral("notes.json"));
+    const QByteArray whole = files.bytes(file);
+    files.writeInPlace(file, whole.first(whole.size() / 2));
+    tell(QStringLiteral("notes.json"));
+    pass(10s);
+    EXPECT_EQ(currentIds(), (QStringList{QStringLiteral("m1"), QStringLiteral("w1")}));
+    loaded = *service().currentData();
+    save(used());
+    EXPECT_TRUE(files.exists(file));
+    pass(10s);
+
+    // Finished in time, it comes back.
+    files.writeInPlace(file, whole);
+    tell(QStringLiteral("notes.json"));
+    pass(500ms);
+    EXPECT_EQ(currentIds(), libraryIds);
+
+    // Finished just before a save, it is a collection that the library does not have.
+    files.writeInPlace(file, whole.first(whole.size() / 2));
+    tell(QStringLiteral("notes.json"));
+    pass(10s);
+    loaded = *service().currentData();
+    files.writeInPlace(file, whole);
+    tell(QStringLiteral("notes.json"));
+    save(used());
+    EXPECT_FALSE(files.exists(file));
+}
+
+// What a killed save leaves
+
+TEST_F(WatchingTest, theFirstGoodSaveInEachFolderRemovesLeftoversOfTheDayBefore)
+{
+    files.tidied.clear();
+    world.restart();
+    (void)service().loadFullData();
+    EXPECT_TRUE(files.tidied.isEmpty()) << "a load changes nothing";
+    for (int turn = 0; turn < 2; ++turn)
+        service().saveFullData(library, false);
+    ASSERT_EQ(files.tidied.size(), 1);
+    EXPECT_EQ(files.tidied[0], std::pair(world.folder, world.clock.now() - 24h));
+    world.setFolder(QStringLiteral("/other"));
+    service().saveFullData(library, false);
+    ASSERT_EQ(files.tidied.size(), 2);
+    EXPECT_EQ(files.tidied[1].first, QStringLiteral("/other"));
+}
+
 // Another location
 
 TEST_F(WatchingTest, followsTheFolderToAnotherLocation)
@@ -531,18 +690,6 @@ protected:
         }
     };
 
-    static bool comesTrue(const std::function<bool()>& condition)
-    {
-        QElapsedTimer waiting;
-        waiting.start();
-        while (!condition()) {
-            if (waiting.hasExpired(30'000))
-                return false;
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 10);
-        }
-        return true;
-    }
-
     /// Every file of the folder is whole.
     void expectWholeFiles() const
     {
@@ -578,7 +725,7 @@ TEST_F(SharedFolderTest, eachNoticesTheOthersChangeInEveryOrder)
     ASSERT_TRUE(other.store.loadFullData());
     one.store.startFileWatching();
     other.store.startFileWatching();
-    ASSERT_TRUE(comesTrue([&] { return !one.store.isWriting(); }));
+    ASSERT_TRUE(eventually([&] { return !one.store.isWriting(); }));
 
     // One writes and the other hears; then the other way round; each into the file of the other.
     qint64 expected = 0;
@@ -589,9 +736,9 @@ TEST_F(SharedFolderTest, eachNoticesTheOthersChangeInEveryOrder)
         ++expected;
         const QMap<QString, qint64> counts{{a, expected}, {b, expected}};
         EXPECT_EQ(writer->uses(), counts);
-        EXPECT_TRUE(comesTrue([&] { return reader.uses() == counts; }));
+        EXPECT_TRUE(eventually([&] { return reader.uses() == counts; }));
         expectWholeFiles();
-        EXPECT_TRUE(comesTrue([&] { return !writer->store.isWriting(); }));
+        EXPECT_TRUE(eventually([&] { return !writer->store.isWriting(); }));
     }
     // A slow machine can need more than one for the two saves of a turn.
     EXPECT_GE(one.reloads, 2);
@@ -601,7 +748,7 @@ TEST_F(SharedFolderTest, eachNoticesTheOthersChangeInEveryOrder)
     ASSERT_TRUE(one.store.incrementUsage(a));
     ASSERT_TRUE(other.store.incrementUsage(b));
     ASSERT_NE(one.uses(), other.uses());
-    EXPECT_TRUE(comesTrue([&] {
+    EXPECT_TRUE(eventually([&] {
         return one.uses() == other.uses() && !one.store.isWriting() && !other.store.isWriting();
     }));
     expectWholeFiles();
@@ -611,7 +758,7 @@ TEST_F(SharedFolderTest, eachNoticesTheOthersChangeInEveryOrder)
     less.data.collections.removeLast();
     less.data.snippets.removeIf([&](const Snippet& snippet) { return snippet.id() == b; });
     one.store.saveFullData(less, false);
-    EXPECT_TRUE(comesTrue([&] { return other.uses().keys() == QStringList{a}; }));
+    EXPECT_TRUE(eventually([&] { return other.uses().keys() == QStringList{a}; }));
     expectWholeFiles();
 }
 

@@ -3,6 +3,7 @@
 #include "core/SerialQueue.h"
 #include "storage/ManualFileEvents.h"
 #include "storage/MemoryFileSystem.h"
+#include "support/Eventually.h"
 #include "support/LogCapture.h"
 #include "support/ManualScheduler.h"
 
@@ -191,6 +192,17 @@ TEST_F(FileWatcherServiceTest, withATargetOnlyItsNameCounts)
               1);
 }
 
+TEST_F(FileWatcherServiceTest, aChangeOfTheFolderAsAWholeCountsOnlyWithoutATarget)
+{
+    start();
+    EXPECT_EQ(callbacksOf({folder}, {Flag::itemCreated}), 1) << "it is another folder";
+    EXPECT_EQ(callbacksOf({folder}, {Flag::itemModified}), 1) << "events were lost";
+    watcher.reset();
+    start(QStringLiteral("a.json"));
+    EXPECT_EQ(callbacksOf({folder}, {Flag::itemCreated}), 0);
+    EXPECT_EQ(callbacksOf({folder}, {Flag::itemModified}), 0);
+}
+
 TEST_F(FileWatcherServiceTest, theFirstPathThatCountsIsToldAndTheRestIgnored)
 {
     start();
@@ -319,8 +331,7 @@ TEST_F(FileWatcherServiceTest, callsBackOnTheMainThread)
     QElapsedTimer waiting;
     waiting.start();
     ASSERT_TRUE(QFile(directory.filePath(QStringLiteral("a.json"))).open(QIODevice::WriteOnly));
-    while (calls == 0 && !waiting.hasExpired(30'000))
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 5);
+    EXPECT_TRUE(eventually([&] { return calls > 0; }));
     EXPECT_EQ(calls, 1);
     EXPECT_GE(waiting.elapsed(), 500);
     EXPECT_EQ(calledOn, QThread::currentThread());

@@ -43,6 +43,10 @@ public:
     QStringList opened;
     /// The files that were written by write().
     QStringList written;
+    /// The folders in which leftovers were removed, and from before when.
+    QList<std::pair<QString, Date>> tidied;
+    /// Where exists() and isFolder() have looked.
+    QStringList lookedAt;
 
     [[nodiscard]] static FileError error(const QString& operation, const QString& path, int number)
     {
@@ -62,8 +66,16 @@ public:
         return found;
     }
 
-    [[nodiscard]] bool exists(const QString& path) override { return nodes.contains(path); }
-    [[nodiscard]] bool isFolder(const QString& path) override { return nodes.value(path).isFolder; }
+    [[nodiscard]] bool exists(const QString& path) override
+    {
+        lookedAt.append(path);
+        return nodes.contains(path);
+    }
+    [[nodiscard]] bool isFolder(const QString& path) override
+    {
+        lookedAt.append(path);
+        return nodes.value(path).isFolder;
+    }
     [[nodiscard]] bool isWritable(const QString& path) override { return exists(path); }
 
     [[nodiscard]] bool isSame(const QString& path, const QString& other) override
@@ -173,6 +185,12 @@ public:
     {
         begin(QStringLiteral("createFolders"), path);
         makeFolder(path);
+    }
+
+    /// Nothing is ever left over in memory.
+    void removeLeftovers(const QString& folder, Date before) override
+    {
+        tidied.append({folder, before});
     }
 
     // What other programs do to the files.

@@ -252,6 +252,10 @@ public:
     {
         throw FileError(QStringLiteral("create"), path, EACCES);
     }
+    void removeLeftovers(const QString& folder, Date before) override
+    {
+        real.removeLeftovers(folder, before);
+    }
 
 private:
     FileSystem& real;

@@ -63,11 +63,16 @@ TEST_F(SyncStorageServiceTest, takesOverThatNothingCouldBeLoaded)
 TEST_F(SyncStorageServiceTest, isDeafAfterItsEnd)
 {
     world.service().saveFullData(library, false);
+    const auto loadsAtAChange = [&] {
+        files.opened.clear();
+        Q_EMIT world.notifications.storageLocationDidChange(world.folder);
+        return files.opened.count(world.path(QStringLiteral("_metadata.json")));
+    };
     {
         const SyncStorageService sync(world.service(), world.locations, world.notifications);
+        EXPECT_EQ(loadsAtAChange(), 2) << "the store's own and the one of the service";
     }
-    Q_EMIT world.notifications.storageLocationDidChange(world.folder);
-    EXPECT_TRUE(world.service().currentData());
+    EXPECT_EQ(loadsAtAChange(), 1);
 }
 
 } // namespace

@@ -3,7 +3,10 @@
 #include "storage/MemoryFileSystem.h"
 #include "support/LogCapture.h"
 
+#include <QDir>
+#include <QFile>
 #include <QSet>
+#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 #include <cerrno>
@@ -106,12 +109,20 @@ TEST_F(CloudDriveDetectionTest, aProgramWithoutItsFolderIsNoDrive)
 
 TEST_F(CloudDriveDetectionTest, aFolderIsNotLookedAtWithoutItsProgram)
 {
+    const QStringList folders{
+        u"Dropbox"_s,  u"pCloud Drive"_s, u"GoogleDrive"_s,         u"Google Drive"_s,
+        u"OneDrive"_s, u"pCloudDrive"_s,  u"Library/CloudStorage"_s};
+    makeInHome(folders);
     makeInHome(
         {u"Library/CloudStorage/GoogleDrive-a/My Drive"_s, u"Library/CloudStorage/OneDrive-a"_s});
     files.onOperation = [](const QString& operation, const QString& path) {
         ADD_FAILURE() << operation.toStdString() << ' ' << path.toStdString();
     };
+    files.lookedAt.clear();
     EXPECT_EQ(found(), QStringList());
+    EXPECT_TRUE(files.lookedAt.contains(u"/Applications/Dropbox.app"_s));
+    for (const QString& folder : folders)
+        EXPECT_FALSE(files.lookedAt.contains(home + u'/' + folder)) << folder.toStdString();
 }
 
 TEST_F(CloudDriveDetectionTest, iCloudDriveNeedsNoProgram)
@@ -212,14 +223,28 @@ TEST_F(CloudDriveDetectionTest, theClientsForLinuxAreTriedLast)
     EXPECT_EQ(found(), QStringList{u"OneDrive: Library/CloudStorage/OneDrive-Personal"_s});
 }
 
-TEST_F(CloudDriveDetectionTest, theProgramLooksAtThisMachine)
+TEST(CloudDriveDetectionOnDisk, theProgramLooksInTheHomeFolderAndOnThePath)
 {
-    // Whatever is installed here, the detection ends well and in order.
-    QList<CloudDriveType> types;
+    const QTemporaryDir home;
+    const QTemporaryDir programs;
+    QFile client(programs.filePath(u"onedrive"_s));
+    ASSERT_TRUE(client.open(QIODevice::WriteOnly));
+    ASSERT_TRUE(client.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    for (const QString& folder :
+         {u"Library/Mobile Documents/com~apple~CloudDocs"_s, u"OneDrive"_s, u"pCloudDrive"_s})
+        ASSERT_TRUE(QDir(home.path()).mkpath(folder));
+    const QByteArray homeBefore = qgetenv("HOME");
+    const QByteArray pathBefore = qgetenv("PATH");
+    qputenv("HOME", home.path().toUtf8());
+    qputenv("PATH", programs.path().toUtf8());
+    QStringList found;
     for (const DetectedCloudDrive& drive :
          CloudDriveDetectionService::shared().detectInstalledCloudDrives())
-        types.append(drive.type);
-    EXPECT_TRUE(std::is_sorted(types.begin(), types.end()));
+        found.append(drive.syncFolderPath);
+    qputenv("HOME", homeBefore);
+    qputenv("PATH", pathBefore);
+    EXPECT_EQ(found, (QStringList{home.filePath(u"Library/Mobile Documents/com~apple~CloudDocs"_s),
+                                  home.filePath(u"OneDrive"_s)}));
 }
 
 } // namespace

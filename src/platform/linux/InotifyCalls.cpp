@@ -1,5 +1,6 @@
 #include "platform/linux/InotifyCalls.h"
 
+#include <fcntl.h>
 #include <sys/inotify.h>
 #include <unistd.h>
 
@@ -38,6 +39,16 @@ int InotifyCalls::stat(const char* path, struct ::stat* result)
 int InotifyCalls::statfs(const char* path, struct ::statfs* result)
 {
     return ::statfs(path, result);
+}
+
+ssize_t InotifyCalls::readLink(const char* path, char* buffer, size_t count)
+{
+    return ::readlink(path, buffer, count);
+}
+
+int InotifyCalls::openMountTable()
+{
+    return ::open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC);
 }
 
 } // namespace vellumry

@@ -22,6 +22,9 @@ public:
     virtual ssize_t read(int descriptor, void* buffer, size_t count);
     virtual int stat(const char* path, struct ::stat* result);
     virtual int statfs(const char* path, struct ::statfs* result);
+    virtual ssize_t readLink(const char* path, char* buffer, size_t count);
+    /// Opens the table of this process's mounts for reading; not inherited.
+    virtual int openMountTable();
 };
 
 } // namespace vellumry

@@ -3,19 +3,17 @@
 #include "core/Log.h"
 #include "core/SerialQueue.h"
 
-#include <QDir>
-#include <QFileInfo>
+#include <QByteArrayList>
 #include <QSocketNotifier>
 #include <QStringBuilder>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <climits>
 #include <cstring>
-#include <fcntl.h>
 #include <linux/magic.h>
 #include <sys/inotify.h>
-#include <unistd.h>
 
 namespace vellumry {
 
@@ -25,11 +23,14 @@ using namespace std::chrono_literals;
 
 /// How often a folder that is not there is looked for.
 constexpr auto searchInterval = 1s;
+/// How often a remote folder is looked through.
+constexpr auto lookInterval = 5s;
 
 constexpr uint32_t folderEvents = IN_CREATE | IN_DELETE | IN_MODIFY | IN_CLOSE_WRITE |
                                   IN_MOVED_FROM | IN_MOVED_TO | IN_DELETE_SELF | IN_MOVE_SELF |
                                   IN_ONLYDIR | IN_EXCL_UNLINK;
-constexpr uint32_t wayEvents = IN_DELETE_SELF | IN_MOVE_SELF | IN_DONT_FOLLOW;
+/// Added to, since the way may pass a folder twice.
+constexpr uint32_t wayEvents = IN_DELETE_SELF | IN_MOVE_SELF | IN_DONT_FOLLOW | IN_MASK_ADD;
 
 quint32 flagsOf(uint32_t mask)
 {
@@ -48,7 +49,7 @@ quint32 flagsOf(uint32_t mask)
 }
 
 /// Whether other machines, or the program behind the file system, change files unseen.
-bool isRemote(decltype(statfs::f_type) type)
+bool isRemoteType(decltype(statfs::f_type) type)
 {
     constexpr std::array<quint32, 12> remote{NFS_SUPER_MAGIC,
                                              SMB_SUPER_MAGIC,
@@ -70,24 +71,28 @@ bool isRemote(decltype(statfs::f_type) type)
 std::unique_ptr<FileEventStream> FileEventStream::local(const Request& request)
 {
     static InotifyCalls calls;
-    return InotifyFileEventStream::create(request, EventLoopScheduler::shared(), calls);
+    return InotifyFileEventStream::create(request, EventLoopScheduler::shared(), calls,
+                                          FileSystem::local());
 }
 
-std::unique_ptr<FileEventStream>
-InotifyFileEventStream::create(const Request& request, Scheduler& scheduler, InotifyCalls& calls)
+std::unique_ptr<FileEventStream> InotifyFileEventStream::create(const Request& request,
+                                                                Scheduler& scheduler,
+                                                                InotifyCalls& calls,
+                                                                FileSystem& files)
 {
     const int descriptor = calls.open();
     if (descriptor < 0)
         return nullptr;
     return std::unique_ptr<FileEventStream>(
-        new InotifyFileEventStream(request, scheduler, calls, descriptor));
+        new InotifyFileEventStream(request, scheduler, calls, files, descriptor));
 }
 
 InotifyFileEventStream::InotifyFileEventStream(Request wanted, Scheduler& timing,
-                                               InotifyCalls& systemCalls, int openDescriptor)
+                                               InotifyCalls& systemCalls, FileSystem& fileSystem,
+                                               int openDescriptor)
     : request(std::move(wanted)), nativeFolder(request.folder.toUtf8()), scheduler(timing),
-      calls(systemCalls), descriptor(openDescriptor),
-      mountTable(::open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC))
+      calls(systemCalls), files(fileSystem), descriptor(openDescriptor),
+      mountTable(calls.openMountTable())
 {
 }
 
@@ -96,7 +101,7 @@ InotifyFileEventStream::~InotifyFileEventStream()
     InotifyFileEventStream::stop();
     calls.close(descriptor);
     if (mountTable >= 0)
-        ::close(mountTable);
+        calls.close(mountTable);
 }
 
 bool InotifyFileEventStream::start()
@@ -125,6 +130,7 @@ void InotifyFileEventStream::stop()
         disarm();
         anchor.reset();
         isCooling = false;
+        isLookDue = false;
         paths.clear();
         flags.clear();
         positions.clear();
@@ -164,7 +170,8 @@ bool InotifyFileEventStream::arm()
         watched = identity();
         if (watched && watched == before) {
             wayWatches.remove(folderWatch);
-            tellIfRemote();
+            if (isRemote())
+                beginLooking();
             return true;
         }
         disarm(); // another folder took its place just then
@@ -182,32 +189,67 @@ void InotifyFileEventStream::disarm()
     folderWatch = -1;
     wayWatches.clear();
     watched.reset();
+    look.reset();
 }
 
-/// Watches whatever the path may come to lead elsewhere by: the folders above and the links.
+/// Watches whatever the path may come to lead elsewhere by: the folders above and the links, which
+/// may lead to further ones.
 void InotifyFileEventStream::watchTheWay()
 {
-    const auto watch = [this](const QString& path, uint32_t events) {
-        const int added = calls.addWatch(descriptor, path.toUtf8().constData(), events);
-        // What may not be watched is left out.
-        if (added >= 0)
-            wayWatches.insert(added);
-    };
-    const auto watchWithFoldersAbove = [&](QString path) {
-        watch(path, wayEvents);
-        // A folder that is removed while somebody has it open is told of by its parent alone.
-        uint32_t events = wayEvents | IN_DELETE;
-        for (path.truncate(path.lastIndexOf(u'/')); !path.isEmpty();
-             path.truncate(path.lastIndexOf(u'/'))) {
-            watch(path, events);
-            events = wayEvents;
+    constexpr int mostLinks = 40; // as the system has it
+    int links = 0;
+    QByteArrayList ahead = nativeFolder.split('/');
+    QByteArray path; // without links, as far as it has come
+    while (!ahead.isEmpty()) {
+        const QByteArray name = ahead.takeFirst();
+        if (name.isEmpty() || name == ".")
+            continue;
+        if (name == "..") {
+            path.truncate(std::max<qsizetype>(path.lastIndexOf('/'), 0));
+            continue;
         }
-    };
-    const QString path = QDir::cleanPath(request.folder);
-    const QString canonicalPath = QFileInfo(path).canonicalFilePath();
+        const QByteArray next = path + '/' + name;
+        const std::optional<QByteArray> target = linkTarget(next);
+        if (!target) {
+            path = next;
+            continue;
+        }
+        if (++links > mostLinks)
+            return;
+        watchWithFoldersAbove(next);
+        if (target->startsWith('/'))
+            path.clear();
+        ahead = target->split('/') + ahead;
+    }
     watchWithFoldersAbove(path);
-    if (canonicalPath != path)
-        watchWithFoldersAbove(canonicalPath);
+}
+
+void InotifyFileEventStream::watchWithFoldersAbove(const QByteArray& path)
+{
+    watchOnTheWay(path, wayEvents);
+    // What is removed while somebody has it open is told of by its parent alone.
+    uint32_t events = wayEvents | IN_DELETE;
+    for (QByteArray above = path.left(path.lastIndexOf('/')); !above.isEmpty();
+         above.truncate(above.lastIndexOf('/'))) {
+        watchOnTheWay(above, events);
+        events = wayEvents;
+    }
+}
+
+void InotifyFileEventStream::watchOnTheWay(const QByteArray& path, uint32_t events)
+{
+    const int added = calls.addWatch(descriptor, path.constData(), events);
+    // What may not be watched is left out.
+    if (added >= 0)
+        wayWatches.insert(added);
+}
+
+/// Where the link at the path leads; nothing when there is no link.
+std::optional<QByteArray> InotifyFileEventStream::linkTarget(const QByteArray& path)
+{
+    std::array<char, PATH_MAX> target{};
+    const ssize_t length = calls.readLink(path.constData(), target.data(), target.size());
+    return length < 0 ? std::nullopt : std::optional(QByteArray(target.data(), length));
 }
 
 /// Looks for the folder at the path until it is there, and tells that it may hold anything now.
@@ -238,12 +280,38 @@ std::optional<InotifyFileEventStream::Identity> InotifyFileEventStream::identity
     return Identity(status.st_dev, status.st_ino);
 }
 
-void InotifyFileEventStream::tellIfRemote()
+// The remote folder
+
+bool InotifyFileEventStream::isRemote()
 {
     struct ::statfs system {};
-    if (calls.statfs(nativeFolder.constData(), &system) == 0 && isRemote(system.f_type))
-        log(u"FileEventStream",
-            QString(u"网络文件系统，可能收不到其他设备的变化 - " % request.folder));
+    return calls.statfs(nativeFolder.constData(), &system) == 0 && isRemoteType(system.f_type);
+}
+
+void InotifyFileEventStream::beginLooking()
+{
+    log(u"FileEventStream",
+        QString(u"网络文件系统，其他设备的变化可能延迟或收不到 - " % request.folder));
+    look.emplace(request.folder, files);
+    if (!isLookDue)
+        lookAfterAWhile();
+}
+
+void InotifyFileEventStream::lookAfterAWhile()
+{
+    isLookDue = true;
+    scheduler.after(lookInterval, anchor.get(), [this] {
+        isLookDue = false;
+        if (!look)
+            return;
+        if (identity() != watched)
+            return rearm();
+        lookAfterAWhile();
+        for (const QString& name : look->changedNames())
+            add(request.folder % u'/' % name, itemModified);
+        if (!paths.isEmpty() && !isCooling)
+            deliver();
+    });
 }
 
 // The events
@@ -287,8 +355,12 @@ void InotifyFileEventStream::take(const struct ::inotify_event& event, const cha
         isLost = true;
     else if (!isOfFolder)
         isLost = isLost || identity() != watched;
-    else if (const quint32 changes = flagsOf(event.mask); changes != 0)
-        add(request.folder % u'/' % QString::fromUtf8(name), changes);
+    else if (const quint32 changes = flagsOf(event.mask); changes != 0) {
+        const QString fileName = QString::fromUtf8(name);
+        add(request.folder % u'/' % fileName, changes);
+        if (look)
+            look->accept(fileName);
+    }
 }
 
 /// Puts an event into the next batch, in which each path stands once.

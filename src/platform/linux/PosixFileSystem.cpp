@@ -15,6 +15,7 @@
 #include <memory>
 #include <new>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
@@ -145,6 +146,20 @@ public:
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
+    static constexpr std::string_view digits = "0123456789abcdefghijklmnopqrstuvwxyz";
+    static constexpr const char* prefix = ".vellumry-";
+
+    /// Whether create() can have made a file of this name.
+    static bool isNameOfOne(std::string_view name)
+    {
+        constexpr size_t mostDigits = 13; // of 64 bits
+        if (!name.starts_with(prefix))
+            return false;
+        name.remove_prefix(std::string_view(prefix).size());
+        return !name.empty() && name.size() <= mostDigits &&
+               name.find_first_not_of(digits) == std::string_view::npos;
+    }
+
     /// Makes an empty file with a name of its own: hidden, short however long the target's name
     /// is, and without the extension by which folders are scanned.
     static TemporaryFile create(FileCalls& calls, const QByteArray& folder)
@@ -155,8 +170,8 @@ public:
         int descriptor = -1;
         for (int attempt = 0; attempt < attempts; ++attempt) {
             const QByteArray random =
-                QByteArray::number(QRandomGenerator::global()->generate64(), 36);
-            path = folder + "/.vellumry-" + random;
+                QByteArray::number(QRandomGenerator::global()->generate64(), digits.size());
+            path = folder + '/' + prefix + random;
             descriptor = uninterrupted([&] {
                 return calls.open(path.constData(),
                                   O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, ownerOnly);
@@ -597,6 +612,22 @@ void PosixFileSystem::createFolders(const QString& path)
     fs::create_directories(native(path).toStdString(), error);
     if (error)
         fail("create", path, error.value());
+}
+
+void PosixFileSystem::removeLeftovers(const QString& folder, Date before)
+{
+    std::error_code error;
+    fs::directory_iterator entry(native(folder).toStdString(), error);
+    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+        const std::string name = entry->path().filename().native();
+        struct ::stat status {};
+        if (!TemporaryFile::isNameOfOne(name) || calls.lstat(entry->path().c_str(), &status) != 0 ||
+            !S_ISREG(status.st_mode))
+            continue;
+        // A copy that is under way may already bear the modification time of its original.
+        if (std::max(dateOf(status.st_mtim), dateOf(status.st_ctim)) < before)
+            (void)calls.unlink(entry->path().c_str());
+    }
 }
 
 FileSystem& FileSystem::local()

@@ -28,6 +28,7 @@ public:
     void removeAll(const QString& path) override;
     void removeEmptyFolder(const QString& path) override;
     void createFolders(const QString& path) override;
+    void removeLeftovers(const QString& folder, Date before) override;
 
 private:
     class Descriptor;
