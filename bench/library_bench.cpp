@@ -6,8 +6,12 @@
 
 #include "core/Log.h"
 #include "library/ImportExportService.h"
+#include "library/SaveFileDialog.h"
+#include "library/SnippetEditorViewModel.h"
 #include "library/SnippetListViewModel.h"
+#include "palette/ClipboardServiceProtocol.h"
 #include "palette/FuzzySearchService.h"
+#include "palette/SnippetVariableService.h"
 #include "support/LibraryGenerator.h"
 #include "support/Ratio.h"
 #include "support/World.h"
@@ -17,6 +21,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <map>
+#include <memory>
 #include <string>
 
 namespace vellumry::bench {
@@ -120,6 +125,66 @@ void measureDrafts(int count)
     measureAgainstTime("draft update in the biggest collection", count, {[&] { edit(0); }, {}});
     model.selectUnsaved();
     measureAgainstTime("draft update in Unsaved with 100 drafts", count, {[&] { edit(0); }, {}});
+}
+
+class NoClipboard final : public ClipboardServiceProtocol {
+public:
+    void copy(const QString&) override {}
+    void copySecret(const QString&) override {}
+};
+
+class NoSaveDialog final : public SaveFileDialog {
+public:
+    void ask(const Request&, std::function<void(const QString&)>) override {}
+    void warn(const QString&, const QString&) override {}
+};
+
+/// What a keystroke in the editor costs, with the list that follows it.
+void measureEditor(int count)
+{
+    ListWorld world(count);
+    SnippetListViewModel& model = world.model;
+    NoClipboard clipboard;
+    NoSaveDialog dialog;
+    const auto open = [&](const Snippet& snippet) {
+        return std::make_unique<SnippetEditorViewModel>(
+            SnippetEditorViewModel::Dependencies{
+                world.storage, [&] { return world.storage.currentData(); }, clipboard,
+                FileSystem::local(), dialog, world.center, EventLoopScheduler::shared(),
+                SystemClock::shared()},
+            snippet, false, model.snippets(),
+            SnippetEditorViewModel::reportingTo(model, snippet.id()));
+    };
+    const Snippet snippet = model.snippets().at(count / 2);
+    const auto editor = open(snippet);
+    // The texts are made before they are typed, as the text control makes them.
+    const QString huge(5 * 1000 * 1000, u'x');
+    const QStringList texts{snippet.content(), snippet.content() + u'x'};
+    const QStringList hugeTexts{huge, huge + u'x'};
+    const QStringList titles{QStringLiteral("a title"), QStringLiteral("a title.")};
+    int edits = 0;
+    const auto type = [&](const QStringList& typed) { editor->setContent(typed[++edits % 2]); };
+    measureAgainstTime("keystroke in the content", count, {[&] { type(texts); }, {}});
+    measureAgainstTime("keystroke in a content of 5 million characters", count,
+                       {[&] { type(hugeTexts); }, {}});
+    measureAgainstTime("keystroke in the title over such a content", count,
+                       {[&] { editor->setTitle(titles[++edits % 2]); }, {}});
+    editor->setVariableValue(QStringLiteral("value"), QStringLiteral("name"));
+    measureAgainstTime("keystroke in the title, with a value of a placeholder", count,
+                       {[&] { editor->setTitle(titles[++edits % 2]); }, {}});
+    measureAgainst("keystroke in that content, with a value of a placeholder", count,
+                   {[&] { type(hugeTexts); }, {}}, "the search for placeholders alone",
+                   {[&] { keep(SnippetVariableService::shared().extractNames(huge)); }, {}}, 1.3);
+    measureAgainst("opening of an editor", count, {[&] { keep(open(snippet)); }, {}},
+                   "a pass over all collection names",
+                   {[&] {
+                        qsizetype size = 0;
+                        for (const Snippet& each : model.snippets())
+                            size += each.collection().size();
+                        keep(size);
+                    },
+                    {}},
+                   2.0);
 }
 
 void measureSelection(int count)
@@ -327,6 +392,7 @@ int main(int argc, char** argv)
     for (const int count : counts) {
         measureReads(count);
         measureDrafts(count);
+        measureEditor(count);
         measureSelection(count);
         measureFilters(count);
         measureChanges(count, false);
