@@ -449,7 +449,7 @@ bool CollectionFileStorageService::shouldWriteCollectionFile(const QString& fold
                                                              JSONDecoder& decoder)
 {
     const CollectionFile* file = cache.decodableFile(baseName, decoder);
-    return !file || !holds(*file, collection, snippets, collectionPath(folder, baseName));
+    return !file || !holds(*file, collection, snippets, collectionFilePath(folder, baseName));
 }
 
 bool CollectionFileStorageService::saveSnippets(const QList<Snippet>& snippets)
