@@ -347,6 +347,7 @@ void SettingsView::hideEvent(QHideEvent* event)
 void SettingsView::onAppear()
 {
     appeared = true;
+    showRecorder();
     services.hotkeyService.pauseHotkey();
 }
 
@@ -354,7 +355,9 @@ void SettingsView::onDisappear()
 {
     if (!std::exchange(appeared, false))
         return;
-    stopRecording();
+    // The window may be on its way out: nothing is built any more, to be shown or not.
+    recording = false;
+    modifiers = {};
     services.hotkeyService.resumeHotkey();
 }
 
