@@ -33,6 +33,14 @@ protected:
         theme.setScheme(ColorScheme::light);
     }
 
+    /// In full, also on a screen that is lower.
+    void openInFull()
+    {
+        open();
+        window->resize(view().sizeHint());
+        QApplication::processEvents();
+    }
+
     static void save(const QImage& image, const QString& name)
     {
         const QString folder = qEnvironmentVariable("VELLUMRY_SCREENSHOTS");
@@ -46,7 +54,7 @@ protected:
 TEST_F(SettingsPictures, Settings)
 {
     world.service().startFileWatching();
-    open();
+    openInFull();
     picture(u"settings"_s, {&ColorTokens::sheet, &ColorTokens::group, &ColorTokens::accentFill,
                             &ColorTokens::cardSelected, &ColorTokens::keycap});
 }
@@ -54,7 +62,7 @@ TEST_F(SettingsPictures, Settings)
 TEST_F(SettingsPictures, Recording)
 {
     world.service().startFileWatching();
-    open();
+    openInFull();
     startRecording();
     press(Qt::Key_Control);
     press(Qt::Key_Shift, Qt::ControlModifier);
@@ -64,7 +72,7 @@ TEST_F(SettingsPictures, Recording)
 TEST_F(SettingsPictures, ShortcutConflict)
 {
     world.service().startFileWatching();
-    open();
+    openInFull();
     startRecording();
     key(Qt::Key_3, Qt::ControlModifier | Qt::ShiftModifier);
     picture(u"settings-shortcut-conflict"_s, {&ColorTokens::warning});
@@ -79,14 +87,14 @@ TEST_F(SettingsPictures, SyncConflict)
     files.replace(world.folder + u"/Work.json"_s, "{}");
     files.replace(world.folder + u"/Work (conflicted copy 2024-01-31).json"_s, "{}");
     world.service().startFileWatching();
-    open();
+    openInFull();
     picture(u"settings-sync-conflict"_s, {&ColorTokens::warning});
 }
 
 TEST_F(SettingsPictures, WithoutLaunchAtLoginAndWithAProblem)
 {
     hasLoginItem = false;
-    open();
+    openInFull();
     click(view().storageSection().revealButton());
     fileViewer.fail(u"no file manager answers, and xdg-open cannot be started"_s);
     view().recorderButton()->setFocus(Qt::TabFocusReason);
@@ -100,7 +108,7 @@ TEST_F(SettingsPictures, LargeText)
                            "all/Vellumry"_s);
     files.makeFolder(world.folder);
     world.service().startFileWatching();
-    open();
+    openInFull();
     startRecording();
     press(Qt::Key_Control);
     press(Qt::Key_Shift, Qt::ControlModifier);
