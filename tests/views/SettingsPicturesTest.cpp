@@ -3,6 +3,7 @@
 
 #include "views/SettingsFixture.h"
 
+#include <QAbstractButton>
 #include <QDir>
 #include <QImage>
 #include <QSet>
@@ -115,6 +116,11 @@ TEST_F(SettingsPictures, LargeText)
     press(Qt::Key_Alt, Qt::ControlModifier | Qt::ShiftModifier);
     press(Qt::Key_Super_L, Qt::ControlModifier | Qt::ShiftModifier | Qt::AltModifier);
     picture(u"settings-large-text"_s);
+    for (const auto* button : view().findChildren<QAbstractButton*>()) {
+        const QRect place(button->mapTo(&view(), QPoint()), button->size());
+        EXPECT_TRUE(!button->isVisible() || place.right() < view().width())
+            << qPrintable(button->text());
+    }
 }
 
 TEST_F(SettingsPictures, LowWindow)
