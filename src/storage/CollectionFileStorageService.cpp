@@ -530,7 +530,7 @@ QStringList CollectionFileStorageService::walkCollectionFiles(const QString& fol
 {
     QStringList baseNames;
     for (const QString& fileName : with.files.list(folder)) {
-        if (const auto baseName = collectionFileBaseNameOf(fileName))
+        if (const auto baseName = baseNameOfCollectionFile(fileName))
             baseNames.append(*baseName);
     }
     cache.beginWalk(folder, baseNames);
