@@ -254,7 +254,7 @@ std::optional<VellumryData> CollectionFileStorageService::loadLegacySingleFile()
         log(u"加载旧格式失败 - " % failure.description());
         return std::nullopt;
     }
-    const auto data = DataValidator::singleFileLibrary(bytes, with.clock);
+    auto data = DataValidator::singleFileLibrary(bytes, with.clock);
     if (data)
         setCurrentData(*data);
     return data;
