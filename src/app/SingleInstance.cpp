@@ -1,13 +1,12 @@
 #include "app/SingleInstance.h"
 
+#include "app/RemoteCommands.h"
 #include "core/Log.h"
 #include "platform/linux/SessionBus.h"
 
-#include <QDBusAbstractAdaptor>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
-#include <QStringList>
 #include <QVariantMap>
 
 #include <utility>
@@ -28,47 +27,6 @@ void log(QStringView message)
 }
 
 } // namespace
-
-/// The desktop's common interface to running programs; the actions bear the names of the switches
-/// without their dashes.
-class RemoteCommands final : public QDBusAbstractAdaptor {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
-
-public:
-    explicit RemoteCommands(QObject* parent) : QDBusAbstractAdaptor(parent) {}
-
-    void listen(std::function<void(StartCommand)> onCommand)
-    {
-        receiver = std::move(onCommand);
-        for (const StartCommand command : std::exchange(waiting, {}))
-            post(command);
-    }
-
-public Q_SLOTS:
-    void Activate(const QVariantMap&) { post(StartCommand::open); }
-    void Open(const QStringList&, const QVariantMap&) { post(StartCommand::open); }
-    void ActivateAction(const QString& name, const QVariantList&, const QVariantMap&)
-    {
-        if (const auto command = commandOf(QStringLiteral("--") + name))
-            post(*command);
-    }
-
-private:
-    /// Later, so that the caller has its answer before windows take their time.
-    void post(StartCommand command)
-    {
-        if (!receiver) {
-            waiting.append(command);
-            return;
-        }
-        QMetaObject::invokeMethod(
-            this, [this, command] { receiver(command); }, Qt::QueuedConnection);
-    }
-
-    std::function<void(StartCommand)> receiver;
-    QList<StartCommand> waiting;
-};
 
 SingleInstance::~SingleInstance()
 {
@@ -125,5 +83,3 @@ SingleInstance::Role SingleInstance::forward(StartCommand command)
 }
 
 } // namespace vellumry
-
-#include "SingleInstance.moc"
