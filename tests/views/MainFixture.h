@@ -94,11 +94,14 @@ public:
     /// Shows the view, active and with nothing under the pointer.
     void open(const QSize& size = {1024, 680})
     {
+        QCursor::setPos({5000, 5000});
         content().resize(size);
         content().show();
         content().activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&content()));
         QApplication::processEvents();
+        hover(sidebar(), false);
+        hover(list(), false);
     }
 
     MainContentView& content()

@@ -27,7 +27,7 @@ constexpr int gap = 9;
 constexpr int leftPadding = 9;
 constexpr int rightPadding = 10;
 constexpr int chevronSize = 14;
-constexpr int leastTextWidth = 90;
+constexpr int leastTextWidth = 108;
 
 constexpr auto symbolKey = "symbol";
 constexpr auto swatchKey = "swatch";

@@ -165,7 +165,7 @@ CollectionSidebarView::CollectionSidebarView(const Dependencies& dependencies, Q
     area->viewport()->setAutoFillBackground(false);
     content->setAutoFillBackground(false);
     content->setFocusPolicy(Qt::NoFocus);
-    area->installEventFilter(this);
+    area->viewport()->installEventFilter(this);
 
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 1, 0);
@@ -315,8 +315,10 @@ void CollectionSidebarView::refreshCollectionRows()
             ++each;
             continue;
         }
-        if (dragged == each.key())
+        if (dragged == each.key()) {
             dropLifted();
+            dragged.reset();
+        }
         slidFrom.erase(each.value());
         each.value()->hide();
         each.value()->deleteLater();
@@ -737,7 +739,7 @@ void CollectionSidebarView::resizeEvent(QResizeEvent* event)
 
 bool CollectionSidebarView::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == area && event->type() == QEvent::Resize)
+    if (watched == area->viewport() && event->type() == QEvent::Resize)
         placeRows();
     return false;
 }
