@@ -177,8 +177,7 @@ void measureLoad(int count)
 
 void measureEncode(int count)
 {
-    const VellumryData library = LibraryGenerator::generate(count);
-    const QList<CollectionFileData> files = LibraryGenerator::collectionFiles(library);
+    const QList<CollectionFileData> files = LibraryGenerator::loadedFiles(count);
     QByteArray all;
     JSONEncoder encoder = JSONEncoder::vellumry();
     for (const CollectionFileData& file : files)

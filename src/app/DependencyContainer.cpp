@@ -38,12 +38,17 @@ StorageServiceProtocol& DependencyContainer::storageService()
     return collectionFileStorageService();
 }
 
+Pasteboard& DependencyContainer::systemPasteboard()
+{
+    if (!pasteboard)
+        pasteboard = std::make_unique<ClipboardPasteboard>();
+    return *pasteboard;
+}
+
 ClipboardServiceProtocol& DependencyContainer::clipboardService()
 {
-    if (!clipboard) {
-        pasteboard = std::make_unique<ClipboardPasteboard>();
-        clipboard = std::make_unique<ClipboardService>(*pasteboard);
-    }
+    if (!clipboard)
+        clipboard = std::make_unique<ClipboardService>(systemPasteboard());
     return *clipboard;
 }
 

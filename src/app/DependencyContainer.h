@@ -30,6 +30,7 @@ public:
     [[nodiscard]] CollectionFileStorageService& collectionFileStorageService();
     /// The same object, seen through the protocol.
     [[nodiscard]] StorageServiceProtocol& storageService();
+    [[nodiscard]] Pasteboard& systemPasteboard();
     [[nodiscard]] ClipboardServiceProtocol& clipboardService();
     [[nodiscard]] SearchServiceProtocol& searchService();
     [[nodiscard]] HotkeyService& hotkeyService();

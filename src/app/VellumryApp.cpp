@@ -16,11 +16,10 @@
 #include "settings/SettingsService.h"
 #include "storage/CollectionFileStorageService.h"
 #include "storage/StorageLocationManager.h"
-#include "views/common/KeyboardText.h"
-#include "views/window/LibrarySummary.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QSessionManager>
 
 #include <csignal>
 #include <cstdio>
@@ -145,11 +144,15 @@ VellumryApp::VellumryApp()
     : container(DependencyContainer::shared()), statusArea(EventLoopScheduler::shared()),
       launchState(NotificationCenter::defaultCenter(),
                   [] { return StorageLocationManager::shared().needsFirstLaunchSetup(); }),
+      contents({.container = container,
+                .launchState = launchState,
+                .showSettings = [this] { windows.showSettingsWindow(); }}),
       windows({.activation = panelActivation,
                .commands = [this]() -> AppCommands& { return commands(); },
-               .makeMainContents = [this] { return makeMainContents(); },
+               .makeMainContents = [this] { return contents.make(); },
                .makeSettingsContents = {}}),
-      appDelegate(delegateDependencies()), quitSignals([this] { appDelegate.terminate(); })
+      appDelegate(delegateDependencies()),
+      quitSignals([this] { sessionEnds([] { return false; }, [] {}); })
 {
     MainWindowKeeper& keeper = appDelegate.mainWindowKeeper();
     connect(&windows, &ApplicationWindows::mainWindowDidAppear, this, [this, &keeper] {
@@ -168,6 +171,14 @@ VellumryApp::VellumryApp()
                 appDelegate.applicationDidBecomeActive();
         },
         Qt::QueuedConnection);
+    // Answered before the session goes on.
+    connect(
+        qApp, &QGuiApplication::commitDataRequest, this,
+        [this](QSessionManager& session) {
+            sessionEnds([&session] { return session.allowsInteraction(); },
+                        [&session] { session.cancel(); });
+        },
+        Qt::DirectConnection);
 }
 
 VellumryApp::~VellumryApp() = default;
@@ -196,8 +207,12 @@ AppDelegate::Dependencies VellumryApp::delegateDependencies()
             .mainSnippetListViewModel = [this]() -> SnippetListViewModel& {
                 return container.mainSnippetListViewModel();
             },
-            .applicationShouldTerminate = [] { return true; },
-            .applicationWillTerminate = [] {},
+            .applicationShouldTerminate =
+                [this] {
+                    return termination().applicationShouldTerminate() ==
+                           Termination::Reply::terminateNow;
+                },
+            .applicationWillTerminate = [this] { termination().applicationWillTerminate(); },
             .endProcess = [] { QCoreApplication::exit(EXIT_SUCCESS); }};
 }
 
@@ -208,21 +223,42 @@ AppCommands& VellumryApp::commands()
             AppCommands::Dependencies{.windows = windows,
                                       .notifications = NotificationCenter::defaultCenter(),
                                       .settings = container.settings(),
-                                      .showSettings = {},
+                                      .showSettings = [this] { windows.showSettingsWindow(); },
                                       .terminate = [this] { appDelegate.terminate(); },
                                       .toggleSidebar = {}});
     }
     return *appCommands;
 }
 
-QWidget* VellumryApp::makeMainContents()
+Termination& VellumryApp::termination()
 {
-    return new LibrarySummary([this] {
-        return LibrarySummary::Facts{
-            .hotkey = keyboardText(container.settings().quickSearchHotkey()),
-            .snippetCount = container.storageService().loadSnippets().size(),
-            .folder = StorageLocationManager::shared().currentLocationDisplayName()};
-    });
+    if (!ending) {
+        ending.emplace(Termination::Dependencies{
+            .list = container.mainSnippetListViewModel(),
+            .notifications = NotificationCenter::defaultCenter(),
+            .ask = [this](const QuitQuestion& question) { return askBeforeEnd(question); }});
+    }
+    return *ending;
+}
+
+/// In the main window, which is brought up for it.
+std::optional<qsizetype> VellumryApp::askBeforeEnd(const QuitQuestion& question)
+{
+    appDelegate.mainWindowKeeper().openOrCreateMainWindow();
+    return contents.ask(question);
+}
+
+/// The desktop's session ends, or somebody ends the process: what the person has not saved is not
+/// saved behind their back, and the end is held up only where a question may be put.
+void VellumryApp::sessionEnds(const std::function<bool()>& mayAsk,
+                              const std::function<void()>& refuse)
+{
+    if (termination().sessionShouldEnd(mayAsk) == Termination::Reply::terminateCancel) {
+        refuse();
+        return;
+    }
+    termination().applicationWillTerminate();
+    QCoreApplication::exit(EXIT_SUCCESS);
 }
 
 void VellumryApp::launch(StartCommand command)
