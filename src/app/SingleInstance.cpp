@@ -48,13 +48,22 @@ SingleInstance::Role SingleInstance::claim(StartCommand command)
     // The object first: whoever finds the name finds it too.
     auto* object = new RemoteCommands(this);
     bus.registerObject(objectPath, this);
-    if (bus.registerService(applicationId)) {
-        commands = object;
+    const auto takeName = [&] {
+        if (bus.registerService(applicationId))
+            commands = object;
+        return commands != nullptr;
+    };
+    if (takeName())
         return Role::first;
-    }
+    // One that did not answer may have been on its way out.
+    const bool isForwarded = forward(command);
+    if (!isForwarded && takeName())
+        return Role::first;
     bus.unregisterObject(objectPath);
     delete object;
-    return forward(command);
+    log(isForwarded ? u"Vellumry is running already and has been told"
+                    : u"Vellumry is running already, but does not answer");
+    return isForwarded ? Role::forwarded : Role::refused;
 }
 
 void SingleInstance::listen(std::function<void(StartCommand)> onCommand)
@@ -63,7 +72,7 @@ void SingleInstance::listen(std::function<void(StartCommand)> onCommand)
         commands->listen(std::move(onCommand));
 }
 
-SingleInstance::Role SingleInstance::forward(StartCommand command)
+bool SingleInstance::forward(StartCommand command)
 {
     const QString action = switchOf(command).remove(0, 2);
     QDBusMessage call = QDBusMessage::createMethodCall(
@@ -74,12 +83,7 @@ SingleInstance::Role SingleInstance::forward(StartCommand command)
     call << QVariantMap();
     const QDBusMessage answer =
         QDBusConnection::sessionBus().call(call, QDBus::Block, answerTimeout);
-    if (answer.type() == QDBusMessage::ReplyMessage) {
-        log(u"Vellumry is running already and has been told");
-        return Role::forwarded;
-    }
-    log(u"Vellumry is running already, but does not answer");
-    return Role::refused;
+    return answer.type() == QDBusMessage::ReplyMessage;
 }
 
 } // namespace vellumry

@@ -19,6 +19,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QScopeGuard>
 #include <QSessionManager>
 
 #include <csignal>
@@ -107,6 +108,8 @@ int runWithDisplay(int& argc, char** argv)
     QApplication::setApplicationName(QStringLiteral("vellumry"));
     QApplication::setDesktopFileName(QStringLiteral("vellumry"));
     QApplication::setQuitOnLastWindowClosed(false);
+    // Its thread wakes the application's.
+    const auto endBackend = qScopeGuard([] { hotkey::HotKeysController::setBackend(nullptr); });
 
     const QStringList arguments = QApplication::arguments().sliced(1);
     if (const auto report = FatalErrorNotice::reportIn(arguments))
@@ -135,9 +138,7 @@ int VellumryApp::run(int& argc, char** argv)
     // A reader of our lines that goes away, as `head` does, is no reason to end.
     std::signal(SIGPIPE, SIG_IGN);
     hotkey::HotKeysController::setBackend(hotkey::makeHotKeyBackend(postToMainThread));
-    const int status = runWithDisplay(argc, argv);
-    hotkey::HotKeysController::setBackend(nullptr);
-    return status;
+    return runWithDisplay(argc, argv);
 }
 
 VellumryApp::VellumryApp()
