@@ -2,6 +2,7 @@
 
 #include "app/DependencyContainer.h"
 #include "app/LaunchState.h"
+#include "library/SnippetListViewModel.h"
 #include "notifications/NotificationCenter.h"
 #include "settings/CategoryColorService.h"
 #include "settings/SettingsService.h"
@@ -36,8 +37,10 @@ Theme& MainContents::theme()
 
 QWidget* MainContents::make()
 {
+    SnippetListViewModel& list = with.container.mainSnippetListViewModel();
+    list.loadSnippets();
     view = new MainContentView(
-        {.viewModel = with.container.mainSnippetListViewModel(),
+        {.viewModel = list,
          .colors = CategoryColorService::shared(),
          .notifications = NotificationCenter::defaultCenter(),
          .scheduler = EventLoopScheduler::shared(),

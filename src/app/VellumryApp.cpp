@@ -5,6 +5,7 @@
 #include "app/FatalErrorNotice.h"
 #include "app/MenuBarService.h"
 #include "app/SingleInstance.h"
+#include "core/BackgroundRunner.h"
 #include "core/Log.h"
 #include "hotkey/HotKeysController.h"
 #include "hotkey/makeHotKeyBackend.h"
@@ -125,6 +126,7 @@ int runWithDisplay(int& argc, char** argv)
     instance.listen([&program](StartCommand command) { program.perform(command); });
     const int status = QApplication::exec();
     DependencyContainer::shared().collectionFileStorageService().stopFileWatching();
+    ThreadRunner::shared().drain();
     return status;
 }
 
