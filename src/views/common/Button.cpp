@@ -77,6 +77,12 @@ QSize Button::sizeHint() const
     return {wide + 2 * ringRoom, high + 2 * ringRoom};
 }
 
+QSize Button::minimumSizeHint() const
+{
+    const QSize whole = sizeHint();
+    return kind == Kind::icon ? whole : whole - QSize(2 * padding(), 0);
+}
+
 TextStyle Button::textStyle() const
 {
     switch (size) {

@@ -50,7 +50,8 @@ public:
 
     [[nodiscard]] bool isRingShown() const { return hasFocus() && ringShown; }
     [[nodiscard]] QSize sizeHint() const override;
-    [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+    /// Without its padding.
+    [[nodiscard]] QSize minimumSizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -72,7 +72,8 @@ public:
     [[nodiscard]] QSize sizeHint() const override
     {
         const qreal name = QFontMetricsF(theme.font(TextStyle::heading)).horizontalAdvance(text());
-        return {logoSize + logoGap + qCeil(name) + 1 + 2 * ringRoom, logoSize + 2 * ringRoom};
+        const int high = std::max(logoSize, theme.lineHeight(TextStyle::heading));
+        return {logoSize + logoGap + qCeil(name) + 1 + 2 * ringRoom, high + 2 * ringRoom};
     }
 
 protected:
@@ -398,6 +399,7 @@ void CollectionSidebarView::slideRows(const std::function<void()>& change)
     change();
     sliding->setDuration(int(animationTime(*this, slideTime).count()));
     sliding->start();
+    placeRows(); // where they were, before anything is painted
 }
 
 void CollectionSidebarView::placeRows()
