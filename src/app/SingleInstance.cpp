@@ -21,11 +21,6 @@ constexpr int answerTimeout = 5'000; // milliseconds
 const QString objectPath = QStringLiteral("/org/vellumry/Vellumry");
 const QString interfaceName = QStringLiteral("org.freedesktop.Application");
 
-void log(QStringView message)
-{
-    vellumry::log(u"SingleInstance", message);
-}
-
 } // namespace
 
 SingleInstance::~SingleInstance()
@@ -37,12 +32,14 @@ SingleInstance::~SingleInstance()
 SingleInstance::Role SingleInstance::claim(StartCommand command)
 {
     if (!hasSessionBus()) {
-        log(u"there is no session bus, so a second start will not find this one");
+        log(u"SingleInstance",
+            u"there is no session bus, so a second start will not find this one");
         return Role::first;
     }
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) {
-        log(u"the session bus cannot be reached, so a second start will not find this one");
+        log(u"SingleInstance",
+            u"the session bus cannot be reached, so a second start will not find this one");
         return Role::first;
     }
     // The object first: whoever finds the name finds it too.
@@ -61,8 +58,8 @@ SingleInstance::Role SingleInstance::claim(StartCommand command)
         return Role::first;
     bus.unregisterObject(objectPath);
     delete object;
-    log(isForwarded ? u"Vellumry is running already and has been told"
-                    : u"Vellumry is running already, but does not answer");
+    log(u"SingleInstance", isForwarded ? u"Vellumry is running already and has been told"
+                                       : u"Vellumry is running already, but does not answer");
     return isForwarded ? Role::forwarded : Role::refused;
 }
 
