@@ -173,12 +173,17 @@ void Button::paintEvent(QPaintEvent*)
     if (look.border.alpha() > 0)
         strokeRounded(painter, face, corner, look.border);
     paintContents(painter, face, look.text);
-    if (isRingShown()) {
-        const qreal out = ringRoom - ringWidth / 2;
-        painter.setPen(QPen(theme.colors().focusRing, ringWidth));
-        painter.setBrush(Qt::NoBrush);
-        painter.drawRoundedRect(face.adjusted(-out, -out, out, out), corner + out, corner + out);
-    }
+    if (isRingShown())
+        paintRing(painter, face, corner);
+}
+
+void Button::paintRing(QPainter& painter, const QRectF& face, qreal corner) const
+{
+    const qreal out = ringRoom - ringWidth / 2;
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(theme.colors().focusRing, ringWidth));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(face.adjusted(-out, -out, out, out), corner + out, corner + out);
 }
 
 void Button::paintContents(QPainter& painter, const QRectF& face, const QColor& color) const
@@ -224,10 +229,13 @@ void Button::focusInEvent(QFocusEvent* event)
 
 void Button::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
-        click();
-    else
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        // A key that is held down may have been meant for what had the focus before.
+        if (!event->isAutoRepeat())
+            click();
+    } else {
         QAbstractButton::keyPressEvent(event);
+    }
 }
 
 void Button::changeEvent(QEvent* event)

@@ -54,6 +54,11 @@ public:
     [[nodiscard]] QSize minimumSizeHint() const override;
 
 protected:
+    /// How far the hover has come, from 0 to 1.
+    [[nodiscard]] qreal hoverProgress() const { return hover->progress(); }
+    /// The line that shows the keyboard's focus, around a face with that radius.
+    void paintRing(QPainter& painter, const QRectF& face, qreal corner) const;
+
     void paintEvent(QPaintEvent* event) override;
     void enterEvent(QEnterEvent* event) override;
     void leaveEvent(QEvent* event) override;
