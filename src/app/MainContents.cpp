@@ -4,9 +4,11 @@
 #include "app/LaunchState.h"
 #include "library/SnippetListViewModel.h"
 #include "notifications/NotificationCenter.h"
+#include "platform/FileViewer.h"
 #include "settings/CategoryColorService.h"
 #include "settings/SettingsService.h"
 #include "storage/StorageLocationManager.h"
+#include "views/common/PillToast.h"
 #include "views/window/MainContentView.h"
 #include "views/window/QuitAlert.h"
 
@@ -51,9 +53,28 @@ QWidget* MainContents::make()
              return new QWidget(parent);
          },
          .currentLocation = [] { return StorageLocationManager::shared().currentLocation(); },
-         .openExternally = [](const QUrl& url) { QDesktopServices::openUrl(url); }});
+         .openExternally = [this](const QUrl& url) { openExternally(url); }});
     connect(view, &MainContentView::settingsRequested, this, with.showSettings);
     return view;
+}
+
+void MainContents::openExternally(const QUrl& url)
+{
+    if (!url.isLocalFile()) {
+        QDesktopServices::openUrl(url);
+        return;
+    }
+    with.container.fileViewer().showFolder(
+        url.toLocalFile(), QPointer<QObject>(view), [this](const QString& reason) {
+            if (view)
+                view->toast().present(QStringLiteral("xmark.circle.fill"), reason);
+        });
+}
+
+void MainContents::toggleSidebar()
+{
+    if (view)
+        view->sidebar().setVisible(!view->sidebar().isVisible());
 }
 
 std::optional<qsizetype> MainContents::ask(const QuitQuestion& question)

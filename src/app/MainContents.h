@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 
+class QUrl;
 class QWidget;
 
 namespace vellumry {
@@ -42,10 +43,16 @@ public:
     /// Nothing if there are none or they went away.
     [[nodiscard]] std::optional<qsizetype> ask(const QuitQuestion& question);
 
+    /// Hides or shows the sidebar of the contents that were made last.
+    void toggleSidebar();
+
     /// The looks of the person's choice.
     [[nodiscard]] Theme& theme();
 
 private:
+    /// A page in the browser, or a folder in the file manager.
+    void openExternally(const QUrl& url);
+
     Dependencies with;
     std::unique_ptr<Theme> ownTheme;
     QPointer<MainContentView> view;

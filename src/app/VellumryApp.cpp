@@ -149,11 +149,13 @@ VellumryApp::VellumryApp()
                   [] { return StorageLocationManager::shared().needsFirstLaunchSetup(); }),
       contents({.container = container,
                 .launchState = launchState,
-                .showSettings = [this] { windows.showSettingsWindow(); }}),
+                .showSettings = [this] { appDelegate.menuBar()->openSettings(); }}),
+      settingsContents(
+          {.container = container, .theme = [this]() -> Theme& { return contents.theme(); }}),
       windows({.activation = panelActivation,
                .commands = [this]() -> AppCommands& { return commands(); },
                .makeMainContents = [this] { return contents.make(); },
-               .makeSettingsContents = {}}),
+               .makeSettingsContents = [this] { return settingsContents.make(); }}),
       appDelegate(delegateDependencies()),
       quitSignals([this] { sessionEnds([] { return false; }, [] {}); })
 {
@@ -228,7 +230,7 @@ AppCommands& VellumryApp::commands()
                                       .settings = container.settings(),
                                       .showSettings = [this] { windows.showSettingsWindow(); },
                                       .terminate = [this] { appDelegate.terminate(); },
-                                      .toggleSidebar = {}});
+                                      .toggleSidebar = [this] { contents.toggleSidebar(); }});
     }
     return *appCommands;
 }

@@ -5,6 +5,7 @@
 #include "app/LaunchState.h"
 #include "app/MainContents.h"
 #include "app/QtApplicationWindows.h"
+#include "app/SettingsContents.h"
 #include "library/Termination.h"
 #include "platform/QuitSignals.h"
 #include "platform/linux/DesktopStatusArea.h"
@@ -53,6 +54,7 @@ private:
     DesktopStatusArea statusArea;
     LaunchState launchState;
     MainContents contents;
+    SettingsContents settingsContents;
     std::unique_ptr<AppCommands> appCommands; ///< made when the first window needs them
     std::optional<Termination> ending;        ///< made at the first question about the end
     QtApplicationWindows windows;
