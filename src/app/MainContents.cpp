@@ -9,6 +9,7 @@
 #include "settings/SettingsService.h"
 #include "storage/StorageLocationManager.h"
 #include "views/common/PillToast.h"
+#include "views/sidebar/CollectionSidebarView.h"
 #include "views/window/MainContentView.h"
 #include "views/window/QuitAlert.h"
 
