@@ -417,7 +417,8 @@ void CollectionSidebarView::placeRows()
         y += rowHigh;
     }
     y += sectionGap;
-    collectionsSectionY = y;
+    if (std::exchange(collectionsSectionY, y) != y)
+        content->update();
     const QSize addSize = add->sizeHint();
     add->setGeometry(area->viewport()->width() - sectionRight - addSize.width() + Button::ringRoom,
                      y + (sectionHeight - addSize.height()) / 2, addSize.width(), addSize.height());
@@ -437,7 +438,6 @@ void CollectionSidebarView::placeRows()
         y += rowHigh;
     }
     content->resize(area->viewport()->width(), y + rowMargin);
-    content->update();
 }
 
 CollectionRowView* CollectionSidebarView::selectedRow() const
