@@ -109,15 +109,7 @@ public:
         if (!mainContent)
             mainContent = std::make_unique<MainContentView>(MainContentView::Dependencies{
                 world.model, world.colors, world.notifications, world.scheduler, world.clock, theme,
-                pasteboard,
-                [this](const SnippetEditorRequest& request, QWidget* parent) {
-                    ++editors;
-                    lastRequest = request;
-                    auto* editor = new QPlainTextEdit(request.snippet.content(), parent);
-                    editor->setObjectName(request.snippet.id());
-                    return editor;
-                },
-                [] { return QStringLiteral("/data/folder"); },
+                pasteboard, makeEditor, [] { return QStringLiteral("/data/folder"); },
                 [this](const QUrl& url) { opened.append(url); }});
         return *mainContent;
     }
@@ -192,6 +184,14 @@ public:
     QList<QUrl> opened;
     int editors = 0; ///< how many were made
     SnippetEditorRequest lastRequest;
+    /// What the window is opened with.
+    MakeSnippetEditor makeEditor = [this](const SnippetEditorRequest& request, QWidget* parent) {
+        ++editors;
+        lastRequest = request;
+        auto* editor = new QPlainTextEdit(request.snippet.content(), parent);
+        editor->setObjectName(request.snippet.id());
+        return editor;
+    };
 
 private:
     std::vector<std::unique_ptr<int>> counts;
