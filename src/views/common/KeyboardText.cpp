@@ -1,10 +1,8 @@
 #include "views/common/KeyboardText.h"
 
-#include <QStringList>
-
 namespace vellumry {
 
-QString keyboardText(const HotkeyConfig& config)
+QStringList keyboardKeys(const HotkeyConfig& config)
 {
     using hotkey::ModifierFlags;
     QStringList keys;
@@ -18,7 +16,12 @@ QString keyboardText(const HotkeyConfig& config)
         keys.append(QStringLiteral("Super"));
     keys.append(config.key.size() == 1 ? config.key.toUpper()
                                        : config.key.left(1).toUpper() + config.key.mid(1));
-    return keys.join(u'+');
+    return keys;
+}
+
+QString keyboardText(const HotkeyConfig& config)
+{
+    return keyboardKeys(config).join(u'+');
 }
 
 } // namespace vellumry
