@@ -19,7 +19,6 @@
 #include "storage/StorageLocationManager.h"
 
 #include <QApplication>
-#include <QDir>
 #include <QScopeGuard>
 #include <QSessionManager>
 
@@ -56,20 +55,6 @@ std::chrono::duration<double> systemUptime()
     timespec time = {};
     clock_gettime(CLOCK_BOOTTIME, &time);
     return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
-}
-
-/// A newcomer's first search is to find something. Only the default folder is filled, and only
-/// while nothing at all is in it: a folder with files of any kind, or one that does not tell, is
-/// not ours to judge here.
-void seedEmptyDefaultFolder(CollectionFileStorageService& storage)
-{
-    const StorageLocationManager& location = StorageLocationManager::shared();
-    const QDir folder(location.currentLocation());
-    const bool isDefault = folder.path() == QDir(location.defaultLocation()).path();
-    const bool isUnknown = folder.exists() && !folder.isReadable();
-    if (isDefault && !isUnknown &&
-        folder.isEmpty(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot))
-        storage.seedDefaultSnippets();
 }
 
 /// Answers what takes no display: --help.
@@ -278,7 +263,6 @@ void VellumryApp::prepareWhenIdle(StartCommand command)
 {
     Scheduler& scheduler = EventLoopScheduler::shared();
     scheduler.after(0ms, this, [this, command, &scheduler] {
-        seedEmptyDefaultFolder(container.collectionFileStorageService());
         (void)container.storageService().loadSnippets();
         scheduler.after(0ms, this, [this, command, &scheduler] {
             if (command == StartCommand::open)
