@@ -12,6 +12,7 @@
 #include "notifications/NotificationCenter.h"
 #include "palette/FuzzySearchService.h"
 #include "palette/RandomPasswordService.h"
+#include "platform/linux/SessionBus.h"
 #include "settings/CategoryColorService.h"
 #include "settings/HotkeyService.h"
 #include "settings/SettingsService.h"
@@ -34,6 +35,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
+/// A session bus that is under load answers in time; the start waits no longer for a dead one.
+constexpr auto busPatience = 2s;
+
 /// The GTK theme plugin, which some desktops load by their name alone, doubles the start-up time
 /// and triples the memory for looks that this program draws itself. What the user has set wins.
 void choosePlatformTheme()
@@ -42,6 +46,19 @@ void choosePlatformTheme()
         qEnvironmentVariable("XDG_CURRENT_DESKTOP").contains(QLatin1StringView("KDE"));
     if (!isKde && !qEnvironmentVariableIsSet("QT_QPA_PLATFORMTHEME"))
         qputenv("QT_QPA_PLATFORMTHEME", "generic");
+}
+
+/// What the toolkit cannot do without, as a display, ends the program with its line and as an
+/// error, not as a crash.
+void endWithoutCore()
+{
+    static QtMessageHandler standard;
+    standard = qInstallMessageHandler(
+        [](QtMsgType type, const QMessageLogContext& context, const QString& text) {
+            standard(type, context, text);
+            if (type == QtFatalMsg)
+                std::_Exit(EXIT_FAILURE);
+        });
 }
 
 void postToMainThread(std::function<void()> action)
@@ -121,7 +138,9 @@ int VellumryApp::run(int& argc, char** argv)
 {
     if (const auto status = answerWithoutDisplay(argc, argv))
         return *status;
+    endWithoutCore();
     choosePlatformTheme();
+    avoidSilentSessionBus(busPatience);
     // A reader of our lines that goes away, as `head` does, is no reason to end.
     std::signal(SIGPIPE, SIG_IGN);
     hotkey::HotKeysController::setBackend(hotkey::makeHotKeyBackend(postToMainThread));
