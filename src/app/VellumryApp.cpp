@@ -109,7 +109,7 @@ int runWithDisplay(int& argc, char** argv)
 {
     const QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("vellumry"));
-    QApplication::setDesktopFileName(QStringLiteral("vellumry"));
+    QApplication::setDesktopFileName(SingleInstance::applicationId);
     QApplication::setQuitOnLastWindowClosed(false);
     // Its thread wakes the application's.
     const auto endBackend = qScopeGuard([] { hotkey::HotKeysController::setBackend(nullptr); });
