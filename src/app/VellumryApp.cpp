@@ -5,6 +5,7 @@
 #include "app/FatalErrorNotice.h"
 #include "app/MenuBarService.h"
 #include "app/SingleInstance.h"
+#include "core/BackgroundRunner.h"
 #include "core/Log.h"
 #include "hotkey/HotKeysController.h"
 #include "hotkey/makeHotKeyBackend.h"
@@ -16,11 +17,11 @@
 #include "settings/SettingsService.h"
 #include "storage/CollectionFileStorageService.h"
 #include "storage/StorageLocationManager.h"
-#include "views/common/KeyboardText.h"
-#include "views/window/LibrarySummary.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QScopeGuard>
+#include <QSessionManager>
 
 #include <csignal>
 #include <cstdio>
@@ -108,6 +109,8 @@ int runWithDisplay(int& argc, char** argv)
     QApplication::setApplicationName(QStringLiteral("vellumry"));
     QApplication::setDesktopFileName(QStringLiteral("vellumry"));
     QApplication::setQuitOnLastWindowClosed(false);
+    // Its thread wakes the application's.
+    const auto endBackend = qScopeGuard([] { hotkey::HotKeysController::setBackend(nullptr); });
 
     const QStringList arguments = QApplication::arguments().sliced(1);
     if (const auto report = FatalErrorNotice::reportIn(arguments))
@@ -123,6 +126,7 @@ int runWithDisplay(int& argc, char** argv)
     instance.listen([&program](StartCommand command) { program.perform(command); });
     const int status = QApplication::exec();
     DependencyContainer::shared().collectionFileStorageService().stopFileWatching();
+    ThreadRunner::shared().drain();
     return status;
 }
 
@@ -136,20 +140,24 @@ int VellumryApp::run(int& argc, char** argv)
     // A reader of our lines that goes away, as `head` does, is no reason to end.
     std::signal(SIGPIPE, SIG_IGN);
     hotkey::HotKeysController::setBackend(hotkey::makeHotKeyBackend(postToMainThread));
-    const int status = runWithDisplay(argc, argv);
-    hotkey::HotKeysController::setBackend(nullptr);
-    return status;
+    return runWithDisplay(argc, argv);
 }
 
 VellumryApp::VellumryApp()
     : container(DependencyContainer::shared()), statusArea(EventLoopScheduler::shared()),
       launchState(NotificationCenter::defaultCenter(),
                   [] { return StorageLocationManager::shared().needsFirstLaunchSetup(); }),
+      contents({.container = container,
+                .launchState = launchState,
+                .showSettings = [this] { appDelegate.menuBar()->openSettings(); }}),
+      settingsContents(
+          {.container = container, .theme = [this]() -> Theme& { return contents.theme(); }}),
       windows({.activation = panelActivation,
                .commands = [this]() -> AppCommands& { return commands(); },
-               .makeMainContents = [this] { return makeMainContents(); },
-               .makeSettingsContents = {}}),
-      appDelegate(delegateDependencies()), quitSignals([this] { appDelegate.terminate(); })
+               .makeMainContents = [this] { return contents.make(); },
+               .makeSettingsContents = [this] { return settingsContents.make(); }}),
+      appDelegate(delegateDependencies()),
+      quitSignals([this] { sessionEnds([] { return false; }, [] {}); })
 {
     MainWindowKeeper& keeper = appDelegate.mainWindowKeeper();
     connect(&windows, &ApplicationWindows::mainWindowDidAppear, this, [this, &keeper] {
@@ -168,6 +176,14 @@ VellumryApp::VellumryApp()
                 appDelegate.applicationDidBecomeActive();
         },
         Qt::QueuedConnection);
+    // Answered before the session goes on.
+    connect(
+        qApp, &QGuiApplication::commitDataRequest, this,
+        [this](QSessionManager& session) {
+            sessionEnds([&session] { return session.allowsInteraction(); },
+                        [&session] { session.cancel(); });
+        },
+        Qt::DirectConnection);
 }
 
 VellumryApp::~VellumryApp() = default;
@@ -196,8 +212,12 @@ AppDelegate::Dependencies VellumryApp::delegateDependencies()
             .mainSnippetListViewModel = [this]() -> SnippetListViewModel& {
                 return container.mainSnippetListViewModel();
             },
-            .applicationShouldTerminate = [] { return true; },
-            .applicationWillTerminate = [] {},
+            .applicationShouldTerminate =
+                [this] {
+                    return termination().applicationShouldTerminate() ==
+                           Termination::Reply::terminateNow;
+                },
+            .applicationWillTerminate = [this] { termination().applicationWillTerminate(); },
             .endProcess = [] { QCoreApplication::exit(EXIT_SUCCESS); }};
 }
 
@@ -208,21 +228,42 @@ AppCommands& VellumryApp::commands()
             AppCommands::Dependencies{.windows = windows,
                                       .notifications = NotificationCenter::defaultCenter(),
                                       .settings = container.settings(),
-                                      .showSettings = {},
+                                      .showSettings = [this] { windows.showSettingsWindow(); },
                                       .terminate = [this] { appDelegate.terminate(); },
-                                      .toggleSidebar = {}});
+                                      .toggleSidebar = [this] { contents.toggleSidebar(); }});
     }
     return *appCommands;
 }
 
-QWidget* VellumryApp::makeMainContents()
+Termination& VellumryApp::termination()
 {
-    return new LibrarySummary([this] {
-        return LibrarySummary::Facts{
-            .hotkey = keyboardText(container.settings().quickSearchHotkey()),
-            .snippetCount = container.storageService().loadSnippets().size(),
-            .folder = StorageLocationManager::shared().currentLocationDisplayName()};
-    });
+    if (!ending) {
+        ending.emplace(Termination::Dependencies{
+            .list = container.mainSnippetListViewModel(),
+            .notifications = NotificationCenter::defaultCenter(),
+            .ask = [this](const QuitQuestion& question) { return askBeforeEnd(question); }});
+    }
+    return *ending;
+}
+
+/// In the main window, which is brought up for it.
+std::optional<qsizetype> VellumryApp::askBeforeEnd(const QuitQuestion& question)
+{
+    appDelegate.mainWindowKeeper().openOrCreateMainWindow();
+    return contents.ask(question);
+}
+
+/// The desktop's session ends, or somebody ends the process: what the person has not saved is not
+/// saved behind their back, and the end is held up only where a question may be put.
+void VellumryApp::sessionEnds(const std::function<bool()>& mayAsk,
+                              const std::function<void()>& refuse)
+{
+    if (termination().sessionShouldEnd(mayAsk) == Termination::Reply::terminateCancel) {
+        refuse();
+        return;
+    }
+    termination().applicationWillTerminate();
+    QCoreApplication::exit(EXIT_SUCCESS);
 }
 
 void VellumryApp::launch(StartCommand command)

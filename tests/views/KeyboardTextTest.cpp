@@ -40,6 +40,27 @@ TEST(KeyboardTextTest, keysWithNamesBeginWithACapital)
     EXPECT_EQ(keyboardText({QStringLiteral("f5"), {}}), QStringLiteral("F5"));
 }
 
+TEST(KeyboardTextTest, capsNameTheModifiersInTheSameOrder)
+{
+    const HotkeyConfig all{QStringLiteral("k"), ModifierFlags::control | ModifierFlags::shift |
+                                                    ModifierFlags::option | ModifierFlags::command};
+    EXPECT_EQ(keyboardCaps(all.keySymbols()).join(u'+'), keyboardText(all));
+    EXPECT_EQ(keyboardCaps({QStringLiteral("⌥"), QStringLiteral("␣")}),
+              (QStringList{QStringLiteral("Alt"), QStringLiteral("␣")}));
+    EXPECT_TRUE(keyboardCaps({}).isEmpty());
+}
+
+TEST(KeyboardTextTest, capsAreSpokenInWords)
+{
+    const QStringList caps{QStringLiteral("␣"), QStringLiteral("↩"), QStringLiteral("⇥"),
+                           QStringLiteral("⌫"), QStringLiteral("⎋"), QStringLiteral("Ctrl"),
+                           QStringLiteral("F5")};
+    QStringList words;
+    for (const QString& cap : caps)
+        words.append(spokenCap(cap));
+    EXPECT_EQ(words.join(u' '), QStringLiteral("Space Return Tab Delete Escape Ctrl F5"));
+}
+
 } // namespace
 
 } // namespace vellumry::test

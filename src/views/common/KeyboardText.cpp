@@ -1,6 +1,24 @@
 #include "views/common/KeyboardText.h"
 
+#include <array>
+
 namespace vellumry {
+
+namespace {
+
+struct CapName {
+    QStringView symbol;
+    QStringView name;
+};
+
+// In the order in which they are shown.
+constexpr std::array<CapName, 4> modifierCaps{
+    {{u"⌘", u"Ctrl"}, {u"⌥", u"Alt"}, {u"⇧", u"Shift"}, {u"⌃", u"Super"}}};
+
+constexpr std::array<CapName, 5> spokenCaps{
+    {{u"␣", u"Space"}, {u"↩", u"Return"}, {u"⇥", u"Tab"}, {u"⌫", u"Delete"}, {u"⎋", u"Escape"}}};
+
+} // namespace
 
 QStringList keyboardKeys(const HotkeyConfig& config)
 {
@@ -22,6 +40,26 @@ QStringList keyboardKeys(const HotkeyConfig& config)
 QString keyboardText(const HotkeyConfig& config)
 {
     return keyboardKeys(config).join(u'+');
+}
+
+QStringList keyboardCaps(const QStringList& symbols)
+{
+    QStringList modifiers;
+    QStringList others = symbols;
+    for (const CapName& modifier : modifierCaps) {
+        if (others.removeAll(modifier.symbol.toString()) > 0)
+            modifiers.append(modifier.name.toString());
+    }
+    return modifiers + others;
+}
+
+QString spokenCap(const QString& cap)
+{
+    for (const CapName& each : spokenCaps) {
+        if (each.symbol == cap)
+            return each.name.toString();
+    }
+    return cap;
 }
 
 } // namespace vellumry

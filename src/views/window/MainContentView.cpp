@@ -188,7 +188,9 @@ SnippetEditorRequest MainContentView::editorRequest(const Snippet& snippet) cons
         .onDelete = [&model, id] { model.requestDelete(id); },
         .onDuplicate = [&model, id](const QString& title) { model.duplicateSnippet(id, title); },
         .onDirtyChange = [&model](const Snippet& draft) { model.setUnsavedEdit(draft); },
-        .onDiscard = [&model, id] { model.clearUnsavedEdit(id); }};
+        .onDiscard = [&model, id] { model.clearUnsavedEdit(id); },
+        .sheets = sheetHost,
+        .colors = collectionColor};
 }
 
 void MainContentView::showDeleteConfirmation()

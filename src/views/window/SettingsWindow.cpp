@@ -1,7 +1,10 @@
 #include "views/window/SettingsWindow.h"
 
+#include "views/settings/SettingsView.h"
+
 #include <QHideEvent>
 #include <QIcon>
+#include <QScreen>
 #include <QVBoxLayout>
 
 namespace vellumry {
@@ -14,6 +17,10 @@ SettingsWindow::SettingsWindow(QWidget* contents, QWidget* parent) : QWidget(par
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins({});
     column->addWidget(contents);
+    // Not two thirds of the screen at most, as Qt would have it.
+    resize(contents->sizeHint().boundedTo(screen()->availableSize()));
+    if (const auto* settings = qobject_cast<const SettingsView*>(contents))
+        connect(settings, &SettingsView::dismissed, this, &QWidget::close);
 }
 
 void SettingsWindow::hideEvent(QHideEvent* event)

@@ -1,0 +1,122 @@
+#include "views/settings/HotkeyRecorderButton.h"
+
+#include "views/common/KeyboardText.h"
+#include "views/common/Label.h"
+#include "views/common/Strokes.h"
+#include "views/settings/KeyCapView.h"
+
+#include <QHBoxLayout>
+#include <QPainter>
+
+#include <utility>
+
+namespace vellumry {
+
+namespace {
+
+constexpr int boxHeight = 34;
+constexpr int boxPadding = 7;
+constexpr int endPadding = 10; ///< behind the text
+constexpr int radius = 8;
+constexpr int capGap = 4;
+constexpr int textGap = 8;
+
+} // namespace
+
+HotkeyRecorderButton::HotkeyRecorderButton(const Theme& look,
+                                           HotkeyRecorderView::Callbacks callbacks, QWidget* parent)
+    : Button(look, Kind::ghost, {}, parent), theme(look),
+      recorder(new HotkeyRecorderView(std::move(callbacks), this)), caps(new QHBoxLayout),
+      prompt(new Label(theme, TextStyle::labelMedium, &ColorTokens::accent,
+                       QStringLiteral("Press shortcut..."), this))
+{
+    prompt->setAttribute(Qt::WA_TransparentForMouseEvents);
+    prompt->hide();
+    caps->setSpacing(capGap);
+    auto* line = new QHBoxLayout(this);
+    line->setSpacing(textGap);
+    line->addLayout(caps);
+    line->addWidget(prompt);
+    showCaps();
+}
+
+void HotkeyRecorderButton::setState(const State& newState)
+{
+    if (state == newState)
+        return;
+    const bool wasRecording = std::exchange(state, newState).isRecording;
+    showCaps();
+    if (wasRecording != state.isRecording)
+        setRecording(state.isRecording);
+    update();
+}
+
+void HotkeyRecorderButton::setRecording(bool isRecording)
+{
+    if (isRecording) {
+        ringBefore = isRingShown();
+        recorder->setRecording(true);
+        return;
+    }
+    const QWidget* const focus = window()->focusWidget();
+    const bool hadKeys = focus && recorder->isAncestorOf(focus);
+    recorder->setRecording(false);
+    // Who works with the keyboard goes on from here.
+    if (hadKeys && isVisible())
+        setFocus(ringBefore ? Qt::OtherFocusReason : Qt::MouseFocusReason);
+}
+
+void HotkeyRecorderButton::showCaps()
+{
+    while (QLayoutItem* item = caps->takeAt(0)) {
+        delete item->widget();
+        delete item;
+    }
+    const QStringList symbols = state.isRecording
+                                    ? HotkeyConfig::modifierSymbols(state.recordingModifiers)
+                                    : state.hotkey.keySymbols();
+    QStringList spoken;
+    for (const QString& cap : keyboardCaps(symbols)) {
+        caps->addWidget(new KeyCapView(theme, cap, state.isRecording, this));
+        spoken.append(spokenCap(cap));
+    }
+    prompt->setVisible(state.isRecording);
+    constexpr int start = ringRoom + boxPadding;
+    const int end = ringRoom + (state.isRecording ? endPadding : boxPadding);
+    layout()->setContentsMargins(start, ringRoom, end, ringRoom);
+
+    const QString keys = spoken.join(u'+');
+    setAccessibleName(state.isRecording ? prompt->text() + (keys.isEmpty() ? keys : u' ' + keys)
+                                        : QStringLiteral("Quick Search, ") + keys);
+    recorder->setSpokenText(accessibleName());
+    updateGeometry();
+}
+
+QSize HotkeyRecorderButton::sizeHint() const
+{
+    return {layout()->sizeHint().width(),
+            theme.rowHeight(boxHeight, TextStyle::captionMedium) + 2 * ringRoom};
+}
+
+void HotkeyRecorderButton::resizeEvent(QResizeEvent* event)
+{
+    Button::resizeEvent(event);
+    recorder->setGeometry(rect());
+}
+
+void HotkeyRecorderButton::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    const ColorTokens& token = theme.colors();
+    const QRectF box = QRectF(rect()).adjusted(ringRoom, ringRoom, -ringRoom, -ringRoom);
+    if (state.isRecording) {
+        fillRounded(painter, box, radius, token.accentTint);
+    } else {
+        fillRounded(painter, box, radius, mixed(token.card, token.cardHover, hoverProgress()));
+        strokeRounded(painter, box, radius, token.strokeStrong);
+    }
+    if (state.isRecording || isRingShown())
+        paintRing(painter, box, radius);
+}
+
+} // namespace vellumry
