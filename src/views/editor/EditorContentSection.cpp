@@ -85,7 +85,8 @@ void EditorContentSection::layOut()
     column->setSpacing(0);
     column->addWidget(header);
     column->addWidget(box);
-    QWidget::setTabOrder({saveAsFile, fullScreen, editor});
+    setTabOrder(saveAsFile, fullScreen);
+    setTabOrder(fullScreen, editor);
 }
 
 void EditorContentSection::observe()

@@ -266,9 +266,9 @@ void MacTextEditor::paintMarks(QPainter& painter, const QTextBlock& block, const
                 fillRounded(painter, place, placeholderRadius, token.accentTint);
                 break;
             case Mark::Kind::emptyPlaceholder: {
-                const qreal y = place.bottom() - lineWidth(painter) / 2;
-                painter.setPen(QPen(token.accent, lineWidth(painter), Qt::CustomDashLine));
-                QPen pen = painter.pen();
+                const qreal width = vellumry::lineWidth(painter);
+                const qreal y = place.bottom() - width / 2;
+                QPen pen(token.accent, width);
                 pen.setDashPattern({3, 2});
                 painter.setPen(pen);
                 painter.drawLine(QPointF(place.left(), y), QPointF(place.right(), y));
