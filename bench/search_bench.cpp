@@ -341,7 +341,9 @@ int main(int argc, char** argv)
     }
     for (const int count : counts) {
         measureMemory(count);
-        const QList<Snippet> snippets = LibraryGenerator::generate(count).data.snippets;
+        QList<Snippet> snippets;
+        for (const CollectionFileData& file : LibraryGenerator::loadedFiles(count))
+            snippets.append(file.snippets);
         measurePreparing(snippets);
         measureSearches(snippets);
         measureKeystrokes(snippets);

@@ -1,6 +1,8 @@
 #include "support/LibraryGenerator.h"
 
+#include "core/PaddedBytes.h"
 #include "models/CollectionFileName.h"
+#include "models/JSONDecoder.h"
 #include "models/JSONEncoder.h"
 
 #include <QDir>
@@ -251,6 +253,21 @@ QList<CollectionFileData> LibraryGenerator::collectionFiles(const VellumryData& 
     for (const Snippet& snippet : library.data.snippets)
         files[fileOf.value(snippet.collection())].snippets.append(snippet);
     return files;
+}
+
+QList<CollectionFileData> LibraryGenerator::loadedFiles(int count)
+{
+    std::vector<PaddedBytes> encoded;
+    {
+        JSONEncoder encoder = JSONEncoder::vellumry();
+        for (const CollectionFileData& file : collectionFiles(generate(count)))
+            encoded.emplace_back(encoder.encode(file));
+    }
+    JSONDecoder decoder = JSONDecoder::vellumry();
+    QList<CollectionFileData> loaded;
+    for (const PaddedBytes& bytes : encoded)
+        loaded.append(decoder.decode<CollectionFileData>(bytes));
+    return loaded;
 }
 
 qint64 LibraryGenerator::writeFolder(int count, const QString& folder)

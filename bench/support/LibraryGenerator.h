@@ -22,6 +22,10 @@ public:
     /// The contents of the collection files of a library.
     [[nodiscard]] static QList<CollectionFileData> collectionFiles(const VellumryData& library);
 
+    /// The same with records as a load makes them: one behind the other in memory, in the order of
+    /// the files, and not as they were made up.
+    [[nodiscard]] static QList<CollectionFileData> loadedFiles(int count);
+
     /// Writes the files of generate(count) to a folder, which is made if need be. Returns the size
     /// of the files in bytes.
     static qint64 writeFolder(int count, const QString& folder);

@@ -1,15 +1,18 @@
 #include "app/DependencyContainer.h"
 
 #include "core/BackgroundRunner.h"
+#include "hotkey/HotKeysController.h"
 #include "library/SnippetListViewModel.h"
 #include "notifications/NotificationCenter.h"
 #include "palette/ClipboardService.h"
 #include "palette/FuzzySearchService.h"
 #include "platform/FileSystem.h"
 #include "platform/linux/ClipboardPasteboard.h"
+#include "platform/linux/FreedesktopFileViewer.h"
 #include "platform/linux/PortalAppearance.h"
 #include "platform/linux/XdgAutostartLoginItem.h"
 #include "settings/CategoryColorService.h"
+#include "settings/HotkeyConflictChecker.h"
 #include "settings/HotkeyService.h"
 #include "settings/SettingsService.h"
 #include "storage/CollectionFileStorageService.h"
@@ -38,12 +41,17 @@ StorageServiceProtocol& DependencyContainer::storageService()
     return collectionFileStorageService();
 }
 
+Pasteboard& DependencyContainer::systemPasteboard()
+{
+    if (!pasteboard)
+        pasteboard = std::make_unique<ClipboardPasteboard>();
+    return *pasteboard;
+}
+
 ClipboardServiceProtocol& DependencyContainer::clipboardService()
 {
-    if (!clipboard) {
-        pasteboard = std::make_unique<ClipboardPasteboard>();
-        clipboard = std::make_unique<ClipboardService>(*pasteboard);
-    }
+    if (!clipboard)
+        clipboard = std::make_unique<ClipboardService>(systemPasteboard());
     return *clipboard;
 }
 
@@ -65,6 +73,21 @@ HotkeyService& DependencyContainer::hotkeyService()
     if (!hotkey)
         hotkey = std::make_unique<HotkeyService>([this] { return settings().quickSearchHotkey(); });
     return *hotkey;
+}
+
+HotkeyConflictChecker& DependencyContainer::hotkeyConflictChecker()
+{
+    if (!conflictChecker)
+        conflictChecker =
+            std::make_unique<HotkeyConflictChecker>(hotkey::HotKeysController::backend());
+    return *conflictChecker;
+}
+
+FileViewer& DependencyContainer::fileViewer()
+{
+    if (!viewer)
+        viewer = std::make_unique<FreedesktopFileViewer>(ThreadRunner::shared());
+    return *viewer;
 }
 
 SettingsService& DependencyContainer::settings()

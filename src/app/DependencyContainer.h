@@ -7,7 +7,9 @@ namespace vellumry {
 class Appearance;
 class ClipboardServiceProtocol;
 class CollectionFileStorageService;
+class FileViewer;
 class FuzzySearchService;
+class HotkeyConflictChecker;
 class HotkeyService;
 class LoginItem;
 class Pasteboard;
@@ -30,10 +32,13 @@ public:
     [[nodiscard]] CollectionFileStorageService& collectionFileStorageService();
     /// The same object, seen through the protocol.
     [[nodiscard]] StorageServiceProtocol& storageService();
+    [[nodiscard]] Pasteboard& systemPasteboard();
     [[nodiscard]] ClipboardServiceProtocol& clipboardService();
     [[nodiscard]] SearchServiceProtocol& searchService();
     [[nodiscard]] HotkeyService& hotkeyService();
+    [[nodiscard]] HotkeyConflictChecker& hotkeyConflictChecker();
     [[nodiscard]] SettingsService& settings();
+    [[nodiscard]] FileViewer& fileViewer();
     /// Of the main window. It searches with a service of its own: lists of one collection would
     /// drive the prepared text of the whole library out of the palette's.
     [[nodiscard]] SnippetListViewModel& mainSnippetListViewModel();
@@ -46,6 +51,8 @@ private:
     std::unique_ptr<ClipboardServiceProtocol> clipboard;
     std::unique_ptr<FuzzySearchService> search;
     std::unique_ptr<HotkeyService> hotkey;
+    std::unique_ptr<HotkeyConflictChecker> conflictChecker;
+    std::unique_ptr<FileViewer> viewer;
     std::unique_ptr<Appearance> appearance;
     std::unique_ptr<LoginItem> loginItem;
     std::unique_ptr<SettingsService> settingsService;

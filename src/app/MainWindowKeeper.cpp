@@ -29,7 +29,7 @@ constexpr int creationAttempts = 5;
 constexpr auto creationDelay = 200ms;
 constexpr auto appearanceDelay = 100ms;
 
-QStringView text(bool value)
+QStringView truth(bool value)
 {
     return value ? u"true" : u"false";
 }
@@ -56,7 +56,7 @@ QString description(const QList<ApplicationWindow*>& windows)
 {
     QStringList entries;
     for (const ApplicationWindow* window : windows)
-        entries.append(u'"' % window->className() % u" - visible: " % text(window->isVisible()) %
+        entries.append(u'"' % window->className() % u" - visible: " % truth(window->isVisible()) %
                        u'"');
     return u'[' % entries.join(u", ") % u']';
 }
@@ -131,7 +131,7 @@ void MainWindowKeeper::openOrCreateMainWindow()
     if (!found.isEmpty()) {
         ApplicationWindow& window = *found.first();
         logLine(QString(u"Using existing main window: " % window.className() % u", visible: " %
-                        text(window.isVisible())));
+                        truth(window.isVisible())));
         window.makeKeyAndOrderFront();
         adopt(window);
         resetOpeningFlag();
@@ -256,7 +256,7 @@ void MainWindowKeeper::setupWindowMonitor()
 bool MainWindowKeeper::applicationShouldHandleReopen(bool hasVisibleWindows)
 {
     logLine(QString(u"applicationShouldHandleReopen called, hasVisibleWindows: " %
-                    text(hasVisibleWindows)));
+                    truth(hasVisibleWindows)));
     if (!hasVisibleWindows)
         openOrCreateMainWindow();
     else if (const QList<ApplicationWindow*> found = mainWindows(); !found.isEmpty())

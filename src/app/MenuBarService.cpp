@@ -35,11 +35,6 @@ constexpr int menuIconSize = 16;
 /// Status areas show pixels, each in a size of its own.
 constexpr std::array itemIconSizes{16, 18, 22, 24, 32, 48};
 
-void log(QStringView message)
-{
-    vellumry::log(u"MenuBarService", message);
-}
-
 template <typename Words>
 bool containsAny(const QString& text, const Words& words)
 {
@@ -79,7 +74,8 @@ MenuBarService::MenuBarService(Dependencies dependencies, QObject* parent)
 {
     connect(&services.statusArea, &StatusArea::appeared, this, &MenuBarService::setupMenuBar);
     connect(&services.statusArea, &StatusArea::missing, this, [] {
-        log(u"this desktop shows no status area, so Vellumry is reached by its hot key, by its "
+        log(u"MenuBarService",
+            u"this desktop shows no status area, so Vellumry is reached by its hot key, by its "
             u"windows and by starting it again");
     });
     connect(&services.notifications, &NotificationCenter::hotkeyDidChange, this,
@@ -111,7 +107,7 @@ QIcon MenuBarService::itemIcon() const
 {
     const bool hasLogo = QFile::exists(services.logoFile);
     if (!hasLogo)
-        log(u"Failed to load SidebarLogo from Bundle.module");
+        log(u"MenuBarService", u"Failed to load SidebarLogo from Bundle.module");
     const Icon picture(hasLogo ? QStringLiteral("SidebarLogo") : QStringLiteral("terminal.fill"));
     const QColor color = QGuiApplication::palette().color(QPalette::WindowText);
     QIcon icon;

@@ -38,7 +38,8 @@ public:
     void listen(std::function<void(StartCommand)> onCommand);
 
 private:
-    [[nodiscard]] static Role forward(StartCommand command);
+    /// Whether the one that has the name has answered.
+    [[nodiscard]] static bool forward(StartCommand command);
 
     RemoteCommands* commands = nullptr; ///< its child; null unless it is the first
 };

@@ -5,22 +5,23 @@
 #include "app/FatalErrorNotice.h"
 #include "app/MenuBarService.h"
 #include "app/SingleInstance.h"
+#include "core/BackgroundRunner.h"
 #include "core/Log.h"
 #include "hotkey/HotKeysController.h"
 #include "hotkey/makeHotKeyBackend.h"
 #include "notifications/NotificationCenter.h"
 #include "palette/FuzzySearchService.h"
 #include "palette/RandomPasswordService.h"
+#include "platform/linux/SessionBus.h"
 #include "settings/CategoryColorService.h"
 #include "settings/HotkeyService.h"
 #include "settings/SettingsService.h"
 #include "storage/CollectionFileStorageService.h"
 #include "storage/StorageLocationManager.h"
-#include "views/common/KeyboardText.h"
-#include "views/window/LibrarySummary.h"
 
 #include <QApplication>
-#include <QDir>
+#include <QScopeGuard>
+#include <QSessionManager>
 
 #include <csignal>
 #include <cstdio>
@@ -34,6 +35,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
+/// A session bus that is under load answers in time; the start waits no longer for a dead one.
+constexpr auto busPatience = 2s;
+
 /// The GTK theme plugin, which some desktops load by their name alone, doubles the start-up time
 /// and triples the memory for looks that this program draws itself. What the user has set wins.
 void choosePlatformTheme()
@@ -42,6 +46,19 @@ void choosePlatformTheme()
         qEnvironmentVariable("XDG_CURRENT_DESKTOP").contains(QLatin1StringView("KDE"));
     if (!isKde && !qEnvironmentVariableIsSet("QT_QPA_PLATFORMTHEME"))
         qputenv("QT_QPA_PLATFORMTHEME", "generic");
+}
+
+/// What the toolkit cannot do without, as a display, ends the program with its line and as an
+/// error, not as a crash.
+void endWithoutCore()
+{
+    static QtMessageHandler standard;
+    standard = qInstallMessageHandler(
+        [](QtMsgType type, const QMessageLogContext& context, const QString& text) {
+            standard(type, context, text);
+            if (type == QtFatalMsg)
+                std::_Exit(EXIT_FAILURE);
+        });
 }
 
 void postToMainThread(std::function<void()> action)
@@ -55,20 +72,6 @@ std::chrono::duration<double> systemUptime()
     timespec time = {};
     clock_gettime(CLOCK_BOOTTIME, &time);
     return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
-}
-
-/// A newcomer's first search is to find something. Only the default folder is filled, and only
-/// while nothing at all is in it: a folder with files of any kind, or one that does not tell, is
-/// not ours to judge here.
-void seedEmptyDefaultFolder(CollectionFileStorageService& storage)
-{
-    const StorageLocationManager& location = StorageLocationManager::shared();
-    const QDir folder(location.currentLocation());
-    const bool isDefault = folder.path() == QDir(location.defaultLocation()).path();
-    const bool isUnknown = folder.exists() && !folder.isReadable();
-    if (isDefault && !isUnknown &&
-        folder.isEmpty(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot))
-        storage.seedDefaultSnippets();
 }
 
 /// Answers what takes no display: --help.
@@ -106,8 +109,10 @@ int runWithDisplay(int& argc, char** argv)
 {
     const QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("vellumry"));
-    QApplication::setDesktopFileName(QStringLiteral("vellumry"));
+    QApplication::setDesktopFileName(SingleInstance::applicationId);
     QApplication::setQuitOnLastWindowClosed(false);
+    // Its thread wakes the application's.
+    const auto endBackend = qScopeGuard([] { hotkey::HotKeysController::setBackend(nullptr); });
 
     const QStringList arguments = QApplication::arguments().sliced(1);
     if (const auto report = FatalErrorNotice::reportIn(arguments))
@@ -123,6 +128,7 @@ int runWithDisplay(int& argc, char** argv)
     instance.listen([&program](StartCommand command) { program.perform(command); });
     const int status = QApplication::exec();
     DependencyContainer::shared().collectionFileStorageService().stopFileWatching();
+    ThreadRunner::shared().drain();
     return status;
 }
 
@@ -132,24 +138,30 @@ int VellumryApp::run(int& argc, char** argv)
 {
     if (const auto status = answerWithoutDisplay(argc, argv))
         return *status;
+    endWithoutCore();
     choosePlatformTheme();
+    avoidSilentSessionBus(busPatience);
     // A reader of our lines that goes away, as `head` does, is no reason to end.
     std::signal(SIGPIPE, SIG_IGN);
     hotkey::HotKeysController::setBackend(hotkey::makeHotKeyBackend(postToMainThread));
-    const int status = runWithDisplay(argc, argv);
-    hotkey::HotKeysController::setBackend(nullptr);
-    return status;
+    return runWithDisplay(argc, argv);
 }
 
 VellumryApp::VellumryApp()
     : container(DependencyContainer::shared()), statusArea(EventLoopScheduler::shared()),
       launchState(NotificationCenter::defaultCenter(),
                   [] { return StorageLocationManager::shared().needsFirstLaunchSetup(); }),
+      contents({.container = container,
+                .launchState = launchState,
+                .showSettings = [this] { appDelegate.menuBar()->openSettings(); }}),
+      settingsContents(
+          {.container = container, .theme = [this]() -> Theme& { return contents.theme(); }}),
       windows({.activation = panelActivation,
                .commands = [this]() -> AppCommands& { return commands(); },
-               .makeMainContents = [this] { return makeMainContents(); },
-               .makeSettingsContents = {}}),
-      appDelegate(delegateDependencies()), quitSignals([this] { appDelegate.terminate(); })
+               .makeMainContents = [this] { return contents.make(); },
+               .makeSettingsContents = [this] { return settingsContents.make(); }}),
+      appDelegate(delegateDependencies()),
+      quitSignals([this] { sessionEnds([] { return false; }, [] {}); })
 {
     MainWindowKeeper& keeper = appDelegate.mainWindowKeeper();
     connect(&windows, &ApplicationWindows::mainWindowDidAppear, this, [this, &keeper] {
@@ -168,6 +180,14 @@ VellumryApp::VellumryApp()
                 appDelegate.applicationDidBecomeActive();
         },
         Qt::QueuedConnection);
+    // Answered before the session goes on.
+    connect(
+        qApp, &QGuiApplication::commitDataRequest, this,
+        [this](QSessionManager& session) {
+            sessionEnds([&session] { return session.allowsInteraction(); },
+                        [&session] { session.cancel(); });
+        },
+        Qt::DirectConnection);
 }
 
 VellumryApp::~VellumryApp() = default;
@@ -196,8 +216,12 @@ AppDelegate::Dependencies VellumryApp::delegateDependencies()
             .mainSnippetListViewModel = [this]() -> SnippetListViewModel& {
                 return container.mainSnippetListViewModel();
             },
-            .applicationShouldTerminate = [] { return true; },
-            .applicationWillTerminate = [] {},
+            .applicationShouldTerminate =
+                [this] {
+                    return termination().applicationShouldTerminate() ==
+                           Termination::Reply::terminateNow;
+                },
+            .applicationWillTerminate = [this] { termination().applicationWillTerminate(); },
             .endProcess = [] { QCoreApplication::exit(EXIT_SUCCESS); }};
 }
 
@@ -208,21 +232,42 @@ AppCommands& VellumryApp::commands()
             AppCommands::Dependencies{.windows = windows,
                                       .notifications = NotificationCenter::defaultCenter(),
                                       .settings = container.settings(),
-                                      .showSettings = {},
+                                      .showSettings = [this] { windows.showSettingsWindow(); },
                                       .terminate = [this] { appDelegate.terminate(); },
-                                      .toggleSidebar = {}});
+                                      .toggleSidebar = [this] { contents.toggleSidebar(); }});
     }
     return *appCommands;
 }
 
-QWidget* VellumryApp::makeMainContents()
+Termination& VellumryApp::termination()
 {
-    return new LibrarySummary([this] {
-        return LibrarySummary::Facts{
-            .hotkey = keyboardText(container.settings().quickSearchHotkey()),
-            .snippetCount = container.storageService().loadSnippets().size(),
-            .folder = StorageLocationManager::shared().currentLocationDisplayName()};
-    });
+    if (!ending) {
+        ending.emplace(Termination::Dependencies{
+            .list = container.mainSnippetListViewModel(),
+            .notifications = NotificationCenter::defaultCenter(),
+            .ask = [this](const QuitQuestion& question) { return askBeforeEnd(question); }});
+    }
+    return *ending;
+}
+
+/// In the main window, which is brought up for it.
+std::optional<qsizetype> VellumryApp::askBeforeEnd(const QuitQuestion& question)
+{
+    appDelegate.mainWindowKeeper().openOrCreateMainWindow();
+    return contents.ask(question);
+}
+
+/// The desktop's session ends, or somebody ends the process: what the person has not saved is not
+/// saved behind their back, and the end is held up only where a question may be put.
+void VellumryApp::sessionEnds(const std::function<bool()>& mayAsk,
+                              const std::function<void()>& refuse)
+{
+    if (termination().sessionShouldEnd(mayAsk) == Termination::Reply::terminateCancel) {
+        refuse();
+        return;
+    }
+    termination().applicationWillTerminate();
+    QCoreApplication::exit(EXIT_SUCCESS);
 }
 
 void VellumryApp::launch(StartCommand command)
@@ -237,7 +282,6 @@ void VellumryApp::prepareWhenIdle(StartCommand command)
 {
     Scheduler& scheduler = EventLoopScheduler::shared();
     scheduler.after(0ms, this, [this, command, &scheduler] {
-        seedEmptyDefaultFolder(container.collectionFileStorageService());
         (void)container.storageService().loadSnippets();
         scheduler.after(0ms, this, [this, command, &scheduler] {
             if (command == StartCommand::open)

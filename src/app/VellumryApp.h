@@ -3,16 +3,19 @@
 #include "app/AppDelegate.h"
 #include "app/CommandLine.h"
 #include "app/LaunchState.h"
+#include "app/MainContents.h"
 #include "app/QtApplicationWindows.h"
+#include "app/SettingsContents.h"
+#include "library/Termination.h"
 #include "platform/QuitSignals.h"
 #include "platform/linux/DesktopStatusArea.h"
 #include "platform/linux/X11WindowActivation.h"
 
 #include <QObject>
 
+#include <functional>
 #include <memory>
-
-class QWidget;
+#include <optional>
 
 namespace vellumry {
 
@@ -41,14 +44,19 @@ public:
 private:
     [[nodiscard]] AppDelegate::Dependencies delegateDependencies();
     [[nodiscard]] AppCommands& commands();
-    [[nodiscard]] QWidget* makeMainContents();
+    [[nodiscard]] Termination& termination();
+    [[nodiscard]] std::optional<qsizetype> askBeforeEnd(const QuitQuestion& question);
+    void sessionEnds(const std::function<bool()>& mayAsk, const std::function<void()>& refuse);
     void prepareWhenIdle(StartCommand command);
 
     DependencyContainer& container;
     X11WindowActivation panelActivation;
     DesktopStatusArea statusArea;
     LaunchState launchState;
+    MainContents contents;
+    SettingsContents settingsContents;
     std::unique_ptr<AppCommands> appCommands; ///< made when the first window needs them
+    std::optional<Termination> ending;        ///< made at the first question about the end
     QtApplicationWindows windows;
     AppDelegate appDelegate;
     QuitSignals quitSignals;

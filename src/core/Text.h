@@ -26,4 +26,7 @@ namespace vellumry {
 /// The first `count` user-perceived characters (extended grapheme clusters of UAX #29).
 [[nodiscard]] QString prefixOfCharacters(const QString& text, int count);
 
+/// How many of them there are.
+[[nodiscard]] qsizetype characterCount(QStringView text);
+
 } // namespace vellumry

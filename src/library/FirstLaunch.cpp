@@ -55,7 +55,10 @@ void FirstLaunch::handleFirstLaunchChoice(const FirstLaunchChoice& choice)
         const bool isSet = setLocation(locations, choice.location);
         if (isSet)
             locations.markFirstLaunchComplete();
-        background.onMain(owner, [this, kind = choice.kind, isSet] { finish(kind, isSet); });
+        background.onMain(owner, [this, kind = choice.kind, isSet] {
+            finish(kind, isSet);
+            Q_EMIT with.notifications.hideLoadingOverlay();
+        });
     });
 }
 
@@ -70,7 +73,6 @@ void FirstLaunch::finish(FirstLaunchChoice::Kind kind, bool isSet)
         with.storage.loadFullData();
         with.list.refreshData();
     }
-    Q_EMIT with.notifications.hideLoadingOverlay();
 }
 
 void FirstLaunch::createDefaultData()

@@ -13,7 +13,7 @@ namespace vellumry {
 namespace {
 
 /// One match of the pattern.
-struct Placeholder {
+struct Match {
     qsizetype begin;
     qsizetype end;
     QStringView capture;
@@ -59,10 +59,10 @@ class PlaceholderScanner {
 public:
     explicit PlaceholderScanner(QStringView scanned) : text(scanned) {}
 
-    std::optional<Placeholder> next()
+    std::optional<Match> next()
     {
         qsizetype begin;
-        while ((begin = text.indexOf(u"{{", position)) >= 0) {
+        while ((begin = nextOpening()) >= 0) {
             // No brace may stand inside, so the next one has to be the first of the closing two.
             const qsizetype inside = begin + 2;
             qsizetype brace = inside;
@@ -76,13 +76,22 @@ public:
             if (!closes)
                 continue;
             if (const auto capture = captureOf(text.sliced(inside, brace - inside)))
-                return Placeholder{.begin = begin, .end = position, .capture = *capture};
+                return Match{.begin = begin, .end = position, .capture = *capture};
         }
         position = text.size();
         return std::nullopt;
     }
 
 private:
+    /// Where the next two opening braces are. One is looked for many at a time, two are not.
+    [[nodiscard]] qsizetype nextOpening() const
+    {
+        qsizetype brace = text.indexOf(u'{', position);
+        while (brace >= 0 && !text.sliced(brace + 1).startsWith(u'{'))
+            brace = text.indexOf(u'{', brace + 1);
+        return brace;
+    }
+
     QStringView text;
     qsizetype position = 0;
 };
@@ -98,6 +107,19 @@ const SnippetVariableService& SnippetVariableService::shared()
 {
     static const SnippetVariableService service;
     return service;
+}
+
+QList<SnippetVariableService::Placeholder>
+SnippetVariableService::placeholders(QStringView text) const
+{
+    QList<Placeholder> found;
+    PlaceholderScanner scanner(text);
+    while (const auto match = scanner.next()) {
+        const QStringView name = trimmedHorizontally(match->capture);
+        if (!name.isEmpty())
+            found.append({match->begin, match->end - match->begin, name});
+    }
+    return found;
 }
 
 QStringList SnippetVariableService::extractNames(const QString& text) const

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <QList>
 #include <QMap>
 #include <QString>
 #include <QStringList>
+#include <QStringView>
 
 namespace vellumry {
 
@@ -18,6 +20,16 @@ public:
     static constexpr QStringView pattern = uR"(\{\{\s*([^{}\n]+?)\s*\}\})";
 
     [[nodiscard]] static const SnippetVariableService& shared();
+
+    /// One placeholder as it stands in a text.
+    struct Placeholder {
+        qsizetype begin;
+        qsizetype length;
+        QStringView name; ///< a part of the text
+    };
+
+    /// All that have a name, from left to right.
+    [[nodiscard]] QList<Placeholder> placeholders(QStringView text) const;
 
     /// The distinct names in the text, in the order of their first occurrence.
     [[nodiscard]] QStringList extractNames(const QString& text) const;

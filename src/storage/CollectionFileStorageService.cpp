@@ -255,7 +255,7 @@ std::optional<VellumryData> CollectionFileStorageService::loadLegacySingleFile()
         log(u"加载旧格式失败 - " % failure.description());
         return std::nullopt;
     }
-    const auto data = DataValidator::singleFileLibrary(bytes, with.clock);
+    auto data = DataValidator::singleFileLibrary(bytes, with.clock);
     if (data)
         setCurrentData(*data);
     return data;
@@ -532,7 +532,7 @@ QStringList CollectionFileStorageService::walkCollectionFiles(const QString& fol
 {
     QStringList baseNames;
     for (const QString& fileName : with.files.list(folder)) {
-        if (const auto baseName = collectionFileBaseNameOf(fileName))
+        if (const auto baseName = baseNameOfCollectionFile(fileName))
             baseNames.append(*baseName);
     }
     cache.beginWalk(folder, baseNames);

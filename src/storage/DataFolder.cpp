@@ -16,7 +16,7 @@ QString collectionFilePath(const QString& folder, const QString& baseName)
     return folder % u'/' % baseName % u".json";
 }
 
-std::optional<QString> collectionFileBaseNameOf(const QString& fileName)
+std::optional<QString> baseNameOfCollectionFile(const QString& fileName)
 {
     auto baseName = jsonFileBaseName(fileName);
     return baseName == QLatin1StringView("_metadata") ? std::nullopt : baseName;

@@ -14,6 +14,6 @@ namespace vellumry {
 [[nodiscard]] QString collectionFilePath(const QString& folder, const QString& baseName);
 
 /// The base name, if a file of this name is a collection file: any JSON file but the metadata file.
-[[nodiscard]] std::optional<QString> collectionFileBaseNameOf(const QString& fileName);
+[[nodiscard]] std::optional<QString> baseNameOfCollectionFile(const QString& fileName);
 
 } // namespace vellumry

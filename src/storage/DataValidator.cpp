@@ -143,7 +143,7 @@ DataValidator::ValidationResult DataValidator::validateMultiFileFormat(const QSt
     }
     SyncDataContent content;
     for (const QString& name : std::as_const(names)) {
-        if (!collectionFileBaseNameOf(name))
+        if (!baseNameOfCollectionFile(name))
             continue;
         if (auto file = collectionFile(folder % u'/' % name, files, decoder)) {
             content.collections.append(std::move(file->collection));

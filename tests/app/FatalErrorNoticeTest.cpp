@@ -1,9 +1,9 @@
 #include "app/FatalErrorNotice.h"
 
+#include "FolderOpener.h"
+
 #include <QAbstractButton>
-#include <QDesktopServices>
 #include <QMessageBox>
-#include <QUrl>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -12,20 +12,6 @@ namespace vellumry::test {
 namespace {
 
 using testing::ElementsAre;
-
-/// Takes the folders that are to be opened.
-class FolderOpener : public QObject {
-    Q_OBJECT
-
-public:
-    FolderOpener() { QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "open"); }
-    ~FolderOpener() override { QDesktopServices::unsetUrlHandler(QStringLiteral("file")); }
-
-    QList<QUrl> opened;
-
-public Q_SLOTS:
-    void open(const QUrl& url) { opened.append(url); }
-};
 
 const FatalErrorReport duplicate{.text = QStringLiteral("Duplicate values for key: 'A-1'"),
                                  .key = QStringLiteral("A-1"),
@@ -80,5 +66,3 @@ TEST(FatalErrorNoticeTest, anErrorWithoutAFileIsTold)
 } // namespace
 
 } // namespace vellumry::test
-
-#include "FatalErrorNoticeTest.moc"

@@ -1,30 +1,16 @@
 #include "app/SingleInstance.h"
 
+#include "app/RemoteCommands.h"
+#include "support/Environment.h"
 #include "support/LogCapture.h"
 
-#include <QByteArray>
+#include <QCoreApplication>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace vellumry::test {
 
 namespace {
-
-/// Another value of a variable of the environment, for the time being.
-class Environment {
-public:
-    Environment(const char* variable, const QByteArray& value)
-        : name(variable), before(qgetenv(variable))
-    {
-        qputenv(name, value);
-    }
-    ~Environment() { qputenv(name, before); }
-    Environment(const Environment&) = delete;
-    Environment& operator=(const Environment&) = delete;
-
-private:
-    const char* name;
-    QByteArray before;
-};
 
 TEST(SingleInstanceTest, withoutASessionBusEachStartIsTheFirst)
 {
@@ -39,6 +25,33 @@ TEST(SingleInstanceTest, withoutASessionBusEachStartIsTheFirst)
     EXPECT_EQ(log.lines.value(0),
               QStringLiteral("SingleInstance: there is no session bus, so a second start will not "
                              "find this one"));
+}
+
+TEST(RemoteCommandsTest, whatComesBeforeSomebodyListensWaits)
+{
+    QObject object;
+    RemoteCommands commands(&object);
+    QList<StartCommand> received;
+    commands.Activate({});
+    commands.ActivateAction(QStringLiteral("toggle-palette"), {}, {});
+    commands.listen([&received](StartCommand command) { received.append(command); });
+    commands.Open({QStringLiteral("file:///a")}, {});
+    EXPECT_TRUE(received.isEmpty()) << "the caller has its answer first";
+    QCoreApplication::processEvents();
+    EXPECT_THAT(received, testing::ElementsAre(StartCommand::open, StartCommand::togglePalette,
+                                               StartCommand::open));
+}
+
+TEST(RemoteCommandsTest, anActionThatThereIsNotDoesNothing)
+{
+    QObject object;
+    RemoteCommands commands(&object);
+    int received = 0;
+    commands.listen([&received](StartCommand) { ++received; });
+    commands.ActivateAction(QStringLiteral("format-disk"), {}, {});
+    commands.ActivateAction(QString(), {}, {});
+    QCoreApplication::processEvents();
+    EXPECT_EQ(received, 0);
 }
 
 } // namespace

@@ -9,7 +9,11 @@ RETRYING = "setupMainWindowWithRetry: Window not found, retrying... attempts rem
 class StartByHand(DesktopCase):
 
     def start_program(self):
-        return self.start(Program, self.desktop, self.home, (), ())
+        """Returns when the program raises its window no more by itself."""
+        program = self.start(Program, self.desktop, self.home, (), ())
+        program.wait_settled()
+        self.desktop.wait_focus(MAIN_WINDOW)
+        return program
 
     def open_from_palette(self):
         self.program.open_palette()
@@ -22,15 +26,12 @@ class StartByHand(DesktopCase):
         first look."""
         self.program.finish()
         self.program = self.start_program()
-        self.program.wait_settled()
-        self.desktop.wait_focus(MAIN_WINDOW)
         self.assertEqual(len(self.desktop.windows(MAIN_WINDOW)), 1)
         self.assertEqual(
             self.program.count(f"{ADOPTED}vellumry::AppKitWindow, attempts remaining: 5"), 1)
 
     def test_closing_hides_and_the_palette_brings_it_back(self):
         """The window that was closed is the one that comes again, and the palette hides it."""
-        self.program.wait_settled()
         self.desktop.activate(MAIN_WINDOW)
         window = self.desktop.window(MAIN_WINDOW)
         self.desktop.key("alt+F4")
@@ -45,7 +46,6 @@ class StartByHand(DesktopCase):
 
     def test_close_window_hides_too(self):
         """The command Close Window takes the window off the screen; the program stays."""
-        self.program.wait_settled()
         self.desktop.activate(MAIN_WINDOW)
         self.desktop.key("ctrl+w")
         self.desktop.wait_gone(MAIN_WINDOW)
@@ -53,7 +53,6 @@ class StartByHand(DesktopCase):
 
     def test_quit_ends_the_program(self):
         """The command Quit ends the program while the window is open."""
-        self.program.wait_settled()
         self.desktop.activate(MAIN_WINDOW)
         self.desktop.key("ctrl+q")
         wait_for("the end", lambda: not self.program.running())

@@ -1,12 +1,13 @@
 """A second start hands over to the program that runs; so do the switches."""
 import os
+import re
 import signal
 import subprocess
 import time
 
 from case import DesktopCase, main
-from processes import guarded
-from program import MAIN_WINDOW, PALETTE, Program
+from processes import LoggedProcess, guarded
+from program import MAIN_WINDOW, PALETTE, READY, Program
 from waiting import wait_for
 
 # From the second start to its end. The desktop under test shares the machine.
@@ -112,6 +113,33 @@ class SingleInstance(DesktopCase):
             self.program.process.send_signal(signal.SIGCONT)
         self.assertEqual(status, 1)
         self.assertIn("SingleInstance: Vellumry is running already, but does not answer", text)
+
+    def test_program_that_ends_meanwhile(self):
+        """A start that meets the end of the other program takes its place."""
+        self.program.process.send_signal(signal.SIGSTOP)
+        successor = LoggedProcess([os.environ["VELLUMRY_PROGRAM"], "--hidden"],
+                                  {**self.desktop.env, **self.home})
+        self.addCleanup(successor.finish)
+        wait_for("the other one is asked", lambda: self.has_bus_name(successor))
+        self.program.process.kill()
+        wait_for("the other one takes over", lambda: READY in successor.lines)
+        self.program.finish()
+
+    def has_bus_name(self, process):
+        """Whether the process is on the session bus, and so past the first question to it."""
+        listing = self.desktop.command(
+            "dbus-send", "--session", "--print-reply", "--dest=org.freedesktop.DBus",
+            "/org/freedesktop/DBus", "org.freedesktop.DBus.ListNames")
+        names = re.findall(r'":[\d.]+"', listing)
+        return any(self.pid_of(name.strip('"')) == process.process.pid for name in names)
+
+    def pid_of(self, name):
+        answer = self.desktop.command(
+            "dbus-send", "--session", "--print-reply", "--dest=org.freedesktop.DBus",
+            "/org/freedesktop/DBus", "org.freedesktop.DBus.GetConnectionUnixProcessID",
+            f"string:{name}", check=False)
+        found = re.search(r"uint32 (\d+)", answer)
+        return int(found[1]) if found else None
 
     def test_unknown_switch(self):
         """A switch that there is not ends the start with a line that names it."""

@@ -5,13 +5,11 @@
 //   entry LABEL       one entry of its menu
 //   ready             the area is there
 
+#include "status_area.h"
+
 #include <QCoreApplication>
-#include <QDBusArgument>
 #include <QDBusConnection>
-#include <QDBusContext>
-#include <QDBusMessage>
 #include <QDBusVariant>
-#include <QHash>
 #include <QSocketNotifier>
 #include <QTextStream>
 
@@ -28,89 +26,60 @@ void print(const QString& line)
     std::fflush(stdout);
 }
 
-class StatusArea : public QObject, protected QDBusContext {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
-    Q_PROPERTY(bool IsStatusNotifierHostRegistered READ isHostRegistered)
-    Q_PROPERTY(int ProtocolVersion READ protocolVersion)
-    Q_PROPERTY(QStringList RegisteredStatusNotifierItems READ items)
-
-public:
-    [[nodiscard]] bool isHostRegistered() const { return true; }
-    [[nodiscard]] int protocolVersion() const { return 0; }
-    [[nodiscard]] QStringList items() const
-    {
-        return service.isEmpty() ? QStringList() : QStringList(service);
-    }
-
-    /// Clicks on the entry of that label.
-    void click(const QString& label)
-    {
-        QDBusMessage event = call(QStringLiteral("Event"));
-        event << entries.value(label) << QStringLiteral("clicked")
-              << QVariant::fromValue(QDBusVariant(QString())) << 0U;
-        QDBusConnection::sessionBus().call(event);
-    }
-
-public Q_SLOTS:
-    void RegisterStatusNotifierItem(const QString&)
-    {
-        service = message().service();
-        print(QStringLiteral("item ") + service);
-        QMetaObject::invokeMethod(this, &StatusArea::readMenu, Qt::QueuedConnection);
-    }
-    void RegisterStatusNotifierHost(const QString&) {}
-
-Q_SIGNALS:
-    void StatusNotifierItemRegistered(const QString& item);
-    void StatusNotifierItemUnregistered(const QString& item);
-    void StatusNotifierHostRegistered();
-
-private:
-    [[nodiscard]] QDBusMessage call(const QString& method) const
-    {
-        return QDBusMessage::createMethodCall(service, QStringLiteral("/MenuBar"), menuInterface,
-                                              method);
-    }
-
-    void readMenu()
-    {
-        QDBusMessage question = call(QStringLiteral("GetLayout"));
-        question << 0 << -1 << QStringList();
-        const QDBusMessage answer = QDBusConnection::sessionBus().call(question);
-        if (answer.type() != QDBusMessage::ReplyMessage) {
-            print(QStringLiteral("no menu: ") + answer.errorMessage());
-            return;
-        }
-        readEntry(answer.arguments().at(1).value<QDBusArgument>());
-    }
-
-    void readEntry(const QDBusArgument& layout)
-    {
-        int id = 0;
-        QVariantMap properties;
-        layout.beginStructure();
-        layout >> id >> properties;
-        const QString label = properties.value(QStringLiteral("label")).toString();
-        if (!label.isEmpty()) {
-            entries.insert(label, id);
-            print(QStringLiteral("entry ") + label);
-        }
-        layout.beginArray();
-        while (!layout.atEnd()) {
-            QDBusVariant child;
-            layout >> child;
-            readEntry(child.variant().value<QDBusArgument>());
-        }
-        layout.endArray();
-        layout.endStructure();
-    }
-
-    QString service;
-    QHash<QString, int> entries;
-};
-
 } // namespace
+
+void StatusArea::click(const QString& label)
+{
+    QDBusMessage event = call(QStringLiteral("Event"));
+    event << entries.value(label) << QStringLiteral("clicked")
+          << QVariant::fromValue(QDBusVariant(QString())) << 0U;
+    QDBusConnection::sessionBus().call(event);
+}
+
+void StatusArea::RegisterStatusNotifierItem(const QString&)
+{
+    service = message().service();
+    print(QStringLiteral("item ") + service);
+    QMetaObject::invokeMethod(this, &StatusArea::readMenu, Qt::QueuedConnection);
+}
+QDBusMessage StatusArea::call(const QString& method) const
+{
+    return QDBusMessage::createMethodCall(service, QStringLiteral("/MenuBar"), menuInterface,
+                                          method);
+}
+
+void StatusArea::readMenu()
+{
+    QDBusMessage question = call(QStringLiteral("GetLayout"));
+    question << 0 << -1 << QStringList();
+    const QDBusMessage answer = QDBusConnection::sessionBus().call(question);
+    if (answer.type() != QDBusMessage::ReplyMessage) {
+        print(QStringLiteral("no menu: ") + answer.errorMessage());
+        return;
+    }
+    readEntry(answer.arguments().at(1).value<QDBusArgument>());
+}
+
+void StatusArea::readEntry(const QDBusArgument& layout)
+{
+    int id = 0;
+    QVariantMap properties;
+    layout.beginStructure();
+    layout >> id >> properties;
+    const QString label = properties.value(QStringLiteral("label")).toString();
+    if (!label.isEmpty()) {
+        entries.insert(label, id);
+        print(QStringLiteral("entry ") + label);
+    }
+    layout.beginArray();
+    while (!layout.atEnd()) {
+        QDBusVariant child;
+        layout >> child;
+        readEntry(child.variant().value<QDBusArgument>());
+    }
+    layout.endArray();
+    layout.endStructure();
+}
 
 int main(int argc, char** argv)
 {
@@ -135,5 +104,3 @@ int main(int argc, char** argv)
     print(QStringLiteral("ready"));
     return QCoreApplication::exec();
 }
-
-#include "status_area.moc"

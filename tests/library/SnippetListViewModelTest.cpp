@@ -837,6 +837,16 @@ TEST_F(Announcing, IsLeftOutWithoutAChange)
     EXPECT_TRUE(world.announced.take().isEmpty());
 }
 
+TEST_F(FilteredSnippets, TellTheRowOfASnippet)
+{
+    loadFour();
+    EXPECT_EQ(model.shownRow(u"b"_s), 2);
+    EXPECT_EQ(model.shownRow(u"nobody"_s), -1);
+    model.selectCollection(u"Home"_s);
+    EXPECT_EQ(model.shownRow(u"d"_s), 0);
+    EXPECT_EQ(model.shownRow(u"b"_s), -1);
+}
+
 TEST_F(Announcing, LetsItsListenersGoOn)
 {
     loadFour();

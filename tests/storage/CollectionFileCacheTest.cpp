@@ -107,6 +107,37 @@ TEST_F(CollectionFileCacheTest, readsARacyFileAgainUntilItsTickIsOverAndKeepsThe
     EXPECT_EQ(opens(), 3) << "settled";
 }
 
+TEST_F(CollectionFileCacheTest, knowsWhetherAFileIsStillTheOneThatItRead)
+{
+    EXPECT_FALSE(cache.isStillAsRead(QStringLiteral("work"))) << "it never was";
+    look();
+    EXPECT_TRUE(cache.isStillAsRead(QStringLiteral("work")));
+    files.now += 1s;
+    put(QStringLiteral("other"));
+    EXPECT_FALSE(cache.isStillAsRead(QStringLiteral("work")));
+    look();
+    EXPECT_TRUE(cache.isStillAsRead(QStringLiteral("work")));
+    files.take(path);
+    EXPECT_FALSE(cache.isStillAsRead(QStringLiteral("work")));
+    EXPECT_EQ(opens(), 2) << "without opening it";
+}
+
+TEST_F(CollectionFileCacheTest, aWalkWithoutAListingForgetsNothingAndChecksWhatItMeets)
+{
+    look();
+    cache.acceptForeignChanges();
+    cache.beginWalk(dataFolder);
+    EXPECT_EQ(cache.file(QStringLiteral("work"), decoder).snippets.size(), 1);
+    EXPECT_EQ(opens(), 1);
+    EXPECT_FALSE(cache.hasForeignChanges());
+    files.now += 1s;
+    put(QStringLiteral("other"));
+    cache.beginWalk(dataFolder);
+    EXPECT_EQ(cache.file(QStringLiteral("work"), decoder).snippets.first().content(),
+              QStringLiteral("other"));
+    EXPECT_TRUE(cache.hasForeignChanges());
+}
+
 TEST_F(CollectionFileCacheTest, followsAMovedFileWithoutDecodingIt)
 {
     cache.beginWalk(dataFolder, {QStringLiteral("work")});

@@ -27,6 +27,12 @@ TEST(KeyboardTextTest, theModifiersHaveAFixedOrder)
         QStringLiteral("Ctrl+Alt+Shift+Super+K"));
 }
 
+TEST(KeyboardTextTest, givesTheKeysOneByOne)
+{
+    EXPECT_EQ(keyboardKeys({QStringLiteral("+"), ModifierFlags::command}),
+              QStringList({QStringLiteral("Ctrl"), QStringLiteral("+")}));
+}
+
 TEST(KeyboardTextTest, keysWithNamesBeginWithACapital)
 {
     EXPECT_EQ(keyboardText({QStringLiteral("space"), ModifierFlags::option}),

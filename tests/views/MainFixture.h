@@ -94,11 +94,14 @@ public:
     /// Shows the view, active and with nothing under the pointer.
     void open(const QSize& size = {1024, 680})
     {
+        QCursor::setPos({5000, 5000});
         content().resize(size);
         content().show();
         content().activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&content()));
         QApplication::processEvents();
+        hover(sidebar(), false);
+        hover(list(), false);
     }
 
     MainContentView& content()
@@ -106,15 +109,7 @@ public:
         if (!mainContent)
             mainContent = std::make_unique<MainContentView>(MainContentView::Dependencies{
                 world.model, world.colors, world.notifications, world.scheduler, world.clock, theme,
-                pasteboard,
-                [this](const SnippetEditorRequest& request, QWidget* parent) {
-                    ++editors;
-                    lastRequest = request;
-                    auto* editor = new QPlainTextEdit(request.snippet.content(), parent);
-                    editor->setObjectName(request.snippet.id());
-                    return editor;
-                },
-                [] { return QStringLiteral("/data/folder"); },
+                pasteboard, makeEditor, [] { return QStringLiteral("/data/folder"); },
                 [this](const QUrl& url) { opened.append(url); }});
         return *mainContent;
     }
@@ -189,6 +184,14 @@ public:
     QList<QUrl> opened;
     int editors = 0; ///< how many were made
     SnippetEditorRequest lastRequest;
+    /// What the window is opened with.
+    MakeSnippetEditor makeEditor = [this](const SnippetEditorRequest& request, QWidget* parent) {
+        ++editors;
+        lastRequest = request;
+        auto* editor = new QPlainTextEdit(request.snippet.content(), parent);
+        editor->setObjectName(request.snippet.id());
+        return editor;
+    };
 
 private:
     std::vector<std::unique_ptr<int>> counts;

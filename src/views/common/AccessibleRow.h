@@ -1,16 +1,17 @@
 #pragma once
 
+class QWidget;
+
 namespace vellumry {
 
-/// How rows that are widgets of their own tell a screen reader that they are rows, and which one is
+/// How a row that is a widget of its own tells a screen reader that it is a row, and whether it is
 /// selected.
-class AccessibleRow {
-public:
-    /// The property of a row widget that tells whether it is selected.
-    static constexpr auto selectedKey = "isSelectedRow";
+namespace AccessibleRow {
 
-    /// Makes it so for every widget that has this property. Once for the program.
-    static void install();
-};
+/// To be called once for each row, before anything else is told about it.
+void install(QWidget& row);
+void setSelected(QWidget& row, bool selected);
+
+} // namespace AccessibleRow
 
 } // namespace vellumry

@@ -51,6 +51,25 @@ void Button::setSymbol(const QString& name, int pixels)
     update();
 }
 
+void Button::setKind(Kind newKind)
+{
+    kind = newKind;
+    updateGeometry();
+    update();
+}
+
+void Button::setFaceHeight(int pixels)
+{
+    faceHeight = pixels;
+    updateGeometry();
+}
+
+void Button::setFaceScale(qreal scale)
+{
+    faceScale = scale;
+    update();
+}
+
 void Button::setAccented(bool isAccented)
 {
     accented = isAccented;
@@ -77,6 +96,12 @@ QSize Button::sizeHint() const
     return {wide + 2 * ringRoom, high + 2 * ringRoom};
 }
 
+QSize Button::minimumSizeHint() const
+{
+    const QSize whole = sizeHint();
+    return kind == Kind::icon ? whole : whole - QSize(2 * padding(), 0);
+}
+
 TextStyle Button::textStyle() const
 {
     switch (size) {
@@ -91,6 +116,8 @@ TextStyle Button::textStyle() const
 
 int Button::designedHeight() const
 {
+    if (faceHeight > 0)
+        return faceHeight;
     switch (size) {
     case Size::small:
         return 26;
@@ -130,6 +157,21 @@ Button::Colors Button::colors() const
     case Kind::bordered:
         return {token.card, token.cardHover, token.fillPressed, token.textPrimary,
                 token.fieldStroke};
+    case Kind::rest: {
+        const auto faint = [&](float opacity) {
+            QColor color = token.secondaryMark;
+            color.setAlphaF(opacity);
+            return color;
+        };
+        return {faint(0.35F), faint(0.45F), faint(0.55F), token.textPrimary, Qt::transparent};
+    }
+    case Kind::done: {
+        QColor fill = token.successFill;
+        fill.setAlphaF(0.9F);
+        return {fill, token.successFill, token.successFill, token.onSuccess, Qt::transparent};
+    }
+    case Kind::confirmed:
+        return {token.card, token.cardHover, token.fillPressed, token.success, token.fieldStroke};
     case Kind::danger:
         return {token.dangerFill, token.dangerFill.darker(darker), token.dangerFill.darker(darkest),
                 token.onDanger, Qt::transparent};
@@ -156,6 +198,11 @@ void Button::paintEvent(QPaintEvent*)
     const Colors look = colors();
     const QRectF face = QRectF(rect()).adjusted(ringRoom, ringRoom, -ringRoom, -ringRoom);
     const int corner = size == Size::large ? largeRadius : radius;
+    if (faceScale != 1) {
+        painter.translate(face.center());
+        painter.scale(faceScale, faceScale);
+        painter.translate(-face.center());
+    }
     QColor fill = look.fill;
     // Towards a fill from nothing, it is the opacity alone that changes.
     if (fill.alpha() == 0) {

@@ -22,7 +22,10 @@ public:
         quietDanger,
         ghost,
         link,
-        icon, ///< a symbol alone
+        icon,      ///< a symbol alone
+        rest,      ///< a primary one with nothing to do at present
+        done,      ///< a primary one that has just succeeded
+        confirmed, ///< a bordered one that has just succeeded
     };
     enum class Size { small, regular, alert, large };
 
@@ -37,6 +40,7 @@ public:
     [[nodiscard]] static Button* withSymbol(const Theme& theme, const QString& symbol,
                                             const QString& name, QWidget* parent);
 
+    void setKind(Kind newKind);
     void setSymbol(const QString& name, int pixels = 16);
     [[nodiscard]] const QString& symbol() const { return symbolName; }
     /// For a symbol that acts: drawn in the one ink.
@@ -44,13 +48,20 @@ public:
     /// Of a symbol alone: the side of its square.
     void setSide(int pixels);
 
+    /// In place of the height that belongs to the size.
+    void setFaceHeight(int pixels);
+    /// Paints the button larger or smaller than it is, about its middle; the ring's room is the
+    /// most.
+    void setFaceScale(qreal scale);
+
     /// The one that Return presses in its sheet.
     void setDefault(bool isDefault) { defaultButton = isDefault; }
     [[nodiscard]] bool isDefault() const { return defaultButton; }
 
     [[nodiscard]] bool isRingShown() const { return hasFocus() && ringShown; }
     [[nodiscard]] QSize sizeHint() const override;
-    [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+    /// Without its padding.
+    [[nodiscard]] QSize minimumSizeHint() const override;
 
 protected:
     /// How far the hover has come, from 0 to 1.
@@ -86,6 +97,8 @@ private:
     QString symbolName;
     int symbolSize = 16;
     int side = 28;
+    int faceHeight = 0; ///< of the size, where it is 0
+    qreal faceScale = 1;
     bool accented = false;
     bool defaultButton = false;
     bool ringShown = false;

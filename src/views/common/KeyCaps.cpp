@@ -6,8 +6,6 @@
 #include <QPainter>
 #include <QtMath>
 
-#include <utility>
-
 namespace vellumry {
 
 namespace {
@@ -17,6 +15,17 @@ constexpr int padding = 6;
 constexpr int radius = 4;
 constexpr int gap = 4;
 constexpr int bottomEdge = 2;
+
+int capHeight(const Theme& theme)
+{
+    return theme.rowHeight(side, TextStyle::captionMedium);
+}
+
+int capWidth(const Theme& theme, const QString& key)
+{
+    const qreal text = QFontMetricsF(theme.font(TextStyle::captionMedium)).horizontalAdvance(key);
+    return std::max(capHeight(theme), qCeil(text) + 2 * padding);
+}
 
 } // namespace
 
@@ -31,38 +40,33 @@ KeyCaps::KeyCaps(const Theme& look, const QStringList& names, QWidget* parent)
     });
 }
 
-int KeyCaps::capHeight() const
-{
-    return theme.rowHeight(side, TextStyle::captionMedium);
-}
-
-int KeyCaps::capWidth(const QString& key) const
-{
-    const qreal text = QFontMetricsF(theme.font(TextStyle::captionMedium)).horizontalAdvance(key);
-    return std::max(capHeight(), qCeil(text) + 2 * padding);
-}
-
-QSize KeyCaps::sizeHint() const
+QSize KeyCaps::sizeOf(const Theme& theme, const QStringList& keys)
 {
     int wide = -gap;
     for (const QString& key : keys)
-        wide += capWidth(key) + gap;
-    return {wide, capHeight()};
+        wide += capWidth(theme, key) + gap;
+    return {wide, capHeight(theme)};
+}
+
+void KeyCaps::paint(QPainter& painter, const Theme& theme, const QStringList& keys,
+                    const QPointF& position)
+{
+    const ColorTokens& token = theme.colors();
+    qreal x = position.x();
+    for (const QString& key : keys) {
+        const QRectF cap(x, position.y(), capWidth(theme, key), capHeight(theme));
+        fillRounded(painter, cap, radius, token.keycapStroke);
+        fillRounded(painter, cap.adjusted(1, 1, -1, -bottomEdge), radius - 1, token.keycap);
+        paintLine(painter, cap.adjusted(0, 0, 0, -1), key, theme.font(TextStyle::captionMedium),
+                  token.keycapText, Qt::AlignHCenter);
+        x += cap.width() + gap;
+    }
 }
 
 void KeyCaps::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    const ColorTokens& token = theme.colors();
-    int x = 0;
-    for (const QString& key : std::as_const(keys)) {
-        const QRectF cap(x, 0, capWidth(key), capHeight());
-        fillRounded(painter, cap, radius, token.keycapStroke);
-        fillRounded(painter, cap.adjusted(1, 1, -1, -bottomEdge), radius - 1, token.keycap);
-        paintLine(painter, cap.adjusted(0, 0, 0, -1), key, theme.font(TextStyle::captionMedium),
-                  token.keycapText, Qt::AlignHCenter);
-        x += capWidth(key) + gap;
-    }
+    paint(painter, theme, keys, {0, 0});
 }
 
 } // namespace vellumry

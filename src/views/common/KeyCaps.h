@@ -15,15 +15,17 @@ public:
     /// The theme outlives the caps.
     KeyCaps(const Theme& theme, const QStringList& keys, QWidget* parent = nullptr);
 
-    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize sizeHint() const override { return sizeOf(theme, keys); }
+
+    /// For who draws caps among other things.
+    [[nodiscard]] static QSize sizeOf(const Theme& theme, const QStringList& keys);
+    static void paint(QPainter& painter, const Theme& theme, const QStringList& keys,
+                      const QPointF& position);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    [[nodiscard]] int capWidth(const QString& key) const;
-    [[nodiscard]] int capHeight() const;
-
     const Theme& theme;
     QStringList keys;
 };

@@ -20,7 +20,7 @@ constexpr std::array<CapName, 5> spokenCaps{
 
 } // namespace
 
-QString keyboardText(const HotkeyConfig& config)
+QStringList keyboardKeys(const HotkeyConfig& config)
 {
     using hotkey::ModifierFlags;
     QStringList keys;
@@ -34,7 +34,12 @@ QString keyboardText(const HotkeyConfig& config)
         keys.append(QStringLiteral("Super"));
     keys.append(config.key.size() == 1 ? config.key.toUpper()
                                        : config.key.left(1).toUpper() + config.key.mid(1));
-    return keys.join(u'+');
+    return keys;
+}
+
+QString keyboardText(const HotkeyConfig& config)
+{
+    return keyboardKeys(config).join(u'+');
 }
 
 QStringList keyboardCaps(const QStringList& symbols)

@@ -15,6 +15,7 @@ Label::Label(const Theme& look, TextStyle textStyle, Color textColor, const QStr
 void Label::applyTheme()
 {
     setFont(theme.font(style));
+    setMinimumHeight(theme.lineHeight(style));
     QPalette colors = palette();
     colors.setColor(QPalette::WindowText, theme.colors().*color);
     setPalette(colors);

@@ -27,10 +27,11 @@ constexpr int gap = 9;
 constexpr int leftPadding = 9;
 constexpr int rightPadding = 10;
 constexpr int chevronSize = 14;
-constexpr int leastTextWidth = 90;
+constexpr int leastTextWidth = 108;
 
 constexpr auto symbolKey = "symbol";
 constexpr auto swatchKey = "swatch";
+constexpr auto chosenKey = "chosen";
 constexpr auto destructiveKey = "destructive";
 
 class MenuStyle final : public QProxyStyle {
@@ -62,8 +63,8 @@ public:
         if (item->menuItemType == QStyleOptionMenuItem::Separator)
             return {1, separatorHeight};
         const qreal text = QFontMetricsF(theme.font(TextStyle::body)).horizontalAdvance(item->text);
-        int wide =
-            leftPadding + iconSize + gap + std::max(leastTextWidth, qCeil(text)) + rightPadding;
+        int wide = leftPadding + marksRoom(*qobject_cast<const PopupMenu*>(widget)) + iconSize +
+                   gap + std::max(leastTextWidth, qCeil(text)) + rightPadding;
         if (item->menuItemType == QStyleOptionMenuItem::SubMenu)
             wide += chevronSize + gap;
         return {wide, theme.rowHeight(rowHeight, TextStyle::body)};
@@ -91,13 +92,15 @@ public:
         if (element == CE_MenuEmptyArea)
             return;
         if (element == CE_MenuItem && item)
-            drawItem(*item, *painter, *qobject_cast<const QMenu*>(widget));
+            drawItem(*item, *painter, *qobject_cast<const PopupMenu*>(widget));
         else
             QProxyStyle::drawControl(element, option, painter, widget);
     }
 
 private:
-    void drawItem(const QStyleOptionMenuItem& item, QPainter& painter, const QMenu& menu) const
+    static int marksRoom(const PopupMenu& menu) { return menu.hasChoices() ? iconSize + gap : 0; }
+
+    void drawItem(const QStyleOptionMenuItem& item, QPainter& painter, const PopupMenu& menu) const
     {
         const ColorTokens& token = theme.colors();
         const QRectF row = item.rect;
@@ -120,10 +123,15 @@ private:
             fillRounded(painter, row, rowRadius, token.accentFill);
             text = symbol = token.onAccent;
         }
-        const QPointF slot(row.x() + leftPadding, row.center().y() - iconSize / 2.0);
+        QPointF slot(row.x() + leftPadding, row.center().y() - iconSize / 2.0);
+        if (action && action->property(chosenKey).toBool())
+            Icon(QStringLiteral("checkmark")).paint(painter, slot, iconSize, symbol);
+        slot.rx() += marksRoom(menu);
         if (action)
             drawLeading(*action, painter, slot, symbol);
-        const qreal x = row.x() + leftPadding + iconSize + gap;
+        // Among choices, what has no swatch begins where theirs do.
+        const bool isBare = menu.hasChoices() && action && !action->property(swatchKey).isValid();
+        const qreal x = slot.x() + (isBare ? 2 : iconSize + gap);
         paintLine(painter, QRectF(x, row.y(), row.right() - rightPadding + 2 - x, row.height()),
                   item.text, theme.font(TextStyle::body), text);
         if (item.menuItemType == QStyleOptionMenuItem::SubMenu)
@@ -187,6 +195,15 @@ QAction* PopupMenu::addSwatch(const QColor& color, const QString& text,
 {
     QAction* item = addAction(text, this, std::move(action));
     item->setProperty(swatchKey, color);
+    return item;
+}
+
+QAction* PopupMenu::addChoice(const QColor& color, const QString& text, bool isChosen,
+                              std::function<void()> action)
+{
+    choices = true;
+    QAction* item = addSwatch(color, text, std::move(action));
+    item->setProperty(chosenKey, isChosen);
     return item;
 }
 

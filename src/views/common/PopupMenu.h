@@ -23,7 +23,13 @@ public:
                                 std::function<void()> action);
     /// With a round swatch of the colour.
     QAction* addSwatch(const QColor& color, const QString& text, std::function<void()> action);
+    /// One of several, with a round swatch; a mark stands before the chosen one. All items of the
+    /// menu then leave room for the marks.
+    QAction* addChoice(const QColor& color, const QString& text, bool isChosen,
+                       std::function<void()> action);
     PopupMenu* addSubmenu(const QString& symbol, const QString& text);
+
+    [[nodiscard]] bool hasChoices() const { return choices; }
 
     /// The swatch, 12 points wide, as it stands before an item.
     [[nodiscard]] static QPixmap swatch(const QColor& color, qreal devicePixelRatio);
@@ -33,6 +39,7 @@ protected:
 
 private:
     const Theme& theme;
+    bool choices = false;
 };
 
 } // namespace vellumry

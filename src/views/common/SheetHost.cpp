@@ -161,10 +161,13 @@ private:
     [[nodiscard]] QRect cardRect() const
     {
         const QSize room = size() - QSize(2 * windowMargin, 2 * windowMargin);
-        const int wide = std::min(contents->sizeHint().width(), room.width());
-        const int wanted = contents->hasHeightForWidth() ? contents->heightForWidth(wide)
-                                                         : contents->sizeHint().height();
-        const int high = std::min(wanted, room.height());
+        const QSize wanted = contents->sizeHint()
+                                 .expandedTo(contents->minimumSize())
+                                 .boundedTo(contents->maximumSize());
+        const int wide = std::min(wanted.width(), room.width());
+        const int high = std::min(contents->hasHeightForWidth() ? contents->heightForWidth(wide)
+                                                                : wanted.height(),
+                                  room.height());
         return {(width() - wide) / 2, (height() - high) / 2, wide, high};
     }
 

@@ -30,6 +30,8 @@ void paintLine(QPainter& painter, const QRectF& rect, const QString& text, const
     painter.setPen(color);
     const QString shown =
         QFontMetricsF(font).elidedText(singleLine(text), Qt::ElideRight, rect.width());
+    // The ellipsis of a text that runs from right to left stands at its left.
+    painter.setLayoutDirection(shown.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     painter.drawText(
         rect, int(horizontal | Qt::AlignVCenter | Qt::AlignAbsolute | Qt::TextSingleLine), shown);
 }

@@ -57,6 +57,8 @@ constexpr TypeSize typeSize(TextStyle style)
         return {.size = 14, .line = 22, .weight = QFont::Normal, .isMono = true};
     case TextStyle::contentSmall:
         return {.size = 12.5, .line = 18, .weight = QFont::Normal, .isMono = true};
+    case TextStyle::path:
+        return {.size = 11.5, .line = 16, .weight = QFont::Normal, .isMono = true};
     }
     Q_UNREACHABLE();
 }

@@ -26,6 +26,7 @@ enum class TextStyle {
     section,
     content,
     contentSmall,
+    path,
 };
 
 /// How things look at present: the colours of the scheme, and fonts that follow the size that the

@@ -55,9 +55,9 @@ void ListHeader::paintEvent(QPaintEvent*)
     const qreal middle = height() / 2.0;
     qreal x = leftMargin;
     if (shown.collectionColor) {
-        fillRounded(painter, QRectF(x + 3, middle - dotSize / 2.0, dotSize, dotSize), dotSize / 2.0,
+        fillRounded(painter, QRectF(x, middle - dotSize / 2.0, dotSize, dotSize), dotSize / 2.0,
                     *shown.collectionColor);
-        x += dotSize + 3 + gap;
+        x += dotSize + gap;
     } else {
         Icon(QStringLiteral("square.grid.2x2"))
             .paint(painter, {x, middle - symbolSize / 2.0}, symbolSize, token.textSecondary);

@@ -74,11 +74,12 @@ SnippetCardListView::SnippetCardListView(const Dependencies& dependencies, QWidg
     });
     connect(sliding, &QVariantAnimation::finished, this, [this] { slidFrom.clear(); });
 
+    measuredScale = services.theme.textScale();
     measure();
     setModel(rows);
     // Behind the rows' own connection, and at once: what comes next asks for places.
     connect(&services.viewModel, &SnippetListViewModel::filteredSnippetsChanged, this,
-            &SnippetCardListView::doItemsLayout);
+            &SnippetCardListView::measureAnew);
     connect(&services.viewModel, &SnippetListViewModel::selectedSnippetIDChanged, this, [this] {
         syncCurrentIndex();
         revealSelection();
@@ -100,7 +101,11 @@ void SnippetCardListView::applyTheme()
     colors.setColor(QPalette::Base, token.list);
     setPalette(colors);
     scrollBar->setLook({.handle = token.scrollHandle, .handleHovered = token.scrollHandleHover});
-    doItemsLayout();
+    if (measuredScale != services.theme.textScale()) {
+        measuredScale = services.theme.textScale();
+        measureAnew();
+    }
+    viewport()->update();
 }
 
 // Places
@@ -108,16 +113,25 @@ void SnippetCardListView::applyTheme()
 void SnippetCardListView::measure()
 {
     const QList<Snippet>& snippets = services.viewModel.filteredSnippets();
+    constexpr qsizetype ahead = 16; // records lie scattered in memory, and the pass waits for it
     const int withSubtitle = cards.height(true) + gap;
     const int withoutSubtitle = cards.height(false) + gap;
     tops.resize(size_t(snippets.size()) + 1);
     int top = 0;
     for (qsizetype i = 0; i < snippets.size(); ++i) {
-        prefetchFields(snippets, i);
+        if (i + ahead < snippets.size())
+            __builtin_prefetch(&snippets[i + ahead].fields().subtitle);
         tops[size_t(i)] = top;
         top += snippets[i].subtitle().isEmpty() ? withoutSubtitle : withSubtitle;
     }
     tops.back() = top;
+    isMeasured = true;
+}
+
+void SnippetCardListView::measureAnew()
+{
+    isMeasured = false;
+    doItemsLayout();
 }
 
 int SnippetCardListView::contentHeight() const
@@ -142,7 +156,8 @@ int SnippetCardListView::rowAt(int contentY) const
 
 void SnippetCardListView::doItemsLayout()
 {
-    measure();
+    if (!isMeasured)
+        measure();
     QAbstractItemView::doItemsLayout();
     syncCurrentIndex();
     viewport()->update();

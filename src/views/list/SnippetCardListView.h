@@ -94,6 +94,7 @@ private:
 
     void applyTheme();
     void measure();
+    void measureAnew();
     [[nodiscard]] int contentHeight() const;
     [[nodiscard]] int rowAt(int contentY) const;
     [[nodiscard]] QRect rectOfRow(int row) const;
@@ -114,6 +115,8 @@ private:
     EdgeScroll* edgeScroll;
     /// Where each card begins, from the top of the first one, and, last, where the next one would.
     std::vector<int> tops{0};
+    bool isMeasured = false;
+    qreal measuredScale = 0; ///< the size of the text that `tops` are for
 
     bool isLit = false;
     std::optional<QString> hovered;

@@ -15,7 +15,7 @@ namespace {
 constexpr int paddingTop = 9;
 constexpr int paddingBottom = 10;
 constexpr int paddingSide = 12;
-constexpr int subtitleGap = 1;
+constexpr int subtitleGap = 2;
 constexpr int metaGap = 7;
 constexpr int dotSize = 8;
 constexpr int dotGap = 6;
@@ -98,7 +98,11 @@ QString SnippetCardView::relativeTime(Date date, Date now)
 
 QString SnippetCardView::metaLine(const Snippet& snippet) const
 {
-    QStringList parts{snippet.collection(), relativeTime(snippet.updatedAt(), clock.now())};
+    QString collection = snippet.collection();
+    // Isolated, so that a name from right to left does not take the number of the time along.
+    if (collection.isRightToLeft())
+        collection = QChar(0x2068) + collection + QChar(0x2069);
+    QStringList parts{collection, relativeTime(snippet.updatedAt(), clock.now())};
     parts.removeAll(QString());
     return parts.join(QStringLiteral(", "));
 }

@@ -35,7 +35,7 @@ QString capitalised(const QString& name)
 CollectionRowView::CollectionRowView(const Theme& look, Actions handlers, QWidget* parent)
     : QWidget(parent), theme(look), actions(std::move(handlers)), hover(new HoverFade(this))
 {
-    AccessibleRow::install();
+    AccessibleRow::install(*this);
     setMouseTracking(true);
     connect(&theme, &Theme::changed, this, qOverload<>(&QWidget::update));
 }
@@ -51,7 +51,7 @@ void CollectionRowView::setContents(const Contents& contents)
                           .arg(shown.title)
                           .arg(shown.count)
                           .arg(shown.count == 1 ? QString() : QStringLiteral("s")));
-    setProperty(AccessibleRow::selectedKey, shown.isSelected);
+    AccessibleRow::setSelected(*this, shown.isSelected);
     update();
 }
 

@@ -72,7 +72,8 @@ public:
     [[nodiscard]] QSize sizeHint() const override
     {
         const qreal name = QFontMetricsF(theme.font(TextStyle::heading)).horizontalAdvance(text());
-        return {logoSize + logoGap + qCeil(name) + 1 + 2 * ringRoom, logoSize + 2 * ringRoom};
+        const int high = std::max(logoSize, theme.lineHeight(TextStyle::heading));
+        return {logoSize + logoGap + qCeil(name) + 1 + 2 * ringRoom, high + 2 * ringRoom};
     }
 
 protected:
@@ -165,7 +166,7 @@ CollectionSidebarView::CollectionSidebarView(const Dependencies& dependencies, Q
     area->viewport()->setAutoFillBackground(false);
     content->setAutoFillBackground(false);
     content->setFocusPolicy(Qt::NoFocus);
-    area->installEventFilter(this);
+    area->viewport()->installEventFilter(this);
 
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 1, 0);
@@ -315,8 +316,10 @@ void CollectionSidebarView::refreshCollectionRows()
             ++each;
             continue;
         }
-        if (dragged == each.key())
+        if (dragged == each.key()) {
             dropLifted();
+            dragged.reset();
+        }
         slidFrom.erase(each.value());
         each.value()->hide();
         each.value()->deleteLater();
@@ -396,6 +399,7 @@ void CollectionSidebarView::slideRows(const std::function<void()>& change)
     change();
     sliding->setDuration(int(animationTime(*this, slideTime).count()));
     sliding->start();
+    placeRows(); // where they were, before anything is painted
 }
 
 void CollectionSidebarView::placeRows()
@@ -413,7 +417,8 @@ void CollectionSidebarView::placeRows()
         y += rowHigh;
     }
     y += sectionGap;
-    collectionsSectionY = y;
+    if (std::exchange(collectionsSectionY, y) != y)
+        content->update();
     const QSize addSize = add->sizeHint();
     add->setGeometry(area->viewport()->width() - sectionRight - addSize.width() + Button::ringRoom,
                      y + (sectionHeight - addSize.height()) / 2, addSize.width(), addSize.height());
@@ -433,7 +438,6 @@ void CollectionSidebarView::placeRows()
         y += rowHigh;
     }
     content->resize(area->viewport()->width(), y + rowMargin);
-    content->update();
 }
 
 CollectionRowView* CollectionSidebarView::selectedRow() const
@@ -737,7 +741,7 @@ void CollectionSidebarView::resizeEvent(QResizeEvent* event)
 
 bool CollectionSidebarView::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == area && event->type() == QEvent::Resize)
+    if (watched == area->viewport() && event->type() == QEvent::Resize)
         placeRows();
     return false;
 }

@@ -103,7 +103,7 @@ CustomColorPickerView::CustomColorPickerView(const Theme& theme, const QString& 
     column->addLayout(swatches);
     column->addSpacing(18);
     column->addWidget(colorWell);
-    SheetLayout::addFooter(*column, {cancel, confirm}, 18);
+    SheetLayout::addFooter(*this, {cancel, confirm}, 18);
 
     before->setColor(initialColor);
     after->setColor(initialColor);

@@ -33,7 +33,7 @@ RenameCollectionView::RenameCollectionView(const Theme& theme, const QString& na
     column->addWidget(label);
     column->addSpacing(6);
     column->addWidget(nameField);
-    SheetLayout::addFooter(*column, {cancel, rename}, 20);
+    SheetLayout::addFooter(*this, {cancel, rename}, 20);
 
     nameField->setAccessibleName(QStringLiteral("New name"));
     nameField->setText(newName);

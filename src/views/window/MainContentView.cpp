@@ -67,7 +67,12 @@ MainContentView::MainContentView(const Dependencies& dependencies, QWidget* pare
     showDeleteConfirmation();
 }
 
-MainContentView::~MainContentView() = default;
+MainContentView::~MainContentView()
+{
+    // The columns give up the focus as they go, after this view is no more than a widget.
+    disconnect(qApp, nullptr, this, nullptr);
+    qApp->removeEventFilter(this);
+}
 
 void MainContentView::layOut()
 {
@@ -188,7 +193,9 @@ SnippetEditorRequest MainContentView::editorRequest(const Snippet& snippet) cons
         .onDelete = [&model, id] { model.requestDelete(id); },
         .onDuplicate = [&model, id](const QString& title) { model.duplicateSnippet(id, title); },
         .onDirtyChange = [&model](const Snippet& draft) { model.setUnsavedEdit(draft); },
-        .onDiscard = [&model, id] { model.clearUnsavedEdit(id); }};
+        .onDiscard = [&model, id] { model.clearUnsavedEdit(id); },
+        .sheets = sheetHost,
+        .colors = collectionColor};
 }
 
 void MainContentView::showDeleteConfirmation()

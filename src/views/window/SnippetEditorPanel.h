@@ -9,6 +9,9 @@
 
 namespace vellumry {
 
+class CollectionColors;
+class SheetHost;
+
 /// A snippet to be edited, and what comes of it. The callbacks stay good for as long as the editor
 /// that they were given to.
 struct SnippetEditorRequest {
@@ -21,6 +24,8 @@ struct SnippetEditorRequest {
     std::function<void(const QString& newTitle)> onDuplicate;
     std::function<void(const Snippet& draft)> onDirtyChange;
     std::function<void()> onDiscard;
+    SheetHost* sheets = nullptr; ///< of the window; outlives the editor, as do the colours
+    CollectionColors* colors = nullptr;
 };
 
 /// Builds the widget that edits a snippet, as a child of `parent`.

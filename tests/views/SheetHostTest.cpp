@@ -1,0 +1,195 @@
+#include "views/common/SheetHost.h"
+
+#include "support/Eventually.h"
+#include "views/MainFixture.h"
+#include "views/common/KeyEventMonitor.h"
+#include "views/common/TextField.h"
+
+#include <QLineEdit>
+#include <QTest>
+#include <QVBoxLayout>
+#include <gtest/gtest.h>
+
+namespace vellumry::test {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+class SheetHostTest : public testing::Test {
+protected:
+    struct Sheet : QWidget {
+        explicit Sheet(const Theme& theme)
+            : field(new TextField(theme, u"Field"_s, this)),
+              cancel(new Button(theme, Button::Kind::secondary, u"Cancel"_s, this)),
+              accept(new Button(theme, Button::Kind::primary, u"OK"_s, this))
+        {
+            setFixedWidth(300);
+            auto* column = new QVBoxLayout(this);
+            for (QWidget* each : {static_cast<QWidget*>(field), static_cast<QWidget*>(cancel),
+                                  static_cast<QWidget*>(accept)})
+                column->addWidget(each);
+            accept->setDefault(true);
+            QObject::connect(accept, &Button::clicked, [this] { ++accepted; });
+        }
+        TextField* field;
+        Button* cancel;
+        Button* accept;
+        int accepted = 0;
+    };
+
+    void SetUp() override
+    {
+        window.resize(600, 400);
+        behind->resize(200, 30);
+        window.show();
+        window.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+        behind->setFocus();
+    }
+    Sheet* present()
+    {
+        auto* sheet = new Sheet(theme);
+        host->present(sheet, {.onCancel =
+                                  [this, sheet] {
+                                      ++cancelled;
+                                      host->dismiss(sheet);
+                                  },
+                              .firstFocus = nullptr});
+        return sheet;
+    }
+    void key(Qt::Key which) { QTest::keyClick(window.focusWidget(), which); }
+
+    ReducedMotion reducedMotion;
+    Theme theme{ColorScheme::light, 1};
+    QWidget window;
+    QLineEdit* behind = new QLineEdit(&window);
+    SheetHost* host = new SheetHost(theme, &window);
+    int cancelled = 0;
+};
+
+TEST_F(SheetHostTest, CoversTheWindowAndStandsInTheMiddle)
+{
+    EXPECT_FALSE(host->isVisible());
+    EXPECT_FALSE(SheetHost::isCovering(*behind));
+    Sheet* sheet = present();
+    EXPECT_TRUE(SheetHost::isCovering(*behind));
+    EXPECT_EQ(host->geometry(), window.rect());
+    EXPECT_EQ(sheet->width(), 300);
+    EXPECT_NEAR(sheet->mapTo(&window, sheet->rect().center()).x(), 300, 1);
+    window.resize(900, 700);
+    QApplication::processEvents();
+    EXPECT_EQ(host->geometry(), window.rect());
+    EXPECT_NEAR(sheet->mapTo(&window, sheet->rect().center()).x(), 450, 1);
+}
+
+TEST_F(SheetHostTest, NeverGrowsHigherThanTheWindow)
+{
+    auto* tall = new QWidget;
+    tall->setMinimumHeight(0);
+    auto* column = new QVBoxLayout(tall);
+    auto* filling = new QWidget;
+    filling->setMinimumSize(200, 10);
+    filling->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    column->addWidget(filling);
+    column->addSpacing(2000);
+    host->present(tall, {});
+    EXPECT_EQ(tall->height(), window.height() - 32);
+}
+
+TEST_F(SheetHostTest, TabStaysInTheSheet)
+{
+    const Sheet* sheet = present();
+    EXPECT_EQ(window.focusWidget(), sheet->field);
+    key(Qt::Key_Tab);
+    EXPECT_EQ(window.focusWidget(), sheet->cancel);
+    EXPECT_TRUE(sheet->cancel->isRingShown());
+    key(Qt::Key_Tab);
+    EXPECT_EQ(window.focusWidget(), sheet->accept);
+    key(Qt::Key_Tab);
+    EXPECT_EQ(window.focusWidget(), sheet->field);
+    key(Qt::Key_Backtab);
+    EXPECT_EQ(window.focusWidget(), sheet->accept);
+}
+
+TEST_F(SheetHostTest, EscapeCancelsAndTheFocusGoesBack)
+{
+    present();
+    EXPECT_FALSE(behind->hasFocus());
+    key(Qt::Key_Escape);
+    EXPECT_EQ(cancelled, 1);
+    EXPECT_FALSE(host->isPresenting());
+    EXPECT_TRUE(behind->hasFocus());
+    EXPECT_FALSE(host->isVisible());
+}
+
+TEST_F(SheetHostTest, ReturnPressesTheDefaultButtonOrTheOneThatHasTheFocus)
+{
+    Sheet* sheet = present();
+    key(Qt::Key_Return);
+    EXPECT_EQ(sheet->accepted, 1);
+    sheet->accept->setEnabled(false);
+    key(Qt::Key_Return);
+    EXPECT_EQ(sheet->accepted, 1);
+    sheet->accept->setEnabled(true);
+    sheet->cancel->setFocus(Qt::TabFocusReason);
+    int pressed = 0;
+    QObject::connect(sheet->cancel, &Button::clicked, [&] { ++pressed; });
+    key(Qt::Key_Return);
+    EXPECT_EQ(pressed, 1);
+    EXPECT_EQ(sheet->accepted, 1);
+}
+
+TEST_F(SheetHostTest, SheetsStandUponSheets)
+{
+    Sheet* first = present();
+    first->cancel->setFocus(Qt::TabFocusReason);
+    Sheet* second = present();
+    EXPECT_EQ(host->presented(), second);
+    key(Qt::Key_Escape);
+    EXPECT_EQ(host->presented(), first);
+    EXPECT_TRUE(first->cancel->hasFocus());
+    key(Qt::Key_Escape);
+    EXPECT_EQ(host->presented(), nullptr);
+    EXPECT_TRUE(behind->hasFocus());
+}
+
+TEST_F(SheetHostTest, WhatIsBehindTakesNoInput)
+{
+    int keys = 0;
+    new KeyEventMonitor([&](const QKeyEvent&) { return ++keys > 0; }, behind);
+    present();
+    key(Qt::Key_A);
+    EXPECT_EQ(keys, 0);
+    QWidget* under = window.childAt(behind->geometry().center());
+    EXPECT_NE(under, behind);
+    key(Qt::Key_Escape);
+    key(Qt::Key_A);
+    EXPECT_EQ(keys, 1);
+}
+
+TEST_F(SheetHostTest, DismissingWhatIsNotShownDoesNothing)
+{
+    QWidget other;
+    host->dismiss(&other);
+    host->dismiss(nullptr);
+    EXPECT_FALSE(host->isPresenting());
+}
+
+TEST(SheetHostMotionTest, KeysThatComeWhileItEntersArrive)
+{
+    const Theme theme(ColorScheme::light, 1);
+    QWidget window;
+    window.resize(600, 400);
+    auto* host = new SheetHost(theme, &window);
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    auto* field = new TextField(theme, u"Field"_s);
+    host->present(field, {.onCancel = {}, .firstFocus = field});
+    QTest::keyClicks(window.focusWidget(), u"early"_s);
+    EXPECT_EQ(field->text(), u"early"_s);
+    EXPECT_TRUE(eventually([&] { return window.rect().contains(field->geometry()); }));
+}
+
+} // namespace
+} // namespace vellumry::test
