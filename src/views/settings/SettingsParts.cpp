@@ -1,11 +1,11 @@
 #include "views/settings/SettingsParts.h"
 
 #include "views/common/Button.h"
-#include "views/common/HoverFade.h"
 #include "views/common/Icon.h"
 #include "views/common/Label.h"
 #include "views/common/Strokes.h"
 #include "views/common/SymbolView.h"
+#include "views/sheets/DriveLook.h"
 
 #include <QAccessible>
 #include <QBoxLayout>
@@ -25,8 +25,6 @@ constexpr int titleGap = 2;
 constexpr int tileSide = 32;
 constexpr int tileRadius = 8;
 constexpr int tileSymbol = 18;
-constexpr qreal driveTint = 0.13;
-constexpr QColor darkDriveTile(0xdd, 0xe3, 0xe3);
 
 constexpr int noteRadius = 8;
 constexpr int noteGap = 9;
@@ -122,18 +120,13 @@ void SettingsTile::setSymbol(const QString& name, const QColor& ownColor)
 void SettingsTile::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    const ColorTokens& token = theme.colors();
-    QColor ground = accented ? token.accentTint : token.fill;
-    QColor ink = accented ? token.accent : token.textSecondary;
-    if (own) {
-        // A drive's own colour is made for light grounds.
-        ground =
-            theme.scheme() == ColorScheme::dark ? darkDriveTile : mixed(Qt::white, *own, driveTint);
-        ink = *own;
+    if (!accented || own) {
+        paintTile(painter, theme, rect(), symbolName, own);
+        return;
     }
-    fillRounded(painter, rect(), tileRadius, ground);
+    fillRounded(painter, rect(), tileRadius, theme.colors().accentTint);
     const qreal inset = (tileSide - tileSymbol) / 2.0;
-    Icon(symbolName).paint(painter, {inset, inset}, tileSymbol, ink);
+    Icon(symbolName).paint(painter, {inset, inset}, tileSymbol, theme.colors().accent);
 }
 
 SettingsNote::SettingsNote(const Theme& look, Kind noteKind, const Contents& contents,

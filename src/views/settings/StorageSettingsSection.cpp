@@ -7,11 +7,11 @@
 #include "sync/CloudDriveDetectionService.h"
 #include "sync/ConflictDetectionService.h"
 #include "views/common/Button.h"
-#include "views/common/CloudDriveLook.h"
 #include "views/common/Fonts.h"
 #include "views/common/Label.h"
 #include "views/common/Strokes.h"
 #include "views/common/TextPainting.h"
+#include "views/sheets/DriveLook.h"
 
 #include <QBoxLayout>
 #include <QPainter>
@@ -243,8 +243,7 @@ void StorageSettingsSection::refresh()
                   services.locationManager.currentLocation());
     const auto drive = currentCloudDrive();
     if (drive) {
-        const CloudDriveLook shown = CloudDriveLook::of(drive->type);
-        tile->setSymbol(shown.symbol, shown.color);
+        tile->setSymbol(driveSymbol(drive->type), driveColor(drive->type));
         tile->setAccessibleName(rawValue(drive->type));
     } else {
         tile->setSymbol(QStringLiteral("folder.fill"), true);
