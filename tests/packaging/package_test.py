@@ -10,11 +10,10 @@ import tempfile
 import unittest
 import xml.etree.ElementTree as ElementTree
 
-ROOT = os.path.realpath(os.path.join(os.path.dirname(__file__), "..", ".."))
-sys.path.insert(0, os.path.join(ROOT, "tests", "desktop"))
-# pylint: disable=wrong-import-position
 from jsonschema import Draft202012Validator
 
+ROOT = os.path.realpath(os.path.join(os.path.dirname(__file__), "..", ".."))
+sys.path.insert(0, os.path.join(ROOT, "tests", "desktop"))
 from processes import LoggedProcess
 from waiting import wait_for
 
