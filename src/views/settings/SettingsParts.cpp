@@ -138,14 +138,14 @@ void SettingsTile::paintEvent(QPaintEvent*)
 
 SettingsNote::SettingsNote(const Theme& look, Kind noteKind, const Contents& contents,
                            QWidget* parent)
-    : QWidget(parent), theme(look), kind(noteKind), line(new QHBoxLayout(this)),
-      texts(new QVBoxLayout)
+    : QWidget(parent), theme(look), kind(noteKind), line(new QHBoxLayout(this))
 {
     const bool isError = kind == Kind::error;
     line->setContentsMargins(noteMargins);
     line->setSpacing(noteGap);
     line->addWidget(new SymbolView(theme, contents.symbol, contents.symbolSize,
                                    isError ? &ColorTokens::danger : &ColorTokens::warning, this));
+    auto* texts = new QVBoxLayout;
     texts->setSpacing(noteTitleGap);
     Label::Color color = isError ? &ColorTokens::danger : &ColorTokens::textPrimary;
     if (!contents.title.isEmpty()) {

@@ -106,7 +106,6 @@ private:
     const Theme& theme;
     Kind kind;
     QHBoxLayout* line;
-    QVBoxLayout* texts;
     Label* message;
 };
 
