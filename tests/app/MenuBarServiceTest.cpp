@@ -87,6 +87,14 @@ TEST_F(MenuBarServiceTest, theItemWaitsForTheStatusArea)
     EXPECT_TRUE(printed().isEmpty());
 }
 
+TEST_F(MenuBarServiceTest, aMenuThatClosesIsTheItemsMenuAgain)
+{
+    Q_EMIT area.appeared();
+    service.item()->setContextMenu(nullptr);
+    Q_EMIT service.menu()->aboutToHide();
+    EXPECT_EQ(service.item()->contextMenu(), service.menu());
+}
+
 TEST_F(MenuBarServiceTest, saysOnceThatThereIsNoStatusArea)
 {
     scheduler.advance(0ms);
