@@ -57,14 +57,16 @@ class SurroundingsCase(DesktopCase):
         self.assertLess(time.monotonic() - began, ENDS_IN)
 
 
-class Settings(SurroundingsCase):
-
     def store(self, text):
+        """Ends the program and replaces its settings."""
         self.program.finish()
         folder = os.path.join(self.home["XDG_CONFIG_HOME"], "vellumry")
         os.makedirs(folder, exist_ok=True)
         with open(os.path.join(folder, "vellumry.conf"), "w", encoding="utf-8") as file:
             file.write("[General]\n" + text)
+
+
+class Settings(SurroundingsCase):
 
     def test_values_of_a_wrong_type(self):
         """Each is told, and its default takes its place."""
@@ -164,6 +166,23 @@ class Home(SurroundingsCase):
         self.assertTrue(self.told_refusal(), self.program.lines)
         self.program.open_palette()
         self.assert_ends_soon()
+
+
+    def test_library_on_a_disk_that_is_not_there(self):
+        """A chosen folder that cannot even be made is told; nothing takes its place, and the library
+        of the default folder keeps its bytes."""
+        self.store("Vellumry.useCustomLocation=true\n"
+                   "Vellumry.customStorageLocation=/proc/no-such-disk/Library\n")
+        before = self.library.file_bytes("Mail")
+        self.start_again()
+        self.assertIn('StorageLocationManager: 创建目录失败 - cannot create '
+                      '"/proc/no-such-disk/Library": No such file or directory', self.program.lines)
+        self.program.open_palette()
+        self.program.wait_searched()
+        self.desktop.key("Escape")
+        self.program.wait_palette_gone()
+        self.assert_ends_soon()
+        self.assertEqual(self.library.file_bytes("Mail"), before)
 
 
 class Bus(SurroundingsCase):

@@ -112,7 +112,7 @@ bool canRead(const std::string& kind, QByteArrayView text)
 void answer()
 {
     for (std::string kind, text; std::cin >> kind && std::getline(std::cin, text);)
-        std::puts(canRead(kind, QByteArrayView(text.data(), text.size())) ? "yes" : "no");
+        std::puts(canRead(kind, QByteArrayView(text)) ? "yes" : "no");
 }
 
 } // namespace
