@@ -11,6 +11,7 @@
 #include <QDir>
 #include <QImage>
 #include <QLabel>
+#include <QScrollArea>
 #include <QSet>
 
 #include <functional>

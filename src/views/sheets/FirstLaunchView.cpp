@@ -24,7 +24,7 @@ constexpr int sheetWidth = 540;
 constexpr int marginX = 32;
 constexpr int footerMarginY = 14;
 constexpr int bottomMargin = 24;
-constexpr int errorRise = 12; ///< the error stands nearer to what is above it
+constexpr int errorGap = 12;
 constexpr int bigLogo = 72;
 constexpr int smallLogo = 44;
 constexpr int ring = SelectableButton::ringRoom;
@@ -60,7 +60,7 @@ FirstLaunchView::FirstLaunchView(const Dependencies& dependencies, QWidget* pare
     body().addWidget(modes);
     body().addWidget(locations);
     auto* errorRow = new QVBoxLayout;
-    errorRow->setContentsMargins(marginX, -errorRise, marginX, bottomMargin);
+    errorRow->setContentsMargins(marginX, 0, marginX, bottomMargin);
     errorRow->addWidget(error);
     body().addLayout(errorRow);
     body().addStretch();
@@ -117,7 +117,7 @@ void FirstLaunchView::buildModes()
 
 void FirstLaunchView::buildLocations()
 {
-    QVBoxLayout* column = columnIn(locations, 22, 20 - ring);
+    QVBoxLayout* column = columnIn(locations, 22, bottomMargin - ring);
     const auto inset = [column](QLayout* row) {
         row->setContentsMargins(ring, 0, ring, 0);
         column->addItem(row);
@@ -205,10 +205,18 @@ void FirstLaunchView::showState()
     }
     (isFirst ? locations : modes)->hide();
 
-    const bool wasErrorShown = error->isVisible();
+    if (isOtherStep)
+        earlierError = state.errorMessage();
+    const bool hasError = state.errorMessage() && (isFirst || state.errorMessage() != earlierError);
+    const bool isNews = hasError && error->isHidden();
     error->setText(state.errorMessage().value_or(QString()));
-    error->setVisible(state.errorMessage().has_value());
-    if (!wasErrorShown && state.errorMessage())
+    error->setVisible(hasError);
+    for (QWidget* page : {modes, locations}) {
+        QMargins margins = page->layout()->contentsMargins();
+        margins.setBottom((hasError ? errorGap : bottomMargin) - ring);
+        page->layout()->setContentsMargins(margins);
+    }
+    if (isNews)
         reveal(error);
 }
 
