@@ -90,7 +90,7 @@ void FirstLaunchView::buildModes()
                       0, Qt::AlignHCenter);
     column->addSpacing(4);
     column->addWidget(
-        new Label(theme, TextStyle::body, &ColorTokens::textSecondary, tagline, modes), 0,
+        new WrappingLabel(theme, TextStyle::body, &ColorTokens::textSecondary, tagline, modes), 0,
         Qt::AlignHCenter);
     column->addSpacing(24 - ring);
 
@@ -127,18 +127,19 @@ void FirstLaunchView::buildLocations()
     head->addWidget(new SymbolView(theme, logo, smallLogo, &ColorTokens::accent, locations));
     auto* titles = new QVBoxLayout;
     titles->setSpacing(2);
-    titles->addWidget(new Label(theme, TextStyle::sheetTitle, &ColorTokens::textPrimary,
-                                QStringLiteral("Choose where to store your data"), locations));
-    titles->addWidget(
-        new Label(theme, TextStyle::label, &ColorTokens::textSecondary, tagline, locations));
+    titles->addWidget(new WrappingLabel(theme, TextStyle::sheetTitle, &ColorTokens::textPrimary,
+                                        QStringLiteral("Choose where to store your data"),
+                                        locations));
+    titles->addWidget(new WrappingLabel(theme, TextStyle::label, &ColorTokens::textSecondary,
+                                        tagline, locations));
     head->addLayout(titles, 1);
     inset(head);
 
     auto* texts = new QVBoxLayout;
     texts->setSpacing(2);
     texts->addSpacing(18);
-    texts->addWidget(new Label(theme, TextStyle::bodyStrong, &ColorTokens::textPrimary,
-                               QStringLiteral("Choose a storage location"), locations));
+    texts->addWidget(new WrappingLabel(theme, TextStyle::bodyStrong, &ColorTokens::textPrimary,
+                                       QStringLiteral("Choose a storage location"), locations));
     texts->addWidget(new WrappingLabel(
         theme, TextStyle::label, &ColorTokens::textSecondary,
         QStringLiteral("For multi-device sync, select a cloud drive folder. Your snippets will "
@@ -149,8 +150,8 @@ void FirstLaunchView::buildLocations()
     const auto addHeading = [&](const QString& text) {
         auto* row = new QVBoxLayout;
         row->addSpacing(18);
-        row->addWidget(
-            new Label(theme, TextStyle::section, &ColorTokens::textTertiary, text, locations));
+        row->addWidget(new WrappingLabel(theme, TextStyle::section, &ColorTokens::textTertiary,
+                                         text, locations));
         row->addSpacing(6 - ring);
         row->setSpacing(0);
         inset(row);
