@@ -4,9 +4,12 @@
 //   views_bench [N ...]     measures with libraries of N snippets, by default 1000 10000 100000
 
 #include "core/Log.h"
+#include "library/SaveFileDialog.h"
 #include "library/SnippetListViewModel.h"
 #include "notifications/NotificationCenter.h"
+#include "palette/ClipboardServiceProtocol.h"
 #include "palette/FuzzySearchService.h"
+#include "platform/FileSystem.h"
 #include "platform/Pasteboard.h"
 #include "platform/linux/SettingsFilePreferencesStore.h"
 #include "settings/CategoryColorService.h"
@@ -14,11 +17,15 @@
 #include "support/LibraryGenerator.h"
 #include "support/Ratio.h"
 #include "views/common/Theme.h"
+#include "views/editor/EditorContentSection.h"
+#include "views/editor/MacTextEditor.h"
+#include "views/editor/SnippetEditorView.h"
 #include "views/list/SnippetCardListView.h"
 #include "views/list/SnippetListPanelView.h"
 #include "views/window/MainContentView.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QScrollBar>
 #include <QTemporaryDir>
 #include <QWheelEvent>
@@ -60,6 +67,18 @@ public:
     void setSecretString(const QString&) override {}
 };
 
+class NoClipboard final : public ClipboardServiceProtocol {
+public:
+    void copy(const QString&) override {}
+    void copySecret(const QString&) override {}
+};
+
+class NoSaveDialog final : public SaveFileDialog {
+public:
+    void ask(const Request&, std::function<void(const QString&)>) override {}
+    void warn(const QString&, const QString&) override {}
+};
+
 /// A loaded list model, and the window upon it.
 class World {
 public:
@@ -74,7 +93,10 @@ public:
         window = std::make_unique<MainContentView>(MainContentView::Dependencies{
             model, colors, notifications, EventLoopScheduler::shared(), SystemClock::shared(),
             theme, pasteboard,
-            [](const SnippetEditorRequest&, QWidget* parent) { return new QWidget(parent); },
+            SnippetEditorView::maker({{storage, [this] { return storage.loadFullData(); },
+                                       clipboard, FileSystem::local(), saveDialog, notifications,
+                                       EventLoopScheduler::shared(), SystemClock::shared()},
+                                      theme}),
             [] { return QString(); }, [](const QUrl&) {}});
         window->resize(1024, 680);
         window->show();
@@ -105,6 +127,8 @@ public:
                                 EventLoopScheduler::shared(), SystemClock::shared()}};
     Theme theme{ColorScheme::light, 1};
     NoPasteboard pasteboard;
+    NoClipboard clipboard;
+    NoSaveDialog saveDialog;
     std::unique_ptr<MainContentView> window;
 };
 
@@ -215,6 +239,80 @@ void measureUse(World& world, int count)
     world.closeWindow();
 }
 
+void measureSelection(World& world, int count)
+{
+    world.openWindow();
+    world.model.setSelectedSnippetID(world.model.filteredSnippets().at(1).id());
+    World::draw();
+    bool isDown = false;
+    const double selection =
+        medianTimes({{[&] {
+                          isDown = !isDown;
+                          isDown ? world.model.moveSelectionDown() : world.model.moveSelectionUp();
+                          World::draw();
+                      },
+                      [] {}}},
+                    25)
+            .front();
+    printTimes({"snippet selected to its editor drawn", count, selection, "16 ms", keystroke,
+                goalAt(count, 1)});
+    world.closeWindow();
+}
+
+/// A key in a long text: what it costs until the event is dealt with, and until all is drawn.
+void measureTyping(World& world, int count, const QString& what, const QString& text,
+                   const QMap<QString, QString>& values, const QString& term)
+{
+    world.openWindow();
+    Snippet snippet = world.model.snippets().at(2);
+    snippet.setContent(text);
+    snippet.setVariables(values);
+    world.model.setUnsavedEdit(snippet);
+    world.model.setSelectedSnippetID(snippet.id());
+    World::draw();
+    auto& view = static_cast<SnippetEditorView&>(*world.window->editorPanel()->editor());
+    MacTextEditor& editor = view.contentSection().textEditor();
+    editor.setSearchTerm(term);
+    QTextCursor cursor(editor.document());
+    cursor.setPosition(int(text.size() / 2));
+    editor.setTextCursor(cursor);
+    World::draw();
+    const auto type = [&editor] {
+        QKeyEvent press(QEvent::KeyPress, Qt::Key_X, {}, QStringLiteral("x"));
+        QApplication::sendEvent(&editor, &press);
+    };
+    const double work = medianTimes({{type, [] { World::draw(); }}}, 25).front();
+    const double drawn = medianTimes({{[&] {
+                                           type();
+                                           World::draw();
+                                       },
+                                       [] {}}},
+                                     25)
+                             .front();
+    printTimes({("key " + what).toStdString(), count, work, "8 ms", frame, 1});
+    printTimes(
+        {("key " + what + " to all drawn").toStdString(), count, drawn, "16 ms", keystroke, 1});
+    world.closeWindow();
+}
+
+void measureLongTexts(World& world, int count)
+{
+    QString lines;
+    QString wide;
+    constexpr int length = 5'000'000;
+    while (lines.size() < length)
+        lines += QStringLiteral("a line of a long text, {{with}} a placeholder\n");
+    while (wide.size() < length)
+        wide += QStringLiteral("a line of a long text, {{with}} a placeholder\r\n");
+    const QMap<QString, QString> values{{QStringLiteral("with"), QStringLiteral("without")}};
+    const QString name = QStringLiteral("in 5 million characters");
+    measureTyping(world, count, name, lines, {}, {});
+    measureTyping(world, count, name + QStringLiteral(", with a value"), lines, values, {});
+    measureTyping(world, count, name + QStringLiteral(", 100,000 matches shown"), lines, values,
+                  QStringLiteral("long"));
+    measureTyping(world, count, name + QStringLiteral(" with wide breaks"), wide, {}, {});
+}
+
 } // namespace
 
 } // namespace vellumry::bench
@@ -240,5 +338,8 @@ int main(int argc, char** argv)
         small.closeWindow();
         world.closeWindow();
         measureUse(world, count);
+        measureSelection(world, count);
+        if (count == counts.front())
+            measureLongTexts(world, count);
     }
 }

@@ -12,20 +12,30 @@ QString menuName(const QString& key)
     return key;
 }
 
+Qt::KeyboardModifiers menuModifiers(hotkey::ModifierFlags flags)
+{
+    using hotkey::ModifierFlags;
+    Qt::KeyboardModifiers modifiers;
+    modifiers.setFlag(Qt::ControlModifier, flags.contains(ModifierFlags::command));
+    modifiers.setFlag(Qt::AltModifier, flags.contains(ModifierFlags::option));
+    modifiers.setFlag(Qt::ShiftModifier, flags.contains(ModifierFlags::shift));
+    modifiers.setFlag(Qt::MetaModifier, flags.contains(ModifierFlags::control));
+    return modifiers;
+}
+
 } // namespace
 
 QKeySequence keyEquivalent(const HotkeyConfig& config)
 {
-    using hotkey::ModifierFlags;
+    return QKeyCombination(menuModifiers(config.modifiers), config.keyEquivalent());
+}
+
+QKeySequence shownHotKey(const HotkeyConfig& config)
+{
     const QKeySequence key(menuName(config.key.toLower()), QKeySequence::PortableText);
     if (key.isEmpty())
         return {};
-    Qt::KeyboardModifiers modifiers;
-    modifiers.setFlag(Qt::ControlModifier, config.modifiers.contains(ModifierFlags::command));
-    modifiers.setFlag(Qt::AltModifier, config.modifiers.contains(ModifierFlags::option));
-    modifiers.setFlag(Qt::ShiftModifier, config.modifiers.contains(ModifierFlags::shift));
-    modifiers.setFlag(Qt::MetaModifier, config.modifiers.contains(ModifierFlags::control));
-    return QKeyCombination(modifiers, key[0].key());
+    return QKeyCombination(menuModifiers(config.modifiers), key[0].key());
 }
 
 } // namespace vellumry

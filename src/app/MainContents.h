@@ -1,6 +1,8 @@
 #pragma once
 
 #include "views/common/Theme.h"
+#include "views/editor/SaveFilePanel.h"
+#include "views/editor/SnippetEditorView.h"
 
 #include <QObject>
 #include <QPointer>
@@ -15,7 +17,11 @@ class QWidget;
 namespace vellumry {
 
 class DependencyContainer;
+class FirstLaunch;
+class FirstLaunchView;
+class KeyboardShortcutsView;
 class LaunchState;
+class LoadingOverlayView;
 class MainContentView;
 struct QuitQuestion;
 
@@ -50,12 +56,23 @@ public:
     [[nodiscard]] Theme& theme();
 
 private:
+    [[nodiscard]] SnippetEditorView::Dependencies editorDependencies();
+    void showFirstLaunchView();
+    void dismissFirstLaunchView();
+    void showLoadingOverlay();
+    void showKeyboardShortcuts();
     /// A page in the browser, or a folder in the file manager.
     void openExternally(const QUrl& url);
 
     Dependencies with;
-    std::unique_ptr<Theme> ownTheme;
-    QPointer<MainContentView> view;
+    std::unique_ptr<Theme> ownTheme; ///< made when it is first asked for
+    SaveFilePanel savePanel;
+    std::unique_ptr<FirstLaunch> firstLaunch; ///< of the first launch alone
+    QPointer<MainContentView> view;           ///< the contents that were made last
+    // What lies over them at present.
+    QPointer<FirstLaunchView> firstLaunchView;
+    QPointer<LoadingOverlayView> overlay;
+    QPointer<KeyboardShortcutsView> shortcuts;
 };
 
 } // namespace vellumry

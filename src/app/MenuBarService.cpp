@@ -129,7 +129,7 @@ std::unique_ptr<QMenu> MenuBarService::createMenu()
     add(QStringLiteral("Open Vellumry"), Qt::CTRL | Qt::Key_O,
         menuIcon(QStringLiteral("macwindow")), [this] { openMainWindow(); });
     searchMenuItem =
-        add(QStringLiteral("Quick Search"), keyEquivalent(services.settings.quickSearchHotkey()),
+        add(QStringLiteral("Quick Search"), shownHotKey(services.settings.quickSearchHotkey()),
             menuIcon(QStringLiteral("magnifyingglass")),
             [this] { Q_EMIT services.notifications.togglePalette(); });
     menu->addSeparator();
@@ -146,7 +146,7 @@ std::unique_ptr<QMenu> MenuBarService::createMenu()
 void MenuBarService::hotkeyDidChange(const HotkeyConfig& config)
 {
     if (searchMenuItem)
-        searchMenuItem->setShortcut(keyEquivalent(config));
+        searchMenuItem->setShortcut(shownHotKey(config));
 }
 
 void MenuBarService::openMainWindow()

@@ -1,15 +1,27 @@
 #include "app/SettingsContents.h"
 
 #include "app/DependencyContainer.h"
-#include "hotkey/HotKeysController.h"
+#include "core/BackgroundRunner.h"
+#include "library/SnippetListViewModel.h"
 #include "notifications/NotificationCenter.h"
+#include "platform/FileSystem.h"
+#include "platform/FileViewer.h"
 #include "settings/HotkeyService.h"
 #include "storage/CollectionFileStorageService.h"
 #include "storage/StorageLocationManager.h"
 #include "sync/CloudDriveDetectionService.h"
 #include "sync/ConflictDetectionService.h"
+#include "sync/ConflictResolution.h"
+#include "views/common/SheetHost.h"
 #include "views/settings/SettingsView.h"
+#include "views/sheets/ChangeLocationSheet.h"
+#include "views/sheets/ConflictResolutionSheet.h"
+#include "views/sheets/FolderDialog.h"
 
+#include <QDir>
+#include <QPointer>
+
+#include <memory>
 #include <utility>
 
 namespace vellumry {
@@ -21,17 +33,85 @@ SettingsContents::SettingsContents(Dependencies dependencies, QObject* parent)
 
 QWidget* SettingsContents::make()
 {
-    return new SettingsView({.settings = with.container.settings(),
-                             .hotkeyService = with.container.hotkeyService(),
-                             .conflictChecker = with.container.hotkeyConflictChecker(),
-                             .locationManager = StorageLocationManager::shared(),
-                             .cloudDriveService = CloudDriveDetectionService::shared(),
-                             .conflictDetection = ConflictDetectionService::shared(),
-                             .collectionStorage = with.container.collectionFileStorageService(),
-                             .notifications = NotificationCenter::defaultCenter(),
-                             .fileViewer = with.container.fileViewer(),
-                             .scheduler = EventLoopScheduler::shared(),
-                             .theme = with.theme()});
+    auto* view =
+        new SettingsView({.settings = with.container.settings(),
+                          .hotkeyService = with.container.hotkeyService(),
+                          .conflictChecker = with.container.hotkeyConflictChecker(),
+                          .locationManager = StorageLocationManager::shared(),
+                          .cloudDriveService = CloudDriveDetectionService::shared(),
+                          .conflictDetection = ConflictDetectionService::shared(),
+                          .collectionStorage = with.container.collectionFileStorageService(),
+                          .notifications = NotificationCenter::defaultCenter(),
+                          .fileViewer = with.container.fileViewer(),
+                          .scheduler = EventLoopScheduler::shared(),
+                          .theme = with.theme()});
+    auto* sheets = new SheetHost(with.theme(), view);
+    connect(view, &SettingsView::changeLocationRequested, sheets,
+            [this, sheets] { showChangeLocation(*sheets); });
+    connect(view, &SettingsView::resolveConflictsRequested, sheets,
+            [this, sheets](const QList<ConflictFile>& found) { showConflicts(*sheets, found); });
+    return view;
+}
+
+void SettingsContents::showChangeLocation(SheetHost& sheets)
+{
+    DependencyContainer& container = with.container;
+    const QPointer<SheetHost> host = &sheets;
+    const auto shown = std::make_shared<QPointer<ChangeLocationSheet>>();
+    ChangeLocationSheet* sheet = new ChangeLocationSheet(
+        {.theme = with.theme(),
+         .scheduler = EventLoopScheduler::shared(),
+         .choice = {.cloudDriveService = CloudDriveDetectionService::shared(),
+                    .change = {
+                        .locations = StorageLocationManager::shared(),
+                        .files = FileSystem::local(),
+                        .notifications = NotificationCenter::defaultCenter(),
+                        .scheduler = EventLoopScheduler::shared(),
+                        .background = ThreadRunner::shared(),
+                        .clock = SystemClock::shared(),
+                        .clearCacheAndReload =
+                            [&container] {
+                                container.collectionFileStorageService().clearCacheAndReload();
+                            },
+                        .refreshData =
+                            [&container] { container.mainSnippetListViewModel().refreshData(); }},
+                    .pickFolder = FolderDialog::over(*sheets.parentWidget())},
+         .homeFolder = QDir::homePath(),
+         .onDismiss = [host, shown] {
+             if (host && *shown)
+                 host->dismiss(*shown);
+         }});
+    *shown = sheet;
+    sheets.present(sheet,
+                   {.onCancel = [sheet] { sheet->cancel(); }, .firstFocus = sheet->firstFocus()});
+}
+
+void SettingsContents::showConflicts(SheetHost& sheets, const QList<ConflictFile>& found)
+{
+    const QPointer<SheetHost> host = &sheets;
+    const auto shown = std::make_shared<QPointer<ConflictResolutionSheet>>();
+    ConflictResolutionSheet* sheet = new ConflictResolutionSheet(
+        {.theme = with.theme(),
+         .scheduler = EventLoopScheduler::shared(),
+         .conflicts = found,
+         .onResolve =
+             [this](ConflictMergeStrategy strategy) {
+                 ConflictResolution(ConflictDetectionService::shared(),
+                                    with.container.collectionFileStorageService())
+                     .resolve(strategy);
+             },
+         .onReveal =
+             [this, host](const QString& path) {
+                 with.container.fileViewer().showItem(path, QPointer<QObject>(host), {});
+             },
+         .onDismiss =
+             [host, shown] {
+                 if (host && *shown)
+                     host->dismiss(*shown);
+             }});
+    *shown = sheet;
+    sheets.present(sheet,
+                   {.onCancel = [sheet] { sheet->cancel(); }, .firstFocus = sheet->firstFocus()});
 }
 
 } // namespace vellumry

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "models/ConflictFile.h"
+
+#include <QList>
 #include <QObject>
 
 #include <functional>
@@ -9,6 +12,7 @@ class QWidget;
 namespace vellumry {
 
 class DependencyContainer;
+class SheetHost;
 class Theme;
 
 /// What the settings window is filled with: the settings and the sheets that come up over them.
@@ -29,6 +33,9 @@ public:
     [[nodiscard]] QWidget* make();
 
 private:
+    void showChangeLocation(SheetHost& sheets);
+    void showConflicts(SheetHost& sheets, const QList<ConflictFile>& found);
+
     Dependencies with;
 };
 

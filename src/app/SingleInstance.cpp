@@ -25,8 +25,14 @@ const QString interfaceName = QStringLiteral("org.freedesktop.Application");
 
 SingleInstance::~SingleInstance()
 {
-    if (commands)
-        QDBusConnection::sessionBus().unregisterService(applicationId);
+    if (!commands)
+        return;
+    // Without waiting for the answer, which a bus that hangs would not give.
+    QDBusMessage release = QDBusMessage::createMethodCall(
+        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("ReleaseName"));
+    release << applicationId;
+    QDBusConnection::sessionBus().send(release);
 }
 
 SingleInstance::Role SingleInstance::claim(StartCommand command)

@@ -12,6 +12,7 @@
 #include "notifications/NotificationCenter.h"
 #include "palette/FuzzySearchService.h"
 #include "palette/RandomPasswordService.h"
+#include "platform/linux/SessionBus.h"
 #include "settings/CategoryColorService.h"
 #include "settings/HotkeyService.h"
 #include "settings/SettingsService.h"
@@ -19,7 +20,6 @@
 #include "storage/StorageLocationManager.h"
 
 #include <QApplication>
-#include <QDir>
 #include <QScopeGuard>
 #include <QSessionManager>
 
@@ -35,6 +35,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
+/// A session bus that is under load answers in time; the start waits no longer for a dead one.
+constexpr auto busPatience = 2s;
+
 /// The GTK theme plugin, which some desktops load by their name alone, doubles the start-up time
 /// and triples the memory for looks that this program draws itself. What the user has set wins.
 void choosePlatformTheme()
@@ -43,6 +46,19 @@ void choosePlatformTheme()
         qEnvironmentVariable("XDG_CURRENT_DESKTOP").contains(QLatin1StringView("KDE"));
     if (!isKde && !qEnvironmentVariableIsSet("QT_QPA_PLATFORMTHEME"))
         qputenv("QT_QPA_PLATFORMTHEME", "generic");
+}
+
+/// What the toolkit cannot do without, as a display, ends the program with its line and as an
+/// error, not as a crash.
+void endWithoutCore()
+{
+    static QtMessageHandler standard;
+    standard = qInstallMessageHandler(
+        [](QtMsgType type, const QMessageLogContext& context, const QString& text) {
+            standard(type, context, text);
+            if (type == QtFatalMsg)
+                std::_Exit(EXIT_FAILURE);
+        });
 }
 
 void postToMainThread(std::function<void()> action)
@@ -56,20 +72,6 @@ std::chrono::duration<double> systemUptime()
     timespec time = {};
     clock_gettime(CLOCK_BOOTTIME, &time);
     return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
-}
-
-/// A newcomer's first search is to find something. Only the default folder is filled, and only
-/// while nothing at all is in it: a folder with files of any kind, or one that does not tell, is
-/// not ours to judge here.
-void seedEmptyDefaultFolder(CollectionFileStorageService& storage)
-{
-    const StorageLocationManager& location = StorageLocationManager::shared();
-    const QDir folder(location.currentLocation());
-    const bool isDefault = folder.path() == QDir(location.defaultLocation()).path();
-    const bool isUnknown = folder.exists() && !folder.isReadable();
-    if (isDefault && !isUnknown &&
-        folder.isEmpty(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot))
-        storage.seedDefaultSnippets();
 }
 
 /// Answers what takes no display: --help.
@@ -107,7 +109,7 @@ int runWithDisplay(int& argc, char** argv)
 {
     const QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("vellumry"));
-    QApplication::setDesktopFileName(QStringLiteral("vellumry"));
+    QApplication::setDesktopFileName(SingleInstance::applicationId);
     QApplication::setQuitOnLastWindowClosed(false);
     // Its thread wakes the application's.
     const auto endBackend = qScopeGuard([] { hotkey::HotKeysController::setBackend(nullptr); });
@@ -136,7 +138,9 @@ int VellumryApp::run(int& argc, char** argv)
 {
     if (const auto status = answerWithoutDisplay(argc, argv))
         return *status;
+    endWithoutCore();
     choosePlatformTheme();
+    avoidSilentSessionBus(busPatience);
     // A reader of our lines that goes away, as `head` does, is no reason to end.
     std::signal(SIGPIPE, SIG_IGN);
     hotkey::HotKeysController::setBackend(hotkey::makeHotKeyBackend(postToMainThread));
@@ -278,7 +282,6 @@ void VellumryApp::prepareWhenIdle(StartCommand command)
 {
     Scheduler& scheduler = EventLoopScheduler::shared();
     scheduler.after(0ms, this, [this, command, &scheduler] {
-        seedEmptyDefaultFolder(container.collectionFileStorageService());
         (void)container.storageService().loadSnippets();
         scheduler.after(0ms, this, [this, command, &scheduler] {
             if (command == StartCommand::open)

@@ -2,6 +2,7 @@
 
 #include "core/Log.h"
 #include "hotkey/HotKey.h"
+#include "hotkey/HotKeysController.h"
 
 #include <QPointer>
 
@@ -90,6 +91,14 @@ constexpr std::array<NamedKey, 64> keyTable = {{
     {u"f12", Key::f12},
 }};
 
+/// Whether the window system has taken the hot key; one that it refuses stays without a reference.
+bool isInForce(const hotkey::HotKey& hotKey)
+{
+    return std::ranges::any_of(hotkey::HotKeysController::hotKeys, [&hotKey](const auto& entry) {
+        return entry.second.hotKey == &hotKey && entry.second.carbonEventHotKey.has_value();
+    });
+}
+
 } // namespace
 
 HotkeyService::HotkeyService(std::function<HotkeyConfig()> setting, QObject* parent)
@@ -136,6 +145,10 @@ void HotkeyService::performRegistration(const HotkeyConfig& config)
             action();
     };
     log(typeName, QStringLiteral("已注册热键 ") + config.displayString());
+    if (!isInForce(*hotKey))
+        log(typeName, config.displayString() +
+                          QStringLiteral(" has no effect: another program holds it, or the window "
+                                         "system gives out no hot keys"));
 }
 
 void HotkeyService::releaseHotKey()

@@ -4,7 +4,9 @@
 #include "notifications/NotificationCenter.h"
 #include "settings/HotkeyServiceProtocol.h"
 #include "settings/SettingsService.h"
+#include "support/FakeAppearance.h"
 #include "support/FakeApplicationWindows.h"
+#include "support/ManualScheduler.h"
 #include "support/MemoryPreferences.h"
 
 #include <QAction>
@@ -39,10 +41,12 @@ protected:
         throw std::out_of_range(title.toStdString());
     }
 
+    ManualScheduler scheduler;
     MemoryPreferences preferences;
     NotificationCenter center;
     NoHotkeyService hotkeys;
-    SettingsService settings{{preferences, hotkeys, center}};
+    FakeAppearance appearance;
+    SettingsService settings{{preferences, hotkeys, center, appearance, scheduler, nullptr}};
     FakeApplicationWindows windows;
     int settingsShown = 0;
     int terminations = 0;
@@ -144,10 +148,32 @@ TEST_F(AppCommandsTest, theShownHotKeyFollowsTheSetting)
               QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_Space));
 }
 
-TEST(KeyEquivalentTest, knowsTheKeysThatMenusCallOtherwise)
+TEST_F(AppCommandsTest, aHotKeyWithoutAnEquivalentShowsTheLetterOfTheDefaultOne)
+{
+    settings.setQuickSearchHotkey({QStringLiteral("f5"), ModifierFlags::control});
+    EXPECT_EQ(item(QStringLiteral("Toggle Palette")).shortcut(),
+              QKeySequence(Qt::META | Qt::Key_T));
+}
+
+TEST(KeyEquivalentTest, isTheEquivalentWithTheModifiers)
 {
     const auto equivalent = [](const char16_t* key, ModifierFlags modifiers) {
         return keyEquivalent({QString::fromUtf16(key), modifiers});
+    };
+    EXPECT_EQ(equivalent(u"t", ModifierFlags::option), QKeySequence(Qt::ALT | Qt::Key_T));
+    EXPECT_EQ(equivalent(u"-", ModifierFlags::command), QKeySequence(Qt::CTRL | Qt::Key_Minus));
+    EXPECT_EQ(equivalent(u"delete", ModifierFlags::shift),
+              QKeySequence(Qt::SHIFT | Qt::Key_Backspace));
+    EXPECT_EQ(equivalent(u"enter", ModifierFlags::control),
+              QKeySequence(Qt::META | Qt::Key_Return));
+    EXPECT_EQ(equivalent(u"f12", ModifierFlags::control), QKeySequence(Qt::META | Qt::Key_T));
+    EXPECT_EQ(equivalent(u"", ModifierFlags::option), QKeySequence(Qt::ALT | Qt::Key_T));
+}
+
+TEST(ShownHotKeyTest, knowsTheKeysThatMenusCallOtherwise)
+{
+    const auto equivalent = [](const char16_t* key, ModifierFlags modifiers) {
+        return shownHotKey({QString::fromUtf16(key), modifiers});
     };
     EXPECT_EQ(equivalent(u"t", ModifierFlags::option), QKeySequence(Qt::ALT | Qt::Key_T));
     EXPECT_EQ(equivalent(u"f12", ModifierFlags::control), QKeySequence(Qt::META | Qt::Key_F12));

@@ -4,6 +4,7 @@
 #include "platform/StatusArea.h"
 #include "settings/HotkeyServiceProtocol.h"
 #include "settings/SettingsService.h"
+#include "support/FakeAppearance.h"
 #include "support/FakeApplicationWindows.h"
 #include "support/FakeStatusArea.h"
 #include "support/LogCapture.h"
@@ -64,7 +65,8 @@ protected:
     MemoryPreferences preferences;
     NotificationCenter center;
     PausableHotkeyService hotkeys;
-    SettingsService settings{{preferences, hotkeys, center}};
+    FakeAppearance appearance;
+    SettingsService settings{{preferences, hotkeys, center, appearance, scheduler, nullptr}};
     FakeApplicationWindows windows;
     FakeStatusArea area;
     int terminations = 0;
@@ -83,6 +85,14 @@ TEST_F(MenuBarServiceTest, theItemWaitsForTheStatusArea)
     EXPECT_EQ(service.item()->contextMenu(), service.menu());
     EXPECT_FALSE(service.item()->icon().isNull());
     EXPECT_TRUE(printed().isEmpty());
+}
+
+TEST_F(MenuBarServiceTest, aMenuThatClosesIsTheItemsMenuAgain)
+{
+    Q_EMIT area.appeared();
+    service.item()->setContextMenu(nullptr);
+    Q_EMIT service.menu()->aboutToHide();
+    EXPECT_EQ(service.item()->contextMenu(), service.menu());
 }
 
 TEST_F(MenuBarServiceTest, saysOnceThatThereIsNoStatusArea)

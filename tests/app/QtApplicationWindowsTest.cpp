@@ -7,6 +7,7 @@
 #include "settings/HotkeyServiceProtocol.h"
 #include "settings/SettingsService.h"
 #include "support/Eventually.h"
+#include "support/FakeAppearance.h"
 #include "support/LogCapture.h"
 #include "support/ManualScheduler.h"
 #include "support/MemoryPreferences.h"
@@ -73,7 +74,8 @@ protected:
     MemoryPreferences preferences;
     NotificationCenter center;
     IdleHotkeyService hotkeys;
-    SettingsService settings{{preferences, hotkeys, center}};
+    FakeAppearance appearance;
+    SettingsService settings{{preferences, hotkeys, center, appearance, scheduler, nullptr}};
     QtActivation activation;
     int contentsMade = 0;
     std::unique_ptr<AppCommands> commands;

@@ -1,7 +1,10 @@
 #include "core/Text.h"
 
 #include <QStringList>
+#include <QTextBoundaryFinder>
 #include <gtest/gtest.h>
+
+#include <random>
 
 namespace vellumry {
 namespace {
@@ -90,6 +93,33 @@ TEST(Text, PrefixAtTheEnds)
     // One letter under very many marks is still one character.
     const QString marks = u"a"_s + QString(10'000, QChar(0x0301));
     EXPECT_EQ(prefixOfCharacters(marks + u"b"_s, 1), marks);
+}
+
+TEST(Text, CharactersAreCountedAsPeopleDo)
+{
+    EXPECT_EQ(characterCount(u""), 0);
+    EXPECT_EQ(characterCount(u"abc"), 3);
+    EXPECT_EQ(characterCount(u"a\r\nb\n\r"), 5);
+    EXPECT_EQ(characterCount(u"e\u0301\U0001F600\u65e5"), 3);
+    EXPECT_EQ(characterCount(u"\U0001F468\u200D\U0001F469\u200D\U0001F467!"), 2);
+}
+
+TEST(Text, CountsAsABoundaryFinderDoes)
+{
+    const QList<QString> pieces{u"a"_s,          u"\r"_s,     u"\n"_s,     u"\u0301"_s,
+                                u"\U0001F600"_s, u"\u200D"_s, u"\u0600"_s, u"\U0001F1E9"_s,
+                                u"\u00AD"_s,     u"\u65e5"_s, u" "_s,      u"\u02FF"_s};
+    std::mt19937 random(1);
+    for (int round = 0; round < 20'000; ++round) {
+        QString text;
+        for (unsigned count = random() % 12; count > 0; --count)
+            text += pieces[random() % unsigned(pieces.size())];
+        QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
+        qsizetype expected = 0;
+        while (finder.toNextBoundary() > 0)
+            ++expected;
+        ASSERT_EQ(characterCount(text), expected) << text.toUtf8().toHex().constData();
+    }
 }
 
 TEST(Text, AbbreviatedPathsAreThoseBelowTheHomeFolder)

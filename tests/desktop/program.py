@@ -14,6 +14,7 @@ FOUND = "Window found after waiting: vellumry::AppKitWindow"
 NO_MAIN_WINDOW = "setupMainWindowWithRetry: All attempts exhausted, no main window found"
 
 PALETTE, TOAST, MAIN_WINDOW = "Palette", "Toast", "Vellumry"
+SETTINGS_WINDOW = "Settings"
 HOTKEY = "alt+t"
 
 # A query is searched 50 ms after its last letter; rows that stand still for this long are final.

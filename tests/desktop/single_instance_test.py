@@ -7,7 +7,7 @@ import time
 
 from case import DesktopCase, main
 from processes import LoggedProcess, guarded
-from program import MAIN_WINDOW, PALETTE, READY, Program
+from program import MAIN_WINDOW, PALETTE, READY, SETTINGS_WINDOW, Program
 from waiting import wait_for
 
 # From the second start to its end. The desktop under test shares the machine.
@@ -66,6 +66,9 @@ class SingleInstance(DesktopCase):
         self.assertEqual(self.run_again("--settings")[0], 0)
         wait_for("the hot key is paused",
                  lambda: "HotkeyService: 热键已暂停" in self.program.lines)
+        self.desktop.activate(SETTINGS_WINDOW)
+        self.desktop.key("alt+F4")
+        self.desktop.wait_gone(SETTINGS_WINDOW)
         wait_for("the hot key is back", lambda: any(
             line.startswith("HotkeyService: 热键已恢复") for line in self.program.lines))
         self.program.open_palette()

@@ -596,6 +596,29 @@ TEST_F(ImportOnAFailingDisk, EndsTheQuestionAboutConflicts)
     EXPECT_EQ(world.snippet(u"a"_s).content(), u"local"_s);
 }
 
+TEST_F(ImportOnAFailingDisk, WithoutTheNumbersIsDoneAllTheSame)
+{
+    world.storage.fails = [](qsizetype number) { return number == 2; };
+    import({exported(u"Work"_s, {version(u"gamma"_s, u"x"_s, 0)})});
+    EXPECT_THAT(world.storage.calls, ElementsAre(u"save"_s, u"load"_s, u"save"_s));
+    EXPECT_EQ(pill(), u"Imported 1 snippet"_s);
+    EXPECT_EQ(world.snippet(u"new-1"_s).displayOrder(), 2);
+    EXPECT_EQ(world.storage.stored->data.snippets.last().title(), u"gamma"_s);
+    EXPECT_FALSE(world.storage.stored->data.snippets.last().displayOrder());
+}
+
+TEST_F(ImportOnAFailingDisk, ShowsAnEmptyListWhenItCannotBeReadAgainAndLosesNothingOnTheDisk)
+{
+    world.storage.fails = [](qsizetype number) { return number == 1; };
+    import({exported(u"Work"_s, {version(u"gamma"_s, u"x"_s, 0)})});
+    EXPECT_THAT(world.storage.calls, ElementsAre(u"save"_s, u"load"_s));
+    EXPECT_EQ(pill(), u"Imported 1 snippet"_s);
+    EXPECT_THAT(titles(), IsEmpty());
+    EXPECT_EQ(world.storage.stored->data.snippets.size(), 3);
+    model.loadSnippets();
+    EXPECT_THAT(titles(), ElementsAre(u"alpha"_s, u"beta"_s, u"gamma"_s));
+}
+
 /// The same over the real store and its files.
 class ImportOverFiles : public ImportBase {
 protected:
@@ -709,6 +732,31 @@ TEST_F(ImportOverFiles, LeavesTheFolderAsItWasWhicheverWriteFails)
         EXPECT_TRUE(hasSameLibrary(after.value(u"work.json"_s), before.value(u"work.json"_s)))
             << failing;
         EXPECT_EQ(decodeMetadataFile(after.value(u"_metadata.json"_s)).collectionOrder,
+                  QStringList{u"W"_s});
+    }
+}
+
+TEST_F(ImportOverFiles, IsUndoneByTheNextSaveWhereTheDiskStaysFull)
+{
+    const auto before = folder();
+    for (int failing = 0; failing < 3; ++failing) {
+        int writes = 0;
+        files.onOperation = [&](const QString& operation, const QString& path) {
+            if (operation == u"write"_s && writes++ >= failing)
+                throw MemoryFileSystem::error(operation, path, ENOSPC);
+        };
+        import({exported(u"One"_s, {inCollection(version(u"t"_s, u"x"_s, 0), u"One"_s)}),
+                exported(u"Two"_s, {inCollection(version(u"t"_s, u"x"_s, 0), u"Work"_s)})});
+        files.onOperation = nullptr;
+        ASSERT_TRUE(model.importResult());
+        EXPECT_TRUE(model.importResult()->message().contains(u"No space left"_s)) << failing;
+        EXPECT_THAT(titlesIn(model), ElementsAre(u"alpha"_s));
+        model.saveAllData();
+        EXPECT_EQ(folder().keys(), before.keys()) << failing;
+        EXPECT_EQ(decodeCollectionFile(files.bytes(world.path(u"work.json"_s))).snippets,
+                  model.snippets())
+            << failing;
+        EXPECT_EQ(decodeMetadataFile(files.bytes(world.path(u"_metadata.json"_s))).collectionOrder,
                   QStringList{u"W"_s});
     }
 }

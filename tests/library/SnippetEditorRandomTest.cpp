@@ -415,7 +415,7 @@ QString EditorGame::step()
     case 17: {
         const std::chrono::milliseconds time(100 * (1 + roll(20)));
         world.scheduler.advance(time);
-        plain.passDelay();
+        parts.scheduler.advance(time);
         editor->passTime(static_cast<int>(time.count()));
         return u"pass time"_s;
     }

@@ -61,6 +61,15 @@ TEST_F(Fresh, HasLoadedNothing)
     EXPECT_FALSE(model.snippetIDToDelete());
     EXPECT_FALSE(model.newlyCreatedSnippetID());
     EXPECT_TRUE(model.unsavedEdits().isEmpty());
+    EXPECT_FALSE(model.showImportPicker());
+    EXPECT_FALSE(model.showExportPicker());
+    EXPECT_FALSE(model.showExportCollectionPicker());
+    EXPECT_TRUE(model.selectedCollectionsToExport().isEmpty());
+    EXPECT_FALSE(model.importResult());
+    EXPECT_FALSE(model.showImportConflictDialog());
+    EXPECT_FALSE(model.conflictDetectionResult());
+    EXPECT_FALSE(model.pendingImportData());
+    EXPECT_EQ(model.selectedConflictResolutionMode(), ConflictResolutionMode::smartUpdate);
 }
 
 // The order

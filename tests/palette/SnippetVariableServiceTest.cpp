@@ -190,6 +190,19 @@ private:
     QRegularExpression expression;
 };
 
+TEST_F(SnippetVariables, PlaceholdersAreToldWithTheirPlaces)
+{
+    const QString text = u"a {{ b }} {{}} {{{c}} {{b}}"_s;
+    const auto found = service.placeholders(text);
+    ASSERT_EQ(found.size(), 3);
+    EXPECT_EQ(text.sliced(found[0].begin, found[0].length), u"{{ b }}");
+    EXPECT_EQ(found[0].name, u"b");
+    EXPECT_EQ(text.sliced(found[1].begin, found[1].length), u"{{c}}");
+    EXPECT_EQ(found[1].name, u"c");
+    EXPECT_EQ(found[2].begin, 22);
+    EXPECT_EQ(found[2].name, u"b");
+}
+
 TEST_F(SnippetVariables, EqualTheRegularExpressionOnRandomTexts)
 {
     const ByRegularExpression expected;

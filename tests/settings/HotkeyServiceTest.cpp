@@ -1,8 +1,8 @@
 #include "settings/HotkeyService.h"
 
+#include "hotkey/FakeHotKeyBackend.h"
 #include "hotkey/HotKey.h"
 #include "hotkey/HotKeysController.h"
-#include "hotkey/NullHotKeyBackend.h"
 #include "support/LogCapture.h"
 
 #include <QSet>
@@ -19,13 +19,15 @@ using hotkey::Key;
 using hotkey::KeyCombo;
 using hotkey::ModifierFlags;
 
-/// Drives the real registry. Its backend has no window system and refuses every combination, so
-/// a box in the registry is what a registration leaves, and a press is an event handed to it.
+/// Drives the real registry over a window system of plain values: a box in the registry is what a
+/// registration leaves, and a press is an event handed to it.
 class HotkeyServiceTest : public testing::Test {
 protected:
     HotkeyServiceTest()
     {
-        HotKeysController::setBackend(std::make_unique<hotkey::NullHotKeyBackend>());
+        auto plainValues = std::make_unique<hotkey::FakeHotKeyBackend>();
+        backend = plainValues.get();
+        HotKeysController::setBackend(std::move(plainValues));
     }
 
     /// The combinations that are registered now.
@@ -53,6 +55,7 @@ protected:
         return [this] { ++presses; };
     }
 
+    hotkey::FakeHotKeyBackend* backend = nullptr; ///< owned by the registry
     HotkeyConfig setting{u"t"_s, ModifierFlags::option};
     int presses = 0;
     test::LogCapture capture;
@@ -79,6 +82,19 @@ TEST_F(HotkeyServiceTest, APressRunsTheAction)
     EXPECT_EQ(presses, 1);
     press(hotkey::HotKeyEvent::released);
     EXPECT_EQ(presses, 1);
+}
+
+TEST_F(HotkeyServiceTest, ACombinationThatSomebodyHoldsIsToldAndStaysWithoutEffect)
+{
+    backend->refusal = {hotkey::hotKeyTaken, std::nullopt};
+    service.registerGlobalHotkey(u"t"_s, ModifierFlags::option, counting());
+    EXPECT_EQ(capture.lines,
+              (QStringList{u"HotkeyService: 已注册热键 ⌥T"_s,
+                           u"HotkeyService: ⌥T has no effect: another program holds it, or the "
+                           u"window system gives out no hot keys"_s}));
+    EXPECT_EQ(registered().size(), 1) << "the object stays";
+    EXPECT_TRUE(backend->held.empty());
+    EXPECT_EQ(service.currentKey(), u"t"_s);
 }
 
 TEST_F(HotkeyServiceTest, ANewRegistrationReplacesTheOldOne)

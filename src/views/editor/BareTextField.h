@@ -18,10 +18,10 @@ public:
 
     /// What keys mean. Where one is empty, the key keeps its own meaning.
     struct Keys {
-        std::function<void()> onSubmit;
-        std::function<void()> onEscape;
-        std::function<void()> onTab;
-        std::function<void()> onShiftTab;
+        std::function<void()> onSubmit{};
+        std::function<void()> onEscape{};
+        std::function<void()> onTab{};
+        std::function<void()> onShiftTab{};
     };
 
     struct Look {

@@ -74,7 +74,7 @@ void ContentSearchBar::layOut()
     row->addWidget(input, 1);
     row->addWidget(statusLabel);
     auto* buttons = new QHBoxLayout;
-    buttons->setSpacing(-2 * Button::ringRoom);
+    buttons->setSpacing(0);
     for (Button* button : {previous, next, close})
         buttons->addWidget(button);
     row->addLayout(buttons);

@@ -20,7 +20,7 @@ constexpr int twoLinesBelow = 470;
 constexpr int leftMargin = 24;
 constexpr int rightMargin = 12;
 constexpr int pillHeight = 22;
-constexpr int pillPadding = 7;
+constexpr int pillPadding = 6;
 constexpr int pillGap = 5;
 constexpr int symbolSize = 12;
 constexpr int symbolGap = 4;
@@ -32,7 +32,9 @@ EditorBottomBar::EditorBottomBar(const Theme& look, SnippetEditorViewModel& mode
                                  const Clock& time, QWidget* parent)
     : QWidget(parent), theme(look), viewModel(model), clock(time)
 {
-    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    policy.setHeightForWidth(true);
+    setSizePolicy(policy);
     using M = SnippetEditorViewModel;
     connect(&viewModel, &M::usageCountChanged, this, &EditorBottomBar::refresh);
     connect(&viewModel, &M::lastUsedAtChanged, this, &EditorBottomBar::refresh);
@@ -69,21 +71,20 @@ void EditorBottomBar::refresh()
     update();
 }
 
-bool EditorBottomBar::hasTwoLines() const
+bool EditorBottomBar::hasTwoLines(int wide) const
 {
-    return width() < twoLinesBelow * theme.textScale();
+    return wide < twoLinesBelow * theme.textScale();
+}
+
+int EditorBottomBar::heightForWidth(int wide) const
+{
+    return qRound((hasTwoLines(wide) ? twoLinesHeight : barHeight) *
+                  std::max<qreal>(1, theme.textScale()));
 }
 
 QSize EditorBottomBar::sizeHint() const
 {
-    return {0, qRound((hasTwoLines() ? twoLinesHeight : barHeight) *
-                      std::max<qreal>(1, theme.textScale()))};
-}
-
-void EditorBottomBar::resizeEvent(QResizeEvent*)
-{
-    if (height() != sizeHint().height())
-        updateGeometry();
+    return {0, heightForWidth(width())};
 }
 
 void EditorBottomBar::changeEvent(QEvent* event)
@@ -116,7 +117,7 @@ void EditorBottomBar::paintEvent(QPaintEvent*)
     QRectF created(leftMargin, 0, width() - leftMargin - rightMargin - pills - pillGap, height());
     qreal x = width() - rightMargin - pills;
     qreal y = (height() - high) / 2.0;
-    if (hasTwoLines()) {
+    if (hasTwoLines(width())) {
         const qreal top = (height() - line - lineGap - high) / 2.0;
         created = QRectF(leftMargin, top, width() - leftMargin - rightMargin, line);
         x = leftMargin;

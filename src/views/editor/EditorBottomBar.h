@@ -23,15 +23,15 @@ public:
     /// As of now.
     [[nodiscard]] QString lastUsedText() const;
 
+    [[nodiscard]] int heightForWidth(int wide) const override;
     [[nodiscard]] QSize sizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
 
 private:
-    [[nodiscard]] bool hasTwoLines() const;
+    [[nodiscard]] bool hasTwoLines(int wide) const;
     void refresh();
 
     const Theme& theme;

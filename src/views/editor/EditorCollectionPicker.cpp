@@ -33,8 +33,8 @@ EditorCollectionPicker::EditorCollectionPicker(const Theme& look, SnippetEditorV
     row->setSpacing(0);
     row->addWidget(present);
     row->addSpacing(ring);
-    row->addWidget(field);
-    row->setStretch(2, 1);
+    row->addWidget(field, fieldWidth);
+    row->addStretch(1);
 
     connect(present, &QAbstractButton::clicked, this, &EditorCollectionPicker::openMenu);
     const auto cancel = [this] {

@@ -10,6 +10,7 @@
 #include "views/editor/SectionHeader.h"
 #include "views/editor/ViewShortcut.h"
 
+#include <QHideEvent>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -40,7 +41,7 @@ Button* headerButton(const Theme& theme, const QString& symbol, const QString& n
 EditorContentSection::EditorContentSection(const Theme& look, Scheduler& scheduler,
                                            SnippetEditorViewModel& model, SheetHost& host,
                                            const Actions& actions, QWidget* parent)
-    : QWidget(parent), theme(look), timing(scheduler), viewModel(model), sheets(&host),
+    : QWidget(parent), theme(look), timing(scheduler), viewModel(model), sheets(host),
       header(new SectionHeader(theme, QStringLiteral("doc.text"), QStringLiteral("Snippet content"),
                                this)),
       saveAsFile(headerButton(theme, QStringLiteral("arrow.down.circle"),
@@ -64,10 +65,14 @@ EditorContentSection::EditorContentSection(const Theme& look, Scheduler& schedul
     placeBox();
 }
 
-EditorContentSection::~EditorContentSection()
+EditorContentSection::~EditorContentSection() = default;
+
+void EditorContentSection::hideEvent(QHideEvent* event)
 {
-    if (fullScreenView && sheets)
-        sheets->dismiss(fullScreenView);
+    QWidget::hideEvent(event);
+    // The snippet gives way to another one, or the window closes.
+    if (!event->spontaneous())
+        closeFullScreen();
 }
 
 void EditorContentSection::layOut()
@@ -85,7 +90,8 @@ void EditorContentSection::layOut()
     column->setSpacing(0);
     column->addWidget(header);
     column->addWidget(box);
-    QWidget::setTabOrder({saveAsFile, fullScreen, editor});
+    setTabOrder(saveAsFile, fullScreen);
+    setTabOrder(fullScreen, editor);
 }
 
 void EditorContentSection::observe()
@@ -158,15 +164,15 @@ void EditorContentSection::openFullScreen()
          .onTextChange = [this](const QString& text) { viewModel.setContent(text); },
          .window = window()});
     showFilled();
-    sheets->present(fullScreenView, {.onCancel = [this] { fullScreenView->escape(); },
-                                     .firstFocus = &fullScreenView->textEditor()});
+    sheets.present(fullScreenView, {.onCancel = [this] { fullScreenView->escape(); },
+                                    .firstFocus = &fullScreenView->textEditor()});
 }
 
 void EditorContentSection::closeFullScreen()
 {
     if (!fullScreenView)
         return;
-    sheets->dismiss(std::exchange(fullScreenView, nullptr));
+    sheets.dismiss(std::exchange(fullScreenView, nullptr));
     editor->setText(viewModel.content());
 }
 

@@ -53,6 +53,9 @@ Q_SIGNALS:
     /// What is of interest now is here, in coordinates of the section.
     void revealed(const QRect& rect);
 
+protected:
+    void hideEvent(QHideEvent* event) override;
+
 private:
     void layOut();
     void observe();
@@ -65,7 +68,7 @@ private:
     const Theme& theme;
     Scheduler& timing;
     SnippetEditorViewModel& viewModel;
-    QPointer<SheetHost> sheets; ///< may go first when the window does
+    SheetHost& sheets;
     SectionHeader* header;
     Button* saveAsFile;
     Button* fullScreen;

@@ -74,7 +74,7 @@ void EditorTitleSection::layOut()
     auto* row = new QHBoxLayout;
     row->setContentsMargins(outset - ring, 0, outset - ring, 0);
     row->setSpacing(0);
-    row->addWidget(collection, 1, Qt::AlignLeft);
+    row->addWidget(collection, 1);
     row->addSpacing(buttonGap);
     row->addWidget(copy);
     row->addWidget(more);

@@ -13,10 +13,10 @@ constexpr int fieldHeight = 24;
 
 } // namespace
 
-KeywordInputFieldCompat::KeywordInputFieldCompat(const Theme& theme,
+KeywordInputFieldCompat::KeywordInputFieldCompat(const Theme& scheme,
                                                  std::function<void(const QString&)> submitted,
                                                  std::function<void()> onEscape, QWidget* parent)
-    : BareTextField(theme, {.style = TextStyle::body, .height = fieldHeight}, {}, 0, parent),
+    : BareTextField(scheme, {.style = TextStyle::body, .height = fieldHeight}, {}, 0, parent),
       onSubmit(std::move(submitted))
 {
     setAccessibleName(QStringLiteral("Related terms"));

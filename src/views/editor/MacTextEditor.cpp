@@ -92,7 +92,7 @@ void MacTextEditor::setText(const QString& text)
         hasText = true;
         source = text;
         hasWideBreaks = text.contains(wideBreak);
-        document()->setPlainText(text);
+        setPlainText(text);
         documentLength = document()->characterCount() - 1;
         matches.search(source, matches.term());
         Q_EMIT textEdited({{}, source, 0, 0, source.size()});
@@ -253,6 +253,37 @@ QList<MacTextEditor::Mark> MacTextEditor::marks(const QTextBlock& block, qsizety
     return marked;
 }
 
+/// The colours of the marked letters. No two ranges overlap: those of matches come before those of
+/// placeholders.
+QList<QTextLayout::FormatRange> MacTextEditor::letterColors(const QList<Mark>& marked) const
+{
+    const ColorTokens& token = theme.colors();
+    QList<QTextLayout::FormatRange> ranges;
+    const auto add = [&ranges](int start, int end, const QColor& color) {
+        if (start >= end)
+            return;
+        QTextCharFormat format;
+        format.setForeground(color);
+        ranges.append({start, end - start, format});
+    };
+    for (const Mark& mark : marked) {
+        if (mark.isMatch()) {
+            add(mark.start, mark.start + mark.length, token.matchText);
+            continue;
+        }
+        int start = mark.start;
+        const int end = mark.start + mark.length;
+        for (const Mark& match : marked) {
+            if (!match.isMatch() || match.start >= end || match.start + match.length <= start)
+                continue;
+            add(start, match.start, token.accent);
+            start = match.start + match.length;
+        }
+        add(start, end, token.accent);
+    }
+    return ranges;
+}
+
 void MacTextEditor::paintMarks(QPainter& painter, const QTextBlock& block, const QPointF& origin,
                                const QList<Mark>& marked) const
 {
@@ -266,9 +297,9 @@ void MacTextEditor::paintMarks(QPainter& painter, const QTextBlock& block, const
                 fillRounded(painter, place, placeholderRadius, token.accentTint);
                 break;
             case Mark::Kind::emptyPlaceholder: {
-                const qreal y = place.bottom() - lineWidth(painter) / 2;
-                painter.setPen(QPen(token.accent, lineWidth(painter), Qt::CustomDashLine));
-                QPen pen = painter.pen();
+                const qreal width = vellumry::lineWidth(painter);
+                const qreal y = place.bottom() - width / 2;
+                QPen pen(token.accent, width);
                 pen.setDashPattern({3, 2});
                 painter.setPen(pen);
                 painter.drawLine(QPointF(place.left(), y), QPointF(place.right(), y));
@@ -307,6 +338,7 @@ void MacTextEditor::paintEvent(QPaintEvent* event)
     const auto context = getPaintContext();
     const bool canEdit = !isReadOnly();
     QPainter painter(viewport());
+    painter.setRenderHint(QPainter::Antialiasing);
     painter.setClipRect(event->rect());
     QPointF origin = contentOffset();
     qsizetype begin = sourceOffset(firstVisibleBlock().position());
@@ -319,14 +351,7 @@ void MacTextEditor::paintEvent(QPaintEvent* event)
             const QList<Mark> marked = marks(block, begin);
             paintMarks(painter, block, origin, marked);
 
-            QList<QTextLayout::FormatRange> ranges;
-            for (const Mark& mark : marked) {
-                const bool isMatch =
-                    mark.kind == Mark::Kind::match || mark.kind == Mark::Kind::currentMatch;
-                QTextCharFormat format;
-                format.setForeground(isMatch ? token.matchText : token.accent);
-                ranges.append({mark.start, mark.length, format});
-            }
+            QList<QTextLayout::FormatRange> ranges = letterColors(marked);
             for (const auto& selection : context.selections) {
                 const int from = selection.cursor.selectionStart() - block.position();
                 const int to = selection.cursor.selectionEnd() - block.position();

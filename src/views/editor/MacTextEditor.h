@@ -6,6 +6,7 @@
 #include "views/editor/TextMatches.h"
 
 #include <QSet>
+#include <QTextLayout>
 
 class QTextBlock;
 
@@ -68,6 +69,11 @@ private:
         int start;
         int length;
         Kind kind;
+
+        [[nodiscard]] bool isMatch() const
+        {
+            return kind == Kind::match || kind == Kind::currentMatch;
+        }
     };
 
     void applyTheme();
@@ -75,6 +81,7 @@ private:
     [[nodiscard]] qsizetype sourceOffset(int position) const;
     [[nodiscard]] int documentPosition(qsizetype offset) const;
     [[nodiscard]] QList<Mark> marks(const QTextBlock& block, qsizetype begin) const;
+    [[nodiscard]] QList<QTextLayout::FormatRange> letterColors(const QList<Mark>& marked) const;
     void paintMarks(QPainter& painter, const QTextBlock& block, const QPointF& origin,
                     const QList<Mark>& marked) const;
     void reveal(int position, int length);

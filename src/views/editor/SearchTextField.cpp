@@ -8,8 +8,8 @@ constexpr int fieldHeight = 28;
 
 } // namespace
 
-SearchTextField::SearchTextField(const Theme& theme, QWidget* parent)
-    : BareTextField(theme, {.style = TextStyle::body, .height = fieldHeight},
+SearchTextField::SearchTextField(const Theme& scheme, QWidget* parent)
+    : BareTextField(scheme, {.style = TextStyle::body, .height = fieldHeight},
                     QStringLiteral("Search in content..."), 0, parent)
 {
 }

@@ -8,8 +8,8 @@ constexpr int fieldHeight = 26;
 
 } // namespace
 
-SubtitleTextField::SubtitleTextField(const Theme& theme, QWidget* parent)
-    : BareTextField(theme,
+SubtitleTextField::SubtitleTextField(const Theme& scheme, QWidget* parent)
+    : BareTextField(scheme,
                     {.style = TextStyle::body,
                      .color = &ColorTokens::textSecondary,
                      .height = fieldHeight,

@@ -8,8 +8,8 @@ constexpr int fieldHeight = 36;
 
 } // namespace
 
-TitleTextField::TitleTextField(const Theme& theme, QWidget* parent)
-    : BareTextField(theme,
+TitleTextField::TitleTextField(const Theme& scheme, QWidget* parent)
+    : BareTextField(scheme,
                     {.style = TextStyle::title, .height = fieldHeight, .hasFocusFrame = true},
                     QStringLiteral("Snippet Title"), longest, parent)
 {

@@ -23,7 +23,8 @@ bool ViewShortcut::isReachable() const
         return false;
     for (const QWidget* each = view; each; each = each->parentWidget()) {
         if (const auto* host = qobject_cast<const SheetHost*>(each->parentWidget()))
-            return host->presented() && host->presented()->isAncestorOf(view);
+            return host->presented() == view ||
+                   (host->presented() && host->presented()->isAncestorOf(view));
     }
     return !SheetHost::isCovering(*view);
 }

@@ -73,6 +73,12 @@ AppearanceModeButton::AppearanceModeButton(const Theme& look, AppearanceMode mod
     setSymbol(symbolOf(mode), glyphSize);
     setCheckable(true);
     setAutoExclusive(true);
+    // Qt sees to this only once one of them has the focus.
+    const auto takeTab = [this](bool isChosen) {
+        setFocusPolicy(isChosen ? Qt::TabFocus : Qt::NoFocus);
+    };
+    takeTab(false);
+    connect(this, &QAbstractButton::toggled, this, takeTab);
     connect(this, &QAbstractButton::clicked, this, std::move(action));
 }
 

@@ -26,16 +26,22 @@ constexpr int textGap = 8;
 HotkeyRecorderButton::HotkeyRecorderButton(const Theme& look,
                                            HotkeyRecorderView::Callbacks callbacks, QWidget* parent)
     : Button(look, Kind::ghost, {}, parent), theme(look),
-      recorder(new HotkeyRecorderView(std::move(callbacks), this)), caps(new QHBoxLayout),
+      recorder(new HotkeyRecorderView(std::move(callbacks), this)),
       prompt(new Label(theme, TextStyle::labelMedium, &ColorTokens::accent,
                        QStringLiteral("Press shortcut..."), this))
 {
     prompt->setAttribute(Qt::WA_TransparentForMouseEvents);
-    prompt->hide();
-    caps->setSpacing(capGap);
+    // A button has another one for its children.
+    prompt->setForegroundRole(QPalette::WindowText);
+    auto* keys = new QHBoxLayout;
+    keys->setSpacing(capGap);
+    for (KeyCapView*& cap : caps) {
+        cap = new KeyCapView(theme, this);
+        keys->addWidget(cap);
+    }
     auto* line = new QHBoxLayout(this);
     line->setSpacing(textGap);
-    line->addLayout(caps);
+    line->addLayout(keys);
     line->addWidget(prompt);
     showCaps();
 }
@@ -68,26 +74,25 @@ void HotkeyRecorderButton::setRecording(bool isRecording)
 
 void HotkeyRecorderButton::showCaps()
 {
-    while (QLayoutItem* item = caps->takeAt(0)) {
-        delete item->widget();
-        delete item;
-    }
-    const QStringList symbols = state.isRecording
-                                    ? HotkeyConfig::modifierSymbols(state.recordingModifiers)
-                                    : state.hotkey.keySymbols();
+    const QStringList keys =
+        keyboardCaps(state.isRecording ? HotkeyConfig::modifierSymbols(state.recordingModifiers)
+                                       : state.hotkey.keySymbols());
     QStringList spoken;
-    for (const QString& cap : keyboardCaps(symbols)) {
-        caps->addWidget(new KeyCapView(theme, cap, state.isRecording, this));
-        spoken.append(spokenCap(cap));
+    for (size_t i = 0; i < caps.size(); ++i) {
+        const QString key = keys.value(qsizetype(i));
+        caps[i]->setKey(key, state.isRecording);
+        caps[i]->setVisible(!key.isEmpty());
+        if (!key.isEmpty())
+            spoken.append(spokenCap(key));
     }
     prompt->setVisible(state.isRecording);
     constexpr int start = ringRoom + boxPadding;
     const int end = ringRoom + (state.isRecording ? endPadding : boxPadding);
     layout()->setContentsMargins(start, ringRoom, end, ringRoom);
 
-    const QString keys = spoken.join(u'+');
-    setAccessibleName(state.isRecording ? prompt->text() + (keys.isEmpty() ? keys : u' ' + keys)
-                                        : QStringLiteral("Quick Search, ") + keys);
+    const QString combination = spoken.join(u'+');
+    setAccessibleName(state.isRecording ? QString(prompt->text() + u' ' + combination).trimmed()
+                                        : QStringLiteral("Quick Search, ") + combination);
     recorder->setSpokenText(accessibleName());
     updateGeometry();
 }

@@ -5,10 +5,11 @@
 #include "views/common/Button.h"
 #include "views/settings/HotkeyRecorderView.h"
 
-class QHBoxLayout;
+#include <array>
 
 namespace vellumry {
 
+class KeyCapView;
 class Label;
 
 /// The button that shows the hot key, and during a recording the modifiers that are held. A click
@@ -43,7 +44,7 @@ private:
     const Theme& theme;
     State state;
     HotkeyRecorderView* recorder;
-    QHBoxLayout* caps;
+    std::array<KeyCapView*, 5> caps{}; ///< for four modifiers and a key; hidden where not needed
     Label* prompt;
     bool ringBefore = false; ///< whether the focus showed when the recording began
 };

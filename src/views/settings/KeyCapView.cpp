@@ -28,16 +28,23 @@ KeyCapView::Colors KeyCapView::Colors::of(const ColorTokens& token)
             .recordingText = token.accent};
 }
 
-KeyCapView::KeyCapView(const Theme& look, const QString& symbol, bool isRecording, QWidget* parent)
-    : QWidget(parent), theme(look), text(symbol), recording(isRecording)
+KeyCapView::KeyCapView(const Theme& look, QWidget* parent) : QWidget(parent), theme(look)
 {
-    setAccessibleName(spokenCap(symbol));
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     connect(&theme, &Theme::changed, this, [this] {
         updateGeometry();
         update();
     });
+}
+
+void KeyCapView::setKey(const QString& symbol, bool isRecording)
+{
+    text = symbol;
+    recording = isRecording;
+    setAccessibleName(spokenCap(symbol));
+    updateGeometry();
+    update();
 }
 
 QSize KeyCapView::sizeHint() const

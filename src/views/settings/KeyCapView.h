@@ -22,10 +22,11 @@ public:
         [[nodiscard]] static Colors of(const ColorTokens& token);
     };
 
-    /// `symbol` is what stands on the cap. The theme outlives the view.
-    KeyCapView(const Theme& theme, const QString& symbol, bool isRecording,
-               QWidget* parent = nullptr);
+    /// The theme outlives the view.
+    explicit KeyCapView(const Theme& theme, QWidget* parent = nullptr);
 
+    /// `symbol` is what stands on the cap.
+    void setKey(const QString& symbol, bool isRecording);
     [[nodiscard]] const QString& symbol() const { return text; }
     [[nodiscard]] bool isRecording() const { return recording; }
     [[nodiscard]] QSize sizeHint() const override;
@@ -36,7 +37,7 @@ protected:
 private:
     const Theme& theme;
     QString text;
-    bool recording;
+    bool recording = false;
 };
 
 } // namespace vellumry

@@ -19,8 +19,8 @@ constexpr int groupRadius = 10;
 constexpr int rowHeight = 60;
 constexpr int rowMargin = 14;
 constexpr int rowGap = 12;
-/// Above and below; what shows the focus around a button lies in the rest of 12.
-constexpr int rowPadding = 12 - Button::ringRoom;
+constexpr int rowPadding = 12;
+constexpr int titleGap = 2;
 
 constexpr int tileSide = 32;
 constexpr int tileRadius = 8;
@@ -31,6 +31,7 @@ constexpr QColor darkDriveTile(0xdd, 0xe3, 0xe3);
 constexpr int noteRadius = 8;
 constexpr int noteGap = 9;
 constexpr QMargins noteMargins(12, 10, 12, 10);
+constexpr int noteTitleGap = 3;
 
 } // namespace
 
@@ -78,14 +79,23 @@ QVBoxLayout* makeSettingsTexts(const Theme& theme, const QString& title, const Q
     auto* texts = new QVBoxLayout;
     texts->setSpacing(0);
     texts->addStretch();
-    texts->addWidget(
-        new Label(theme, TextStyle::bodyMedium, &ColorTokens::textPrimary, title, parent));
+    auto* above = new Label(theme, TextStyle::bodyMedium, &ColorTokens::textPrimary, title, parent);
+    above->setWordWrap(true);
+    texts->addWidget(above);
+    texts->addSpacing(titleGap);
     auto* below =
         new Label(theme, TextStyle::label, &ColorTokens::textSecondary, description, parent);
     below->setWordWrap(true);
     texts->addWidget(below);
     texts->addStretch();
     return texts;
+}
+
+void foldSettingsRow(QBoxLayout& row)
+{
+    row.setDirection(QBoxLayout::LeftToRight);
+    if (row.minimumSize().width() > settingsRowWidth)
+        row.setDirection(QBoxLayout::TopToBottom);
 }
 
 SettingsTile::SettingsTile(const Theme& look, QWidget* parent) : QWidget(parent), theme(look)
@@ -136,7 +146,7 @@ SettingsNote::SettingsNote(const Theme& look, Kind noteKind, const Contents& con
     line->addWidget(new SymbolView(theme, contents.symbol, contents.symbolSize,
                                    isError ? &ColorTokens::danger : &ColorTokens::warning, this));
     auto* texts = new QVBoxLayout;
-    texts->setSpacing(1);
+    texts->setSpacing(noteTitleGap);
     Label::Color color = isError ? &ColorTokens::danger : &ColorTokens::textPrimary;
     if (!contents.title.isEmpty()) {
         texts->addWidget(new Label(theme, TextStyle::labelStrong, color, contents.title, this));

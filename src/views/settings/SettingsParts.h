@@ -40,6 +40,13 @@ private:
 /// A row of the usual height, with the usual margins, for what its layout is given.
 [[nodiscard]] QHBoxLayout* makeSettingsRow(QWidget* row);
 
+/// The room for a row where the settings are as narrow as they can be.
+inline constexpr int settingsRowWidth = 458;
+
+/// Sets the parts of a row side by side, or, where large text leaves no room for that, one below
+/// the other.
+void foldSettingsRow(QBoxLayout& row);
+
 /// A title with a description below it, which wraps.
 [[nodiscard]] QVBoxLayout* makeSettingsTexts(const Theme& theme, const QString& title,
                                              const QString& description, QWidget* parent);

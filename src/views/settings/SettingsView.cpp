@@ -47,6 +47,13 @@ constexpr int footerHeight = 56;
 constexpr int ghostPadding = 12;
 constexpr int leastDoneWidth = 76;
 
+/// The margins of a row whose button, with what shows the focus around it, reaches up into them,
+/// or down as well.
+QMargins ringed(const QMargins& margins, bool isBelow)
+{
+    return margins - QMargins(0, ring, 0, isBelow ? ring : 0);
+}
+
 /// A symbol and a text behind it.
 QHBoxLayout* makeRemark(const Theme& theme, const QString& symbol, int symbolSize,
                         Label::Color color, Label* text)
@@ -120,6 +127,7 @@ void SettingsView::addGeneralSection(QVBoxLayout& column, QWidget* body)
 
     auto* appearance = new QWidget(group);
     QHBoxLayout* appearanceLine = makeSettingsRow(appearance);
+    appearanceLine->setContentsMargins(ringed(appearanceLine->contentsMargins(), true));
     const QString appearanceHelp = QStringLiteral("Choose the color scheme for the interface");
     appearanceLine->addLayout(
         makeSettingsTexts(theme, QStringLiteral("Appearance"), appearanceHelp, appearance), 1);
@@ -173,6 +181,7 @@ void SettingsView::addKeyboardSection(QVBoxLayout& column, QWidget* body)
 
     auto* search = new QWidget(group);
     QHBoxLayout* line = makeSettingsRow(search);
+    line->setContentsMargins(ringed(line->contentsMargins(), false));
     line->addLayout(makeSettingsTexts(theme, QStringLiteral("Quick Search"),
                                       QStringLiteral("Open the command palette from anywhere"),
                                       search),
@@ -221,6 +230,7 @@ void SettingsView::addKeyboardSection(QVBoxLayout& column, QWidget* body)
     restart->setLayout(remark);
     group->addRow(restart, SettingsGroup::Line::above);
     column.addWidget(group);
+    recorderRow = line;
     connect(recorder, &Button::clicked, this, &SettingsView::toggleRecording);
 }
 
@@ -290,6 +300,7 @@ void SettingsView::applyTheme()
     setPalette(services.theme.palette());
     scrollBar->setLook({.handle = token.scrollHandle, .handleHovered = token.scrollHandleHover});
     footer->setFixedHeight(services.theme.rowHeight(footerHeight, TextStyle::bodyMedium));
+    foldSettingsRow(*recorderRow);
     update();
 }
 
@@ -317,6 +328,7 @@ void SettingsView::showRecorder()
     recorder->setState({.hotkey = services.settings.quickSearchHotkey(),
                         .isRecording = recording,
                         .recordingModifiers = modifiers});
+    foldSettingsRow(*recorderRow);
 }
 
 void SettingsView::setConflictWarning(const std::optional<QString>& text)
@@ -347,6 +359,7 @@ void SettingsView::hideEvent(QHideEvent* event)
 void SettingsView::onAppear()
 {
     appeared = true;
+    showRecorder();
     services.hotkeyService.pauseHotkey();
 }
 
@@ -354,7 +367,9 @@ void SettingsView::onDisappear()
 {
     if (!std::exchange(appeared, false))
         return;
-    stopRecording();
+    // The window may be on its way out: nothing is built any more, to be shown or not.
+    recording = false;
+    modifiers = {};
     services.hotkeyService.resumeHotkey();
 }
 

@@ -11,6 +11,7 @@
 
 #include <optional>
 
+class QBoxLayout;
 class QScrollArea;
 class QVBoxLayout;
 
@@ -126,6 +127,7 @@ private:
     QList<AppearanceModeButton*> modes;
     SettingsSwitch* launch = nullptr;
     QWidget* launchProblem = nullptr;
+    QBoxLayout* recorderRow = nullptr;
     HotkeyRecorderButton* recorder = nullptr;
     Label* help = nullptr;
     QWidget* noteRow = nullptr;

@@ -122,7 +122,7 @@ void StorageSettingsSection::addLocation()
     tile = new SettingsTile(look, location);
     line->addWidget(tile);
     auto* texts = new QVBoxLayout;
-    texts->setSpacing(0);
+    texts->setSpacing(1);
     texts->addStretch();
     texts->addWidget(new Label(look, TextStyle::bodyMedium, &ColorTokens::textPrimary,
                                QStringLiteral("Data Location"), location));
@@ -144,14 +144,19 @@ void StorageSettingsSection::addLocation()
     mark->addWidget(new Label(look, TextStyle::label, &ColorTokens::textSecondary,
                               QStringLiteral("Watching for changes"), watchingMark));
     row->addWidget(watchingMark);
-    row->addStretch();
+    auto* buttons = new QHBoxLayout;
+    buttons->setSpacing(0);
+    buttons->addStretch();
     const auto addButton = [&](const QString& text) {
         auto* button = new Button(look, Button::Kind::bordered, text, actions, Button::Size::small);
-        row->addWidget(button);
+        buttons->addWidget(button);
         return button;
     };
     reveal = addButton(QStringLiteral("Reveal in Finder"));
     change = addButton(QStringLiteral("Change..."));
+    row->addLayout(buttons, 1);
+    actionsRow = row;
+    connect(&look, &Theme::changed, this, [this] { foldSettingsRow(*actionsRow); });
     connect(reveal, &Button::clicked, this, &StorageSettingsSection::revealFolder);
     connect(change, &Button::clicked, this, &StorageSettingsSection::changeLocationRequested);
     addRow(actions);
@@ -252,6 +257,7 @@ void StorageSettingsSection::refresh()
     if (count > 0)
         conflicts->setText(QStringLiteral("%1 conflict file(s) found").arg(count));
     conflictRow->setVisible(count > 0);
+    foldSettingsRow(*actionsRow);
     update();
 }
 

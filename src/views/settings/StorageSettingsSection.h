@@ -76,6 +76,7 @@ private:
     SettingsTile* tile = nullptr;
     PathLabel* path = nullptr;
     QWidget* watchingMark = nullptr;
+    QBoxLayout* actionsRow = nullptr;
     QWidget* syncRow = nullptr;
     QWidget* conflictRow = nullptr;
     SettingsNote* conflicts = nullptr;

@@ -67,7 +67,12 @@ MainContentView::MainContentView(const Dependencies& dependencies, QWidget* pare
     showDeleteConfirmation();
 }
 
-MainContentView::~MainContentView() = default;
+MainContentView::~MainContentView()
+{
+    // The columns give up the focus as they go, after this view is no more than a widget.
+    disconnect(qApp, nullptr, this, nullptr);
+    qApp->removeEventFilter(this);
+}
 
 void MainContentView::layOut()
 {

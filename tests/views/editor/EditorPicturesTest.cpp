@@ -133,6 +133,7 @@ TEST_F(EditorPictures, NewSnippetInANewCollection)
     loadFour();
     open();
     model.createSnippet();
+    pass(100ms);
     QApplication::processEvents();
     pass(150ms);
     editorModel().setIsAddingNewCollection(true);
@@ -233,7 +234,8 @@ TEST_F(EditorPictures, TextsOfTheWorld)
     Snippet snippet = refund();
     snippet.setTitle(u"日本語のタイトル 🎉"_s);
     snippet.setSubtitle(u"שלום עולם"_s);
-    snippet.setContent(u"日本語のテキスト、{{名前}} 様\nשלום {{שם}} עולם\n🎉👩‍👩‍👧‍👦🇩🇪 -> "
+    snippet.setContent(u"日本語のテキスト、{{名前}} 様\nשלום {{שם}} עולם\n🎉👩‍👩‍👧‍👦🇩🇪 "
+                       u"-> "
                        u"!= "
                        "ligatures stay apart\nمرحبا بالعالم"_s);
     snippet.setVariables({{u"名前"_s, u"山田"_s}, {u"שם"_s, u"דוד"_s}});

@@ -126,6 +126,7 @@ TEST_F(FullScreenEditor, EscapeOfTheSearchFieldGoesBackToTheText)
     EXPECT_EQ(view.search().status(), u"1/3");
     click(&view.search().previousButton());
     EXPECT_EQ(view.search().status(), u"3/3");
+    focus(view.search().field());
     type(u"b"_s);
     EXPECT_EQ(view.search().status(), u"No matches");
     key(Qt::Key_Escape);

@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QInputMethodEvent>
+#include <QMimeData>
 #include <QScrollBar>
 #include <QTest>
 #include <QTextBlock>
@@ -282,8 +283,8 @@ TEST_F(MacTextEditorTest, MatchesAreTintedAndTheTextIsNot)
     EXPECT_EQ(editor.matchColorAt(13), token.matchOther);
     EXPECT_FALSE(editor.matchColorAt(4).isValid());
     EXPECT_FALSE(editor.matchColorAt(15).isValid());
-    EXPECT_EQ(token.matchCurrent.alphaF() * 100, 60);
-    EXPECT_EQ(token.matchOther.alphaF() * 100, 40);
+    EXPECT_EQ(qRound(token.matchCurrent.alphaF() * 100), 60);
+    EXPECT_EQ(qRound(token.matchOther.alphaF() * 100), 40);
 
     EXPECT_EQ(editor.text(), u"call CALL Call other");
     EXPECT_EQ(edits, 0);
