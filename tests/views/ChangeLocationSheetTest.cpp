@@ -32,6 +32,9 @@ protected:
                          [this] { overlay.append(u"gone"_s); });
     }
 
+    /// A move that is under way tells of its end, while there is something to hear it.
+    ~ChangeLocationSheetTest() override { delete sheet; }
+
     ChangeLocationSheet& open()
     {
         auto* made = new ChangeLocationSheet(

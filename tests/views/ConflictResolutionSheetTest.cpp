@@ -125,6 +125,7 @@ TEST_F(ConflictResolutionSheetTest, theFocusGoesFromAboveToBelow)
 {
     open(two());
     click(file(0).headLine());
+    sheet->resolveButton().setFocus(Qt::TabFocusReason);
     EXPECT_EQ(tabWay(),
               QStringList({u"Resolve Conflict"_s, u"Shell (conflicted copy 2025-11-19).json"_s,
                            u"Reveal in Finder"_s, u"Meetings-Workbench.json"_s, u"Keep Local"_s,

@@ -51,8 +51,9 @@ protected:
 TEST_F(ExportCollectionPickerViewTest, listsTheCollectionsWithTheirCounts)
 {
     open({u"One"_s, u"Work"_s}, {u"Work"_s});
-    EXPECT_EQ(labelTexts(*view), QStringList({u"1 of 2 selected"_s, u"Export Collections"_s,
-                                              u"Select collections to include in the export"_s}));
+    EXPECT_EQ(labelTexts(*view), QStringList({u"Export Collections"_s,
+                                              u"Select collections to include in the export"_s,
+                                              u"1 of 2 selected"_s}));
     EXPECT_EQ(view->width(), 320);
     EXPECT_EQ(view->row(u"One"_s)->accessibleName(), u"One, 1 snippet"_s);
     EXPECT_EQ(view->row(u"Work"_s)->accessibleName(), u"Work, 4 snippets"_s);
@@ -89,8 +90,9 @@ TEST_F(ExportCollectionPickerViewTest, nothingChosenIsNotExported)
     open({u"One"_s}, {});
     EXPECT_EQ(view->countLabel().text(), u"0 of 1 selected"_s);
     EXPECT_FALSE(view->exportButton().isEnabled());
+    view->row(u"One"_s)->setFocus(Qt::TabFocusReason);
     key(Qt::Key_Return);
-    EXPECT_TRUE(ended.isEmpty() || ended == QStringList());
+    EXPECT_TRUE(ended.isEmpty());
     click(*view->row(u"One"_s));
     EXPECT_TRUE(view->exportButton().isEnabled());
     click(*view->row(u"One"_s));

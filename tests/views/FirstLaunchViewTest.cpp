@@ -90,7 +90,7 @@ TEST_F(FirstLaunchViewTest, aCardIsChosenByAClickOrByTheKeyboard)
     click(view->useExistingCard());
     EXPECT_TRUE(view->useExistingCard().isSelected());
     EXPECT_TRUE(view->continueButton().isEnabled());
-    EXPECT_EQ(focused(), u"Start Fresh"_s);
+    view->startFreshCard().setFocus(Qt::TabFocusReason);
     key(Qt::Key_Space);
     EXPECT_TRUE(view->startFreshCard().isSelected());
     EXPECT_FALSE(view->useExistingCard().isSelected());
@@ -258,6 +258,19 @@ TEST_F(FirstLaunchViewTest, aFailedDialogIsToldOnTheStepThatAsked)
     EXPECT_TRUE(view->errorLine().isVisible());
     EXPECT_EQ(view->errorLine().text(), u"The dialog failed."_s);
     click(view->backButton());
+    EXPECT_FALSE(view->errorLine().isVisible());
+}
+
+TEST_F(FirstLaunchViewTest, whatTheFirstStepToldIsNotToldAgainOnTheSecond)
+{
+    open();
+    click(view->useExistingCard());
+    click(view->continueButton());
+    question.fail(u"The dialog failed."_s);
+    settle();
+    EXPECT_TRUE(view->errorLine().isVisible());
+    click(view->startFreshCard());
+    click(view->continueButton());
     EXPECT_FALSE(view->errorLine().isVisible());
 }
 

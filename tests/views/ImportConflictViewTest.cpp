@@ -4,6 +4,7 @@
 #include "views/common/DateText.h"
 #include "views/sheets/ConflictTableView.h"
 
+#include <QMouseEvent>
 #include <QPointer>
 
 namespace vellumry::test {
@@ -74,7 +75,10 @@ protected:
 
     void moveTo(const QPoint& position)
     {
-        QTest::mouseMove(view->table().viewport(), position);
+        QWidget* viewport = view->table().viewport();
+        QMouseEvent move(QEvent::MouseMove, position, viewport->mapToGlobal(QPointF(position)),
+                         Qt::NoButton, Qt::NoButton, {});
+        QApplication::sendEvent(viewport, &move);
         settle();
     }
 

@@ -107,6 +107,10 @@ protected:
                     seen.insert(image.pixel(x, y));
             EXPECT_GT(seen.size(), 20) << "a blank picture";
             const auto* sheet = qobject_cast<ScrollingSheet*>(host.presented());
+            if (sheet) {
+                EXPECT_LE(sheet->scrollArea().widget()->width(), sheet->width())
+                    << qPrintable(name);
+            }
             if (sheet && isWhole) {
                 EXPECT_LE(sheet->scrollArea().widget()->height(),
                           sheet->scrollArea().viewport()->height())

@@ -30,12 +30,18 @@ struct Columns {
     QRectF decision;
 };
 
-/// The columns grow with the text; the name takes what is left.
-Columns columnsOf(const QRectF& row, qreal scale)
+/// The columns grow with the text; the name takes what is left, and something is left.
+Columns columnsOf(const QRectF& row, qreal textScale)
 {
-    const qreal typeWidth = 84 * scale;
-    const qreal statusWidth = 98 * scale;
-    const qreal decisionWidth = 118 * scale;
+    constexpr qreal typeColumn = 84;
+    constexpr qreal statusColumn = 98;
+    constexpr qreal decisionColumn = 118;
+    constexpr qreal mostOfRow = 0.7;
+    const qreal scale =
+        std::min(textScale, mostOfRow * row.width() / (typeColumn + statusColumn + decisionColumn));
+    const qreal typeWidth = typeColumn * scale;
+    const qreal statusWidth = statusColumn * scale;
+    const qreal decisionWidth = decisionColumn * scale;
     const qreal left = row.x() + leftPadding;
     const qreal decisionX = ConflictRowView::infoRect(row).x() - decisionWidth - 2;
     const qreal statusX = decisionX - statusWidth;

@@ -139,7 +139,7 @@ bool ConflictTableView::event(QEvent* event)
     QPainter painter(this);
     const ColorTokens& token = theme.colors();
     fillRounded(painter, rect(), radius, token.group);
-    rowView.paintHeading(painter, QRectF(0, 0, width(), rowView.headingHeight()));
+    rowView.paintHeading(painter, QRectF(border, 0, width() - 2 * border, rowView.headingHeight()));
     if (hasFocus()) {
         constexpr qreal half = focusLine / 2;
         painter.setPen(QPen(token.focusRing, focusLine));

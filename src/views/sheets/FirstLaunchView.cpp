@@ -24,7 +24,7 @@ constexpr int sheetWidth = 540;
 constexpr int marginX = 32;
 constexpr int footerMarginY = 14;
 constexpr int bottomMargin = 24;
-constexpr int errorRise = 12; ///< the error stands nearer to what is above it
+constexpr int errorGap = 12;
 constexpr int bigLogo = 72;
 constexpr int smallLogo = 44;
 constexpr int ring = SelectableButton::ringRoom;
@@ -60,7 +60,7 @@ FirstLaunchView::FirstLaunchView(const Dependencies& dependencies, QWidget* pare
     body().addWidget(modes);
     body().addWidget(locations);
     auto* errorRow = new QVBoxLayout;
-    errorRow->setContentsMargins(marginX, -errorRise, marginX, bottomMargin);
+    errorRow->setContentsMargins(marginX, 0, marginX, bottomMargin);
     errorRow->addWidget(error);
     body().addLayout(errorRow);
     body().addStretch();
@@ -90,7 +90,7 @@ void FirstLaunchView::buildModes()
                       0, Qt::AlignHCenter);
     column->addSpacing(4);
     column->addWidget(
-        new Label(theme, TextStyle::body, &ColorTokens::textSecondary, tagline, modes), 0,
+        new WrappingLabel(theme, TextStyle::body, &ColorTokens::textSecondary, tagline, modes), 0,
         Qt::AlignHCenter);
     column->addSpacing(24 - ring);
 
@@ -117,7 +117,7 @@ void FirstLaunchView::buildModes()
 
 void FirstLaunchView::buildLocations()
 {
-    QVBoxLayout* column = columnIn(locations, 22, 20 - ring);
+    QVBoxLayout* column = columnIn(locations, 22, bottomMargin - ring);
     const auto inset = [column](QLayout* row) {
         row->setContentsMargins(ring, 0, ring, 0);
         column->addItem(row);
@@ -127,18 +127,19 @@ void FirstLaunchView::buildLocations()
     head->addWidget(new SymbolView(theme, logo, smallLogo, &ColorTokens::accent, locations));
     auto* titles = new QVBoxLayout;
     titles->setSpacing(2);
-    titles->addWidget(new Label(theme, TextStyle::sheetTitle, &ColorTokens::textPrimary,
-                                QStringLiteral("Choose where to store your data"), locations));
-    titles->addWidget(
-        new Label(theme, TextStyle::label, &ColorTokens::textSecondary, tagline, locations));
+    titles->addWidget(new WrappingLabel(theme, TextStyle::sheetTitle, &ColorTokens::textPrimary,
+                                        QStringLiteral("Choose where to store your data"),
+                                        locations));
+    titles->addWidget(new WrappingLabel(theme, TextStyle::label, &ColorTokens::textSecondary,
+                                        tagline, locations));
     head->addLayout(titles, 1);
     inset(head);
 
     auto* texts = new QVBoxLayout;
     texts->setSpacing(2);
     texts->addSpacing(18);
-    texts->addWidget(new Label(theme, TextStyle::bodyStrong, &ColorTokens::textPrimary,
-                               QStringLiteral("Choose a storage location"), locations));
+    texts->addWidget(new WrappingLabel(theme, TextStyle::bodyStrong, &ColorTokens::textPrimary,
+                                       QStringLiteral("Choose a storage location"), locations));
     texts->addWidget(new WrappingLabel(
         theme, TextStyle::label, &ColorTokens::textSecondary,
         QStringLiteral("For multi-device sync, select a cloud drive folder. Your snippets will "
@@ -149,8 +150,8 @@ void FirstLaunchView::buildLocations()
     const auto addHeading = [&](const QString& text) {
         auto* row = new QVBoxLayout;
         row->addSpacing(18);
-        row->addWidget(
-            new Label(theme, TextStyle::section, &ColorTokens::textTertiary, text, locations));
+        row->addWidget(new WrappingLabel(theme, TextStyle::section, &ColorTokens::textTertiary,
+                                         text, locations));
         row->addSpacing(6 - ring);
         row->setSpacing(0);
         inset(row);
@@ -205,10 +206,18 @@ void FirstLaunchView::showState()
     }
     (isFirst ? locations : modes)->hide();
 
-    const bool wasErrorShown = error->isVisible();
+    if (isOtherStep)
+        earlierError = state.errorMessage();
+    const bool hasError = state.errorMessage() && (isFirst || state.errorMessage() != earlierError);
+    const bool isNews = hasError && error->isHidden();
     error->setText(state.errorMessage().value_or(QString()));
-    error->setVisible(state.errorMessage().has_value());
-    if (!wasErrorShown && state.errorMessage())
+    error->setVisible(hasError);
+    for (QWidget* page : {modes, locations}) {
+        QMargins margins = page->layout()->contentsMargins();
+        margins.setBottom((hasError ? errorGap : bottomMargin) - ring);
+        page->layout()->setContentsMargins(margins);
+    }
+    if (isNews)
         reveal(error);
 }
 

@@ -4,6 +4,7 @@
 #include "views/sheets/ScrollingSheet.h"
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace vellumry {
@@ -54,6 +55,7 @@ private:
     QString homeFolder;
     FirstLaunchSetup state;
     FirstLaunchSetup::OnboardingStep shownStep = FirstLaunchSetup::OnboardingStep::chooseMode;
+    std::optional<QString> earlierError; ///< of the step before, which has been told
     QWidget* modes;
     QWidget* locations;
     ModeCard* startFresh = nullptr;

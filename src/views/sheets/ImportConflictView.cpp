@@ -106,6 +106,7 @@ ImportConflictView::ImportConflictView(Dependencies dependencies, QWidget* paren
     time->hide();
 
     connect(conflicts, &ConflictTableView::detailRowChanged, this, &ImportConflictView::showDetail);
+    connect(&services.theme, &Theme::changed, this, &ImportConflictView::showDetail);
     connect(cancelling, &Button::clicked, this, services.onCancel);
     connect(proceed, &Button::clicked, this, services.onConfirm);
     setSelectedMode(services.selectedMode);

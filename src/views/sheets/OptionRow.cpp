@@ -23,7 +23,8 @@ constexpr int tileSide = 32;
 constexpr int badgeHeight = 18;
 constexpr int badgePadding = 7;
 constexpr int badgeGap = 8;
-constexpr int leastTextPadding = 8; ///< above and below together
+constexpr int leastTextPadding = 8;  ///< above and below together, within a border
+constexpr int leastPlainPadding = 2; ///< likewise, without one
 
 } // namespace
 
@@ -78,7 +79,9 @@ TextStyle OptionRow::detailStyle() const
 QSize OptionRow::sizeHint() const
 {
     const int texts = look().lineHeight(style.titleStyle) + look().lineHeight(detailStyle());
-    return {0, std::max(style.height, texts + leastTextPadding) + 2 * ringRoom};
+    return {0, std::max(style.height,
+                        texts + (style.isBordered ? leastTextPadding : leastPlainPadding)) +
+                   2 * ringRoom};
 }
 
 void OptionRow::resizeEvent(QResizeEvent*)

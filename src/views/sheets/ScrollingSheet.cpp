@@ -11,6 +11,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <utility>
 
 namespace vellumry {
 
@@ -40,6 +41,27 @@ int heightOf(const QWidget* part, int wide)
     return part->hasHeightForWidth() ? part->heightForWidth(wide) : part->sizeHint().height();
 }
 
+/// Lets Tab go through the parts as they are read, whenever their contents were made.
+void chainFocus(std::initializer_list<QWidget*> parts)
+{
+    QWidget* before = nullptr;
+    for (QWidget* part : parts) {
+        QList<std::pair<QPoint, QWidget*>> places;
+        for (QWidget* each : part->findChildren<QWidget*>()) {
+            if ((each->focusPolicy() & Qt::TabFocus) != 0 && each->isVisibleTo(part))
+                places.append({each->mapTo(part, QPoint()), each});
+        }
+        std::stable_sort(places.begin(), places.end(), [](const auto& a, const auto& b) {
+            return std::pair(a.first.y(), a.first.x()) < std::pair(b.first.y(), b.first.x());
+        });
+        for (const auto& [place, each] : places) {
+            if (before)
+                QWidget::setTabOrder(before, each);
+            before = each;
+        }
+    }
+}
+
 } // namespace
 
 ScrollingSheet::ScrollingSheet(const Theme& look, Scheduler& scheduler, int width, QWidget* parent)
@@ -54,8 +76,6 @@ ScrollingSheet::ScrollingSheet(const Theme& look, Scheduler& scheduler, int widt
     area->setWidget(bodyPart);
     area->viewport()->setAutoFillBackground(false);
     bodyPart->setAutoFillBackground(false);
-    setTabOrder(headerPart, area);
-    setTabOrder(area, footerPart);
     for (QWidget* part : {headerPart, bodyPart, footerPart})
         part->installEventFilter(this);
     connect(&theme, &Theme::changed, this, &ScrollingSheet::applyTheme);
@@ -170,6 +190,13 @@ void ScrollingSheet::place()
     area->setGeometry(0, top, width(), std::max(0, height() - top - bottom));
     footerPart->setGeometry(0, height() - bottom, width(), bottom);
     update();
+    // Once the layouts have given everything its place.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            chainFocus({headerPart, bodyPart, footerPart});
+        },
+        Qt::QueuedConnection);
 }
 
 void ScrollingSheet::paintEvent(QPaintEvent*)
