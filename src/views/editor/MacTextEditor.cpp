@@ -122,6 +122,9 @@ void MacTextEditor::setText(const QString& text)
         source = text;
         hasWideBreaks = text.contains(wideBreak);
         setPlainText(text);
+        // Before the view has its size, the caret has no room and the text was scrolled to make
+        // some.
+        verticalScrollBar()->setValue(0);
         documentLength = document()->characterCount() - 1;
         matches.search(source, matches.term());
         Q_EMIT textEdited({{}, source, 0, 0, source.size()});
