@@ -17,7 +17,9 @@ namespace {
 constexpr int barHeight = 40;
 constexpr int twoLinesHeight = 62;
 constexpr int twoLinesBelow = 470;
-constexpr int leftMargin = 24;
+constexpr int wideLeftMargin = 24; // those of the sections above
+constexpr int narrowLeftMargin = 20;
+constexpr int narrowBelow = 420;
 constexpr int rightMargin = 12;
 constexpr int pillHeight = 22;
 constexpr int pillPadding = 6;
@@ -102,6 +104,7 @@ void EditorBottomBar::paintEvent(QPaintEvent*)
     painter.fillRect(rect(), token.editor);
     painter.fillRect(QRectF(0, 0, width(), lineWidth(painter)), token.stroke);
 
+    const int leftMargin = width() < narrowBelow ? narrowLeftMargin : wideLeftMargin;
     const QFont font = theme.font(TextStyle::caption);
     const QFontMetricsF metrics(font);
     const int high = theme.rowHeight(pillHeight, TextStyle::caption);

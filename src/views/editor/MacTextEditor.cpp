@@ -23,6 +23,14 @@ constexpr int matchRadius = 2;
 constexpr qreal markOverhang = 1; ///< above and below the letters
 constexpr int tabWidth = 4;       ///< in characters
 
+/// Whether a unit belongs to a script, or to an emoji, in which neighbours are drawn together.
+bool isShaped(QChar c)
+{
+    const char16_t unit = c.unicode();
+    return (unit >= 0x300 && unit < 0x370) || (unit >= 0x590 && unit < 0x2000) || unit == 0x200D ||
+           c.isSurrogate();
+}
+
 /// The parts of a block's lines between two of its characters.
 QList<QRectF> partsOfLines(const QTextLayout& layout, int start, int length)
 {
@@ -71,14 +79,34 @@ MacTextEditor::MacTextEditor(const Theme& look, Scheduler& scheduler, int margin
 void MacTextEditor::applyTheme()
 {
     setPalette(theme.palette());
-    const QFont font = theme.font(TextStyle::content);
-    setFont(font);
-    setTabStopDistance(tabWidth * QFontMetricsF(font).horizontalAdvance(u' '));
+    chooseFont();
     const ColorTokens& token = theme.colors();
     scrollBar->setLook({.handle = token.scrollHandle, .handleHovered = token.scrollHandleHover});
     spacedLayout->setLineHeight(theme.lineHeight(TextStyle::content));
     viewport()->update();
     Q_EMIT heightChanged();
+}
+
+/// Arabic letters, marks and joined emoji are shaped, which the font of the content is not, for the
+/// sake of its ligatures. The families behind its first have none.
+void MacTextEditor::chooseFont()
+{
+    QFont font = theme.font(TextStyle::content);
+    if (needsShaping) {
+        font.setFamilies(font.families().sliced(1));
+        font.setStyleStrategy(QFont::PreferDefault);
+    }
+    setFont(font);
+    setTabStopDistance(tabWidth * QFontMetricsF(font).horizontalAdvance(u' '));
+}
+
+void MacTextEditor::noteScripts(QStringView text)
+{
+    if (needsShaping || !std::any_of(text.begin(), text.end(), isShaped))
+        return;
+    needsShaping = true;
+    // Not now, in the middle of a change of the document.
+    QMetaObject::invokeMethod(this, &MacTextEditor::chooseFont, Qt::QueuedConnection);
 }
 
 // The text
@@ -88,11 +116,15 @@ void MacTextEditor::setText(const QString& text)
     if (hasText && text == source)
         return;
     isSettingText = true;
+    noteScripts(text);
     if (!hasText) {
         hasText = true;
         source = text;
         hasWideBreaks = text.contains(wideBreak);
         setPlainText(text);
+        // Before the view has its size, the caret has no room and the text was scrolled to make
+        // some.
+        verticalScrollBar()->setValue(0);
         documentLength = document()->characterCount() - 1;
         matches.search(source, matches.term());
         Q_EMIT textEdited({{}, source, 0, 0, source.size()});
@@ -155,6 +187,7 @@ void MacTextEditor::follow(int position, int removed, int added)
     const TextEdit edit{source, QString(whole.first(begin) % inserted % whole.sliced(end)), begin,
                         end - begin, inserted.size()};
     source = edit.after;
+    noteScripts(inserted);
     matches.follow(edit);
     viewport()->update();
     Q_EMIT textEdited(edit);

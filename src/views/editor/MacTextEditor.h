@@ -77,6 +77,8 @@ private:
     };
 
     void applyTheme();
+    void chooseFont();
+    void noteScripts(QStringView text);
     void follow(int position, int removed, int added);
     [[nodiscard]] qsizetype sourceOffset(int position) const;
     [[nodiscard]] int documentPosition(qsizetype offset) const;
@@ -93,7 +95,8 @@ private:
     bool hasWideBreaks = false; ///< a break of two characters, which is one in the document
     int documentLength = 0;
     bool isSettingText = false;
-    bool hasText = false; ///< the first was set
+    bool hasText = false;      ///< the first was set
+    bool needsShaping = false; ///< letters of the text change with their neighbours
     QSet<QString> filled;
     TextMatches matches;
     qsizetype currentMatch = 0;

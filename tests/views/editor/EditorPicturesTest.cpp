@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QImage>
+#include <QScrollBar>
 
 namespace vellumry::test {
 namespace {
@@ -225,6 +226,7 @@ TEST_F(EditorPictures, LargeText)
 {
     theme.setTextScale(1.6);
     show(refund(), {1024, 680});
+    EXPECT_EQ(text().verticalScrollBar()->value(), 0) << "it begins with its beginning";
     picture(u"editor-large-text"_s,
             [&](const QImage& image) { return has(image, text(), token().accent); });
 }
@@ -234,7 +236,8 @@ TEST_F(EditorPictures, TextsOfTheWorld)
     Snippet snippet = refund();
     snippet.setTitle(u"日本語のタイトル 🎉"_s);
     snippet.setSubtitle(u"שלום עולם"_s);
-    snippet.setContent(u"日本語のテキスト、{{名前}} 様\nשלום {{שם}} עולם\n🎉👩‍👩‍👧‍👦🇩🇪 "
+    snippet.setContent(u"日本語のテキスト、{{名前}} 様\nשלום {{שם}} "
+                       u"עולם\n🎉👩‍👩‍👧‍👦🇩🇪 "
                        u"-> "
                        u"!= "
                        "ligatures stay apart\nمرحبا بالعالم"_s);
