@@ -61,10 +61,9 @@ QString ImportPreview::status(const ImportConflict& conflict)
 
 SymbolText ImportPreview::decision(const ImportConflict& conflict, ConflictResolutionMode mode)
 {
-    const SymbolText useImported{QStringLiteral("Use Imported"),
-                                 QStringLiteral("arrow.down.circle.fill")};
-    const SymbolText keepLocal{QStringLiteral("Keep Local"),
-                               QStringLiteral("checkmark.circle.fill")};
+    SymbolText useImported{QStringLiteral("Use Imported"),
+                           QStringLiteral("arrow.down.circle.fill")};
+    SymbolText keepLocal{QStringLiteral("Keep Local"), QStringLiteral("checkmark.circle.fill")};
     switch (mode) {
     case ConflictResolutionMode::smartUpdate:
         return conflict.importedUpdatedAt > conflict.localUpdatedAt ? useImported : keepLocal;
