@@ -118,7 +118,7 @@ TEST(Text, CountsAsABoundaryFinderDoes)
         qsizetype expected = 0;
         while (finder.toNextBoundary() > 0)
             ++expected;
-        ASSERT_EQ(characterCount(text), expected) << qPrintable(text.toUtf8().toHex());
+        ASSERT_EQ(characterCount(text), expected) << text.toUtf8().toHex().constData();
     }
 }
 
