@@ -290,9 +290,11 @@ QString SnippetEditorViewModel::resolvedContent() const
 const QMap<QString, QString>& SnippetEditorViewModel::prunedValues() const
 {
     if (pruned.content != fields.content || pruned.values != fields.variableValues)
-        pruned = {
-            fields.content, fields.variableValues,
-            SnippetVariableService::shared().prunedValues(fields.variableValues, fields.content)};
+        pruned = {fields.content, fields.variableValues,
+                  fields.variableValues.isEmpty()
+                      ? QMap<QString, QString>()
+                      : SnippetVariableService::shared().prunedValues(fields.variableValues,
+                                                                      detectedVariables())};
     return pruned.kept;
 }
 

@@ -167,7 +167,12 @@ QMap<QString, QString> SnippetVariableService::prunedValues(const QMap<QString, 
 {
     if (values.isEmpty())
         return {};
-    const QStringList names = extractNames(text);
+    return prunedValues(values, extractNames(text));
+}
+
+QMap<QString, QString> SnippetVariableService::prunedValues(const QMap<QString, QString>& values,
+                                                            const QStringList& names) const
+{
     QMap<QString, QString> kept;
     for (const QString& name : names) {
         const auto value = values.constFind(name);

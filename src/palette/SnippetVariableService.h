@@ -43,6 +43,9 @@ public:
     /// The entries that the text has a placeholder for and whose value is more than white space.
     [[nodiscard]] QMap<QString, QString> prunedValues(const QMap<QString, QString>& values,
                                                       const QString& text) const;
+    /// The same for a text whose names are known.
+    [[nodiscard]] QMap<QString, QString> prunedValues(const QMap<QString, QString>& values,
+                                                      const QStringList& names) const;
 };
 
 } // namespace vellumry

@@ -87,15 +87,13 @@ void MacTextEditor::applyTheme()
     Q_EMIT heightChanged();
 }
 
-/// Arabic letters, marks and joined emoji are shaped, which the font of the content is not, for the
-/// sake of its ligatures. The families behind its first have none.
+/// Arabic letters, marks and joined emoji are drawn together, which the font of the content does
+/// with nothing, lest it join "->" as well. In a text that has both, the letters are worth more.
 void MacTextEditor::chooseFont()
 {
     QFont font = theme.font(TextStyle::content);
-    if (needsShaping) {
-        font.setFamilies(font.families().sliced(1));
+    if (needsShaping)
         font.setStyleStrategy(QFont::PreferDefault);
-    }
     setFont(font);
     setTabStopDistance(tabWidth * QFontMetricsF(font).horizontalAdvance(u' '));
 }
@@ -174,7 +172,7 @@ void MacTextEditor::follow(int position, int removed, int added)
         added = length;
     }
     const qsizetype begin = sourceOffset(position);
-    const qsizetype end = hasWideBreaks ? sourceOffset(position + removed) : begin + removed;
+    const qsizetype end = sourceOffset(removed, begin);
     QTextCursor cursor(document());
     cursor.setPosition(position);
     cursor.setPosition(position + added, QTextCursor::KeepAnchor);
@@ -195,13 +193,13 @@ void MacTextEditor::follow(int position, int removed, int added)
     Q_EMIT heightChanged();
 }
 
-/// Where a place of the document is in the text.
-qsizetype MacTextEditor::sourceOffset(int position) const
+/// Where a place of the document is in the text; the place is counted from one in the text.
+qsizetype MacTextEditor::sourceOffset(int position, qsizetype from) const
 {
+    qsizetype offset = from + position;
     if (!hasWideBreaks)
-        return position;
-    qsizetype offset = position;
-    for (qsizetype at = source.indexOf(wideBreak); at >= 0 && at < offset;
+        return offset;
+    for (qsizetype at = source.indexOf(wideBreak, from); at >= 0 && at < offset;
          at = source.indexOf(wideBreak, at + wideBreak.size()))
         ++offset;
     return offset;

@@ -80,7 +80,7 @@ private:
     void chooseFont();
     void noteScripts(QStringView text);
     void follow(int position, int removed, int added);
-    [[nodiscard]] qsizetype sourceOffset(int position) const;
+    [[nodiscard]] qsizetype sourceOffset(int position, qsizetype from = 0) const;
     [[nodiscard]] int documentPosition(qsizetype offset) const;
     [[nodiscard]] QList<Mark> marks(const QTextBlock& block, qsizetype begin) const;
     [[nodiscard]] QList<QTextLayout::FormatRange> letterColors(const QList<Mark>& marked) const;
