@@ -3,6 +3,7 @@
 #include "app/AppCommands.h"
 #include "core/Log.h"
 #include "platform/PanelActivation.h"
+#include "views/common/SheetHost.h"
 #include "views/palette/KeyablePanel.h"
 #include "views/window/MainWindow.h"
 #include "views/window/SettingsWindow.h"
@@ -69,7 +70,9 @@ public:
     {
         const auto* main = qobject_cast<const QMainWindow*>(&widget);
         QWidget* contents = main ? main->centralWidget() : &widget;
-        contents->setFocus(Qt::ActiveWindowFocusReason);
+        // A sheet keeps what it has.
+        if (!SheetHost::isCovering(*contents))
+            contents->setFocus(Qt::ActiveWindowFocusReason);
     }
 
     void setDelegate(WindowDelegate* newDelegate) override { delegate = newDelegate; }

@@ -1,7 +1,5 @@
 """Makes the Debian package of this build, installs it into a folder of its own and removes it."""
-import glob
 import gzip
-import json
 import os
 import re
 import subprocess
@@ -10,7 +8,6 @@ import tempfile
 import unittest
 import xml.etree.ElementTree as ElementTree
 
-from jsonschema import Draft202012Validator
 
 ROOT = os.path.realpath(os.path.join(os.path.dirname(__file__), "..", ".."))
 sys.path.insert(0, os.path.join(ROOT, "tests", "desktop"))
@@ -295,22 +292,6 @@ class Activation(PackageCase):
         self.wait_for_line("AppDelegate: showing palette")
         self.assertFalse(any("applicationShouldHandleReopen" in line for line in self.bus.lines))
         self.quit()
-
-    def test_first_library(self):
-        """What a first start writes is as the installed schemas have it."""
-        folder = os.path.join(self.home, "Documents/Apps/Vellumry")
-        self.call(ID, OBJECT, "org.freedesktop.Application.Activate", "{}")
-        metadata = os.path.join(folder, "_metadata.json")
-        wait_for("the default library is there", lambda: os.path.exists(metadata))
-        self.quit()
-        files = sorted(glob.glob(os.path.join(folder, "*.json")))
-        self.assertGreater(len(files), 2)
-        for path in files:
-            kind = "metadata" if path == metadata else "collection"
-            name = f"usr/share/doc/vellumry/schema/{kind}.schema.json"
-            with open(self.path(name), encoding="utf-8") as schema, \
-                    open(path, encoding="utf-8") as file:
-                Draft202012Validator(json.load(schema)).validate(json.load(file))
 
 
 if __name__ == "__main__":

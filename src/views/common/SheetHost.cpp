@@ -81,6 +81,12 @@ protected:
 
     bool event(QEvent* event) override
     {
+        // The window's commands are behind the sheet, too; only the end of the program is not.
+        if (event->type() == QEvent::ShortcutOverride &&
+            !static_cast<QKeyEvent*>(event)->matches(QKeySequence::Quit)) {
+            event->accept();
+            return true;
+        }
         // The contents want another size.
         if (event->type() == QEvent::LayoutRequest && contents && picture.isNull())
             placeContents(false);

@@ -131,7 +131,7 @@ void SnippetCardListView::measure()
 void SnippetCardListView::measureAnew()
 {
     isMeasured = false;
-    doItemsLayout();
+    SnippetCardListView::doItemsLayout(); // by its name: this is also called by the constructor
 }
 
 int SnippetCardListView::contentHeight() const
@@ -158,6 +158,7 @@ void SnippetCardListView::doItemsLayout()
 {
     if (!isMeasured)
         measure();
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): the places are ours, not the list's
     QAbstractItemView::doItemsLayout();
     syncCurrentIndex();
     viewport()->update();
@@ -169,6 +170,7 @@ void SnippetCardListView::updateGeometries()
     bar->setSingleStep(pixelsOfWheelStep);
     bar->setPageStep(viewport()->height());
     bar->setRange(0, std::max(0, contentHeight() - viewport()->height()));
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): the places are ours, not the list's
     QAbstractItemView::updateGeometries();
 }
 
@@ -474,6 +476,7 @@ void SnippetCardListView::keyPressEvent(QKeyEvent* event)
 
 void SnippetCardListView::focusInEvent(QFocusEvent* event)
 {
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): the focus chooses no row by itself
     QAbstractScrollArea::focusInEvent(event);
     viewport()->update();
     if (event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason)

@@ -411,8 +411,9 @@ void CollectionSidebarView::placeRows()
     y += sectionHeight;
     allSnippetsRow->setGeometry(rowMargin, y, rowWidth, rowHigh);
     y += rowHigh;
-    draftsRow->setVisible(unsavedRow() != nullptr);
-    if (unsavedRow()) {
+    const bool hasDrafts = !services.viewModel.unsavedEdits().isEmpty();
+    draftsRow->setVisible(hasDrafts);
+    if (hasDrafts) {
         draftsRow->setGeometry(rowMargin, y, rowWidth, rowHigh);
         y += rowHigh;
     }

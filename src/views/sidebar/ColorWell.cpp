@@ -229,10 +229,9 @@ ColorWell::ColorWell(const Theme& theme, const QColor& initialColor, QWidget* pa
     setColor(initialColor);
     connect(hex, &QLineEdit::textEdited, this, [this](const QString& text) {
         if (const auto typed = colorFromHex(text)) {
-            const QString kept = text;
             const int cursor = hex->cursorPosition();
             setColor(*typed);
-            hex->setText(kept); // as it was typed, with or without the "#"
+            hex->setText(text); // as it was typed, with or without the "#"
             hex->setCursorPosition(cursor);
         }
     });

@@ -158,6 +158,9 @@ bool MainContentView::isWelcoming() const
 void MainContentView::showColumnsOrWelcome()
 {
     stack->setCurrentWidget(services.viewModel.snippets().isEmpty() ? emptyState : columns);
+    // The layout puts what it shows in front of everything else.
+    sheetHost->raise();
+    pill->raise();
 }
 
 void MainContentView::showEditor()
@@ -183,7 +186,7 @@ void MainContentView::showEditor()
 SnippetEditorRequest MainContentView::editorRequest(const Snippet& snippet) const
 {
     SnippetListViewModel& model = services.viewModel;
-    const QString id = snippet.id();
+    const QString& id = snippet.id();
     return {
         .snippet = snippet,
         .isUnsaved = model.isUnsaved(id),
