@@ -84,22 +84,5 @@ class Pictures(DesktopCase):
         wait_for("clipboard", lambda: self.desktop.clipboard() == "¯\\_(ツ)_/¯")
 
 
-class FirstStart(DesktopCase):
-    """What a newcomer sees, with the library that the program makes at its first start."""
-    options = {"compositor": True}
-    collections = None
-
-    def test_first_search(self):
-        """The first hot key and the first word find something."""
-        wait_for("the library of the first start", self.library.exists)
-        self.program.open_palette()
-        self.program.search("re")
-        self.save_picture("first-search")
-        self.desktop.key("Return")
-        wait_for("clipboard", lambda: self.desktop.clipboard() != "untouched")
-        self.assertIn(self.desktop.clipboard(),
-                      [record["content"] for record in self.library.snippets().values()])
-
-
 if __name__ == "__main__":
     main()
