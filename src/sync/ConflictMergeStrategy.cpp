@@ -36,7 +36,7 @@ QString rawValue(ConflictMergeStrategy strategy)
     return QLatin1StringView(row(strategy).rawValue);
 }
 
-QString title(ConflictMergeStrategy strategy)
+QString titleOf(ConflictMergeStrategy strategy)
 {
     return QLatin1StringView(row(strategy).title);
 }

@@ -21,7 +21,7 @@ inline constexpr ConflictMergeStrategy defaultConflictMergeStrategy =
 /// The name by which a strategy is told from the others.
 [[nodiscard]] QString rawValue(ConflictMergeStrategy strategy);
 
-[[nodiscard]] QString title(ConflictMergeStrategy strategy);
+[[nodiscard]] QString titleOf(ConflictMergeStrategy strategy);
 [[nodiscard]] QString description(ConflictMergeStrategy strategy);
 /// The name of the symbol in its row.
 [[nodiscard]] QString symbol(ConflictMergeStrategy strategy);

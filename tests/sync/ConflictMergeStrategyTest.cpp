@@ -12,8 +12,8 @@ TEST(ConflictMergeStrategy, HasItsTextsInTheOrderOfTheCases)
 {
     QList<QStringList> table;
     for (const ConflictMergeStrategy strategy : allConflictMergeStrategies)
-        table.append({rawValue(strategy), title(strategy), description(strategy), symbol(strategy),
-                      badge(strategy)});
+        table.append({rawValue(strategy), titleOf(strategy), description(strategy),
+                      symbol(strategy), badge(strategy)});
     EXPECT_EQ(
         table,
         (QList<QStringList>{

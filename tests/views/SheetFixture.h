@@ -26,13 +26,12 @@ protected:
 
     /// Shows a sheet as the program does. Escape is its own affair.
     template <typename Sheet>
-    Sheet& present(Sheet* contents, std::function<void()> onCancel)
+    Sheet& present(Sheet* contents, const std::function<void()>& onCancel)
     {
         window.show();
         window.activateWindow();
         EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
-        host.present(contents,
-                     {.onCancel = std::move(onCancel), .firstFocus = contents->firstFocus()});
+        host.present(contents, {.onCancel = onCancel, .firstFocus = contents->firstFocus()});
         settle();
         return *contents;
     }

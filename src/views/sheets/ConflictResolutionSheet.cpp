@@ -64,7 +64,7 @@ StrategyOptionRow::StrategyOptionRow(const Theme& theme, ConflictMergeStrategy s
     : OptionRow(
           theme,
           {.symbol = symbol(strategy),
-           .title = title(strategy),
+           .title = titleOf(strategy),
            .detail = vellumry::description(strategy),
            .badge = badge(strategy)},
           {.height = 46, .symbolSize = 20, .markSize = 18, .plainMark = QStringLiteral("circle")},
