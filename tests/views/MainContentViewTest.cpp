@@ -270,7 +270,7 @@ TEST_F(MainContentViewTest, TheImportResultShowsForAsLongAsItIsSet)
     EXPECT_EQ(content().toast().text(), u"Imported 2 snippets"_s);
     EXPECT_EQ(content().toast().symbol(), u"checkmark"_s);
     const QRect place = content().toast().geometry();
-    EXPECT_NEAR(place.center().x(), content().width() / 2, 1);
+    EXPECT_NEAR(place.center().x(), content().rect().center().x(), 1);
     content().hideImportResult();
     EXPECT_FALSE(content().toast().isVisible());
 }
