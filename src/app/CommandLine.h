@@ -10,7 +10,7 @@ namespace vellumry {
 /// What a start of the program asks for, of itself or of the one that is running already.
 enum class StartCommand {
     open,          ///< by hand: shows the main window
-    stayHidden,    ///< by the login: shows nothing
+    stayHidden,    ///< in the background: shows nothing
     togglePalette, ///< the three are the way in for desktops without hot key or status area
     newSnippet,
     showSettings,

@@ -34,8 +34,7 @@
 namespace vellumry {
 
 MainContents::MainContents(Dependencies dependencies, QObject* parent)
-    : QObject(parent), with(std::move(dependencies)),
-      savePanel(theme(), [this]() -> SheetHost& { return view->sheets(); })
+    : QObject(parent), with(std::move(dependencies))
 {
     const LaunchState* state = &with.launchState;
     connect(state, &LaunchState::showFirstLaunchViewChanged, this,
@@ -92,11 +91,14 @@ QWidget* MainContents::make()
 SnippetEditorView::Dependencies MainContents::editorDependencies()
 {
     CollectionFileStorageService& storage = with.container.collectionFileStorageService();
+    if (!savePanel)
+        savePanel = std::make_unique<SaveFilePanel>(
+            theme(), [this]() -> SheetHost& { return view->sheets(); });
     return {.model = {.storageService = storage,
                       .currentData = [&storage] { return storage.currentData(); },
                       .clipboardService = with.container.clipboardService(),
                       .files = FileSystem::local(),
-                      .saveDialog = savePanel,
+                      .saveDialog = *savePanel,
                       .notifications = NotificationCenter::defaultCenter(),
                       .scheduler = EventLoopScheduler::shared(),
                       .clock = SystemClock::shared()},

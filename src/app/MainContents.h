@@ -65,8 +65,8 @@ private:
     void openExternally(const QUrl& url);
 
     Dependencies with;
-    std::unique_ptr<Theme> ownTheme; ///< made when it is first asked for
-    SaveFilePanel savePanel;
+    std::unique_ptr<Theme> ownTheme;          ///< made when it is first asked for
+    std::unique_ptr<SaveFilePanel> savePanel; ///< of the editors
     std::unique_ptr<FirstLaunch> firstLaunch; ///< of the first launch alone
     QPointer<MainContentView> view;           ///< the contents that were made last
     // What lies over them at present.
