@@ -9,6 +9,13 @@ function(vellumry_library name)
   target_link_libraries(vellumry_${name} PUBLIC ${ARG_DEPENDS})
 endfunction()
 
+# vellumry_prefer_small_code(<target>)
+# For what runs once for a key or a click: its size, which stays in memory, counts more than its
+# speed.
+function(vellumry_prefer_small_code target)
+  target_compile_options(${target} PRIVATE "$<$<CONFIG:Release>:-Os>")
+endfunction()
+
 # vellumry_test(<name> LABEL unit|views SOURCES ... DEPENDS ...)
 # One GoogleTest program, one ctest entry for each test in it.
 function(vellumry_test name)

@@ -17,6 +17,12 @@ if(CMAKE_BUILD_TYPE STREQUAL "Debug")
   add_compile_options(-O1)
 endif()
 
+if(CMAKE_BUILD_TYPE STREQUAL "Release")
+  # What nobody calls is left out: the program's own code is a tenth of what it keeps in memory.
+  add_compile_options(-ffunction-sections -fdata-sections)
+  add_link_options(-Wl,--gc-sections)
+endif()
+
 if(VELLUMRY_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all
                       -fno-omit-frame-pointer)

@@ -113,7 +113,7 @@ TEST(Text, CountsAsABoundaryFinderDoes)
     for (int round = 0; round < 20'000; ++round) {
         QString text;
         for (unsigned count = random() % 12; count > 0; --count)
-            text += pieces[random() % unsigned(pieces.size())];
+            text += pieces[qsizetype(random() % size_t(pieces.size()))];
         QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
         qsizetype expected = 0;
         while (finder.toNextBoundary() > 0)

@@ -29,8 +29,8 @@ constexpr int bigLogo = 72;
 constexpr int smallLogo = 44;
 constexpr int ring = SelectableButton::ringRoom;
 
-const QString logo = QStringLiteral("vellumry");
-const QString tagline = QStringLiteral("A local-first snippet manager that puts you in control.");
+constexpr QStringView logo = u"vellumry";
+constexpr QStringView tagline = u"A local-first snippet manager that puts you in control.";
 
 QVBoxLayout* columnIn(QWidget* page, int top, int bottom)
 {
@@ -82,16 +82,16 @@ QWidget* FirstLaunchView::firstFocus() const
 void FirstLaunchView::buildModes()
 {
     QVBoxLayout* column = columnIn(modes, 28, bottomMargin - ring);
-    column->addWidget(new SymbolView(theme, logo, bigLogo, &ColorTokens::accent, modes), 0,
-                      Qt::AlignHCenter);
+    column->addWidget(new SymbolView(theme, logo.toString(), bigLogo, &ColorTokens::accent, modes),
+                      0, Qt::AlignHCenter);
     column->addSpacing(12);
     column->addWidget(new Label(theme, TextStyle::hero, &ColorTokens::textPrimary,
                                 QStringLiteral("Vellumry"), modes),
                       0, Qt::AlignHCenter);
     column->addSpacing(4);
-    column->addWidget(
-        new WrappingLabel(theme, TextStyle::body, &ColorTokens::textSecondary, tagline, modes), 0,
-        Qt::AlignHCenter);
+    column->addWidget(new WrappingLabel(theme, TextStyle::body, &ColorTokens::textSecondary,
+                                        tagline.toString(), modes),
+                      0, Qt::AlignHCenter);
     column->addSpacing(24 - ring);
 
     startFresh = new ModeCard(
@@ -124,14 +124,15 @@ void FirstLaunchView::buildLocations()
     };
     auto* head = new QHBoxLayout;
     head->setSpacing(14);
-    head->addWidget(new SymbolView(theme, logo, smallLogo, &ColorTokens::accent, locations));
+    head->addWidget(
+        new SymbolView(theme, logo.toString(), smallLogo, &ColorTokens::accent, locations));
     auto* titles = new QVBoxLayout;
     titles->setSpacing(2);
     titles->addWidget(new WrappingLabel(theme, TextStyle::sheetTitle, &ColorTokens::textPrimary,
                                         QStringLiteral("Choose where to store your data"),
                                         locations));
     titles->addWidget(new WrappingLabel(theme, TextStyle::label, &ColorTokens::textSecondary,
-                                        tagline, locations));
+                                        tagline.toString(), locations));
     head->addLayout(titles, 1);
     inset(head);
 

@@ -33,9 +33,9 @@ constexpr int detailPaddingY = 12;
 constexpr int detailRoom = 24; ///< for the shadow, on all sides
 constexpr int detailGap = 12;
 
-const QString detailTitle = QStringLiteral("Update Time");
-const QString localName = QStringLiteral("Local:");
-const QString importedName = QStringLiteral("Imported:");
+constexpr QStringView detailTitle = u"Update Time";
+constexpr QStringView localName = u"Local:";
+constexpr QStringView importedName = u"Imported:";
 
 qreal widthOf(const QFont& font, const QString& text)
 {
@@ -189,7 +189,8 @@ void UpdateTimeDetail::setConflict(const ImportConflict& conflict)
 QSize UpdateTimeDetail::sizeHint() const
 {
     const QFont font = theme.font(TextStyle::label);
-    const qreal names = std::max(widthOf(font, localName), widthOf(font, importedName));
+    const qreal names =
+        std::max(widthOf(font, localName.toString()), widthOf(font, importedName.toString()));
     const qreal times = std::max(widthOf(font, local), widthOf(font, imported));
     const int line = theme.lineHeight(TextStyle::label) + 2;
     return {qCeil(names + detailGap + times) + 2 * (detailPaddingX + detailRoom),
@@ -207,15 +208,17 @@ void UpdateTimeDetail::paintEvent(QPaintEvent*)
 
     const QFont font = theme.font(TextStyle::label);
     const qreal line = theme.lineHeight(TextStyle::label) + 2;
-    const qreal names = std::max(widthOf(font, localName), widthOf(font, importedName));
+    const qreal names =
+        std::max(widthOf(font, localName.toString()), widthOf(font, importedName.toString()));
     QRectF row(card.x() + detailPaddingX, card.y() + detailPaddingY,
                card.width() - 2 * detailPaddingX, line);
-    paintLine(painter, row, detailTitle, theme.font(TextStyle::labelStrong), token.textPrimary);
+    paintLine(painter, row, detailTitle.toString(), theme.font(TextStyle::labelStrong),
+              token.textPrimary);
     row.translate(0, 4);
     for (const auto& [name, text] :
          {std::pair(localName, local), std::pair(importedName, imported)}) {
         row.translate(0, line);
-        paintLine(painter, row, name, font, token.textSecondary);
+        paintLine(painter, row, name.toString(), font, token.textSecondary);
         paintLine(painter, row.adjusted(names + detailGap, 0, 0, 0), text, font, token.textPrimary);
     }
 }

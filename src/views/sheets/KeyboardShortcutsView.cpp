@@ -29,18 +29,17 @@ constexpr QColor lightBlue(0x5A, 0xC8, 0xFA);
 constexpr QColor green(0x34, 0xC7, 0x59);
 constexpr QColor pink(0xFF, 0x2D, 0x55);
 
-// The keys of this system: where others have ⌘, it has Ctrl.
-const QString ctrl = QStringLiteral("Ctrl");
-const QString shift = QStringLiteral("Shift");
-const QString tab = QStringLiteral("Tab");
-const QString escape = QStringLiteral("ESC");
-const QString up = QStringLiteral("↑");
-const QString down = QStringLiteral("↓");
-const QString left = QStringLiteral("←");
-const QString right = QStringLiteral("→");
-
 std::vector<BentoCard::Contents> allCards(const HotkeyConfig& hotkey)
 {
+    // The keys of this system: where others have ⌘, it has Ctrl.
+    const QString ctrl = QStringLiteral("Ctrl");
+    const QString shift = QStringLiteral("Shift");
+    const QString tab = QStringLiteral("Tab");
+    const QString escape = QStringLiteral("ESC");
+    const QString up = QStringLiteral("↑");
+    const QString down = QStringLiteral("↓");
+    const QString left = QStringLiteral("←");
+    const QString right = QStringLiteral("→");
     const auto letter = [](char key) { return QString(QLatin1Char(key)); };
     return {
         {.accent = blue,

@@ -18,7 +18,7 @@ constexpr int radius = 8;
 constexpr int barHeight = 6;
 constexpr int barGap = 8;
 
-const QString line = QStringLiteral("Migrating your data...");
+constexpr QStringView line = u"Migrating your data...";
 
 } // namespace
 
@@ -36,7 +36,7 @@ MigrationProgressView::MigrationProgressView(const Theme& look, QWidget* parent)
 void MigrationProgressView::setProgress(double value)
 {
     shown = std::clamp(value, 0.0, 1.0);
-    setAccessibleName(line + u' ' + percentText());
+    setAccessibleName(line.toString() + u' ' + percentText());
     update();
 }
 
@@ -59,7 +59,8 @@ void MigrationProgressView::paintEvent(QPaintEvent*)
     fillRounded(painter, rect(), radius, token.fill);
     const QRectF inner = QRectF(rect()).adjusted(paddingX, paddingY, -paddingX, -paddingY);
     const QRectF text(inner.x(), inner.y(), inner.width(), theme.lineHeight(TextStyle::label));
-    paintLine(painter, text, line, theme.font(TextStyle::labelMedium), token.textPrimary);
+    paintLine(painter, text, line.toString(), theme.font(TextStyle::labelMedium),
+              token.textPrimary);
     paintLine(painter, text, percentText(), theme.font(TextStyle::label), token.textSecondary,
               Qt::AlignRight);
     QRectF bar(inner.x(), inner.bottom() - barHeight, inner.width(), barHeight);

@@ -58,7 +58,7 @@ constexpr auto pickerDelay = 100ms;
 constexpr auto alertDelay = 200ms;
 constexpr auto slideTime = 200ms;
 
-const QString webSite = QStringLiteral("https://vellumry.example/");
+constexpr QStringView webSite = u"https://vellumry.example/";
 
 /// The logo and the name, which lead to the web site.
 class BrandButton final : public Button {
@@ -204,7 +204,8 @@ void CollectionSidebarView::buildHeader()
     row->addWidget(brand);
     row->addStretch();
     row->addWidget(menu);
-    connect(brand, &Button::clicked, this, [this] { services.openExternally(QUrl(webSite)); });
+    connect(brand, &Button::clicked, this,
+            [this] { services.openExternally(QUrl(webSite.toString())); });
     connect(menu, &Button::clicked, this, &CollectionSidebarView::openApplicationMenu);
 }
 
