@@ -1,11 +1,11 @@
-"""The states of the palette as pictures, to look at and to show; each under a stable name."""
+"""The palette and the windows as pictures, to look at and to show; each under a stable name."""
 import collections
 import datetime
 
 from case import DesktopCase, main
 from library import date_text, now, snippet
-from program import PALETTE
-from waiting import wait_for
+from program import MAIN_WINDOW, PALETTE, SETTINGS_WINDOW, Program
+from waiting import wait_for, wait_until_stable
 
 PANEL = bytes([0x17, 0x17, 0x17])
 
@@ -15,7 +15,7 @@ def used(record, count, minutes_ago):
     return {**record, "usageCount": count, "lastUsedAt": moment}
 
 
-class Pictures(DesktopCase):
+class PictureCase(DesktopCase):
     options = {"compositor": True}
     collections = {
         "Mail": [
@@ -30,6 +30,9 @@ class Pictures(DesktopCase):
             used(snippet("Invoice total with 48*1.19 tax note", "…"), 2, 60 * 52),
             snippet("Net price from gross, 48*1.19 example", "…", age_days=20),
             snippet("日本語の挨拶", "はじめまして。")]}
+
+
+class Pictures(PictureCase):
 
     def picture(self, name):
         """Saves the picture, which must show the panel with something on it."""
@@ -82,6 +85,42 @@ class Pictures(DesktopCase):
         self.assert_nothing_leaked()
         self.desktop.wait_gone("Toast")
         wait_for("clipboard", lambda: self.desktop.clipboard() == "¯\\_(ツ)_/¯")
+
+
+class WindowPictures(PictureCase):
+
+    def start_program(self):
+        program = self.start(Program, self.desktop, self.home, (), ())
+        program.wait_settled()
+        self.desktop.wait_focus(MAIN_WINDOW)
+        return program
+
+    def setUp(self):
+        super().setUp()
+        self.desktop.activate(MAIN_WINDOW)
+
+    def picture(self, window, name):
+        """Saves the window as soon as nothing moves in it; it must show more than its ground."""
+        self.desktop.wait_focus(window)
+        area = self.desktop.geometry(self.desktop.window(window))
+        pixels = wait_until_stable("the window stands still",
+                                   lambda: self.desktop.x.pixels(*area), 0.4)
+        self.desktop.screenshot(self.picture_path(name), area)
+        colours = {pixels[i:i + 3] for i in range(0, len(pixels), 4)}
+        self.assertGreater(len(colours), 100, "a window without contents")
+
+    def test_main_window(self):
+        """Collections, snippets, and a snippet with a placeholder in the editor."""
+        self.program.open_palette()
+        self.program.search("follow-up")
+        self.desktop.key("Right")
+        self.program.wait_palette_gone()
+        self.picture(MAIN_WINDOW, "main-window")
+
+    def test_settings(self):
+        """The settings, beside the window that they belong to."""
+        self.desktop.key("ctrl+comma")
+        self.picture(SETTINGS_WINDOW, "settings")
 
 
 if __name__ == "__main__":
