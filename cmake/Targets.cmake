@@ -24,6 +24,9 @@ function(vellumry_test name)
   target_include_directories(${name}_test PRIVATE "${PROJECT_SOURCE_DIR}/tests")
   target_link_libraries(${name}_test PRIVATE ${ARG_DEPENDS} vellumry_test_support)
   add_test(NAME ${ARG_LABEL}/${name} COMMAND ${name}_test)
+  if(ARG_LABEL STREQUAL "unit")
+    add_dependencies(unit_tests ${name}_test)
+  endif()
   set_tests_properties(${ARG_LABEL}/${name} PROPERTIES
     LABELS ${ARG_LABEL}
     TIMEOUT 300
