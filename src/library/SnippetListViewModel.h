@@ -275,8 +275,6 @@ Q_SIGNALS:
     void importResultChanged();
 
 private:
-    class Operation;
-
     /// The fields that can be compared at no cost worth speaking of.
     struct Fields {
         QString searchText;
@@ -295,6 +293,31 @@ private:
         std::optional<ImportExportService::ImportedData> pendingImportData;
         ConflictResolutionMode selectedConflictResolutionMode = ConflictResolutionMode::smartUpdate;
         std::optional<ImportResult> importResult;
+    };
+
+    /// The time in which an operation changes fields. What is different at its end is announced
+    /// then, so that whoever listens sees the operation complete. Operations within it join it.
+    class Operation {
+    public:
+        explicit Operation(SnippetListViewModel& owner) : model(owner)
+        {
+            if (model.operationDepth++ > 0)
+                return;
+            before = model.fields;
+            frozenVersion = model.frozen.version();
+        }
+        ~Operation()
+        {
+            if (--model.operationDepth == 0)
+                model.announce(before, frozenVersion);
+        }
+        Operation(const Operation&) = delete;
+        Operation& operator=(const Operation&) = delete;
+
+    private:
+        SnippetListViewModel& model;
+        Fields before;
+        quint64 frozenVersion = 0;
     };
 
     /// Which of the observed lists have changed.
@@ -324,6 +347,9 @@ private:
     void moveSelection(qsizetype by);
 
     void setCollectionModels(const QList<Collection>& collections);
+    /// Collections are equal by their ids alone.
+    [[nodiscard]] static bool haveSameFields(const QList<Collection>& a,
+                                             const QList<Collection>& b);
     void appendCollection(const QString& name);
     void appendMissingCollections(const QStringList& names);
     [[nodiscard]] QStringList missingCollectionNames() const;

@@ -16,6 +16,12 @@ struct Collection {
     qint64 displayOrder = 0;
     Date createdAt{};
 
+    [[nodiscard]] bool hasSameFields(const Collection& other) const
+    {
+        return id == other.id && name == other.name && displayOrder == other.displayOrder &&
+               createdAt == other.createdAt;
+    }
+
     friend bool operator==(const Collection& a, const Collection& b) { return a.id == b.id; }
     friend size_t qHash(const Collection& collection, size_t seed = 0)
     {

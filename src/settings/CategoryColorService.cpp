@@ -4,7 +4,6 @@
 
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QTextBoundaryFinder>
 
 #include <algorithm>
 #include <array>
@@ -26,14 +25,9 @@ const CategoryColorService::Preset* presetNamed(const QString& name)
     return found == presets.end() ? nullptr : &*found;
 }
 
-/// The count of user-perceived characters.
-int characterCount(const QString& text)
+QString textOf(const QMap<QString, QString>& colors, const QString& collectionName)
 {
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
-    int count = 0;
-    while (finder.toNextBoundary() >= 0)
-        ++count;
-    return count;
+    return colors.value(collectionName, QStringLiteral("gray"));
 }
 
 std::optional<quint32> leadingHexadecimal(QStringView text)
@@ -77,15 +71,10 @@ void CategoryColorService::saveColors(const QMap<QString, QString>& colors)
     preferences.setData(storageKey(), QJsonDocument(object).toJson(QJsonDocument::Compact));
 }
 
-QString CategoryColorService::colorText(const QString& collectionName) const
-{
-    return loadColors().value(collectionName, QStringLiteral("gray"));
-}
-
 QColor CategoryColorService::getColor(const QString& collectionName) const
 {
     const QColor gray = presetColors().front().color;
-    const QString text = colorText(collectionName);
+    const QString text = textOf(loadColors(), collectionName);
     if (text.startsWith(u'#'))
         return colorFromHex(text).value_or(gray);
     const Preset* preset = presetNamed(text);
@@ -94,11 +83,13 @@ QColor CategoryColorService::getColor(const QString& collectionName) const
 
 std::optional<QString> CategoryColorService::getColorHex(const QString& collectionName) const
 {
-    return hexOf(colorText(collectionName));
+    return hexOf(loadColors(), collectionName);
 }
 
-std::optional<QString> CategoryColorService::hexOf(const QString& colorText)
+std::optional<QString> CategoryColorService::hexOf(const QMap<QString, QString>& colors,
+                                                   const QString& collectionName)
 {
+    const QString colorText = textOf(colors, collectionName);
     if (colorText.startsWith(u'#'))
         return colorText;
     if (const Preset* preset = presetNamed(colorText))

@@ -38,15 +38,14 @@ public:
     /// that does not exist.
     [[nodiscard]] std::optional<QString> getColorHex(const QString& collectionName) const;
 
-    /// The same for a colour text.
-    [[nodiscard]] static std::optional<QString> hexOf(const QString& colorText);
+    /// The same of colours that are loaded once for many collections.
+    [[nodiscard]] static std::optional<QString> hexOf(const QMap<QString, QString>& colors,
+                                                      const QString& collectionName);
 
     /// The colours to choose from, in the order of the menu.
     [[nodiscard]] static std::span<const Preset> presetColors();
 
 private:
-    [[nodiscard]] QString colorText(const QString& collectionName) const;
-
     PreferencesStore& preferences;
 };
 
