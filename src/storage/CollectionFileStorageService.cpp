@@ -184,8 +184,10 @@ void CollectionFileStorageService::handleStorageLocationChange()
 std::optional<VellumryData> CollectionFileStorageService::loadFullData()
 {
     const QString folder = with.locations.currentLocation();
-    if (!with.files.exists(StorageLocationManager::metadataPath(folder)))
+    if (!with.files.exists(StorageLocationManager::metadataPath(folder))) {
+        metadataFile.noteMissing();
         return loadLegacySingleFile();
+    }
 
     MetadataFileData metadata;
     try {

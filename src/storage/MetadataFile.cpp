@@ -14,7 +14,7 @@ MetadataFileData MetadataFile::read(const QString& folder)
     try {
         const FileContents contents = files.read(StorageLocationManager::metadataPath(folder));
         known = {contents.stamp, Digest::of(contents.bytes.view())};
-        isUpdateOfForeign = false;
+        holdsForeign = false;
         return JSONDecoder::vellumry().decode<MetadataFileData>(contents.bytes);
     } catch (const FileError& failure) {
         throw StorageError(failure.description());
@@ -23,13 +23,19 @@ MetadataFileData MetadataFile::read(const QString& folder)
     }
 }
 
+void MetadataFile::noteMissing()
+{
+    known = {};
+    holdsForeign = false;
+}
+
 std::optional<FileStamp> MetadataFile::write(const QString& folder,
                                              const MetadataFileData& metadata)
 {
     JSONEncoder encoder = JSONEncoder::vellumry();
     const QByteArrayView bytes = encoder.encode(metadata);
     known = {files.write(StorageLocationManager::metadataPath(folder), bytes), Digest::of(bytes)};
-    isUpdateOfForeign = false;
+    holdsForeign = !known.stamp; // replaced at once
     return known.stamp;
 }
 
@@ -37,7 +43,7 @@ std::optional<FileStamp>
 MetadataFile::update(const QString& folder, const std::function<void(MetadataFileData&)>& modifier)
 {
     const State before = known;
-    bool isForeign = isUpdateOfForeign;
+    bool isForeign = holdsForeign;
     MetadataFileData metadata;
     try {
         metadata = read(folder);
@@ -49,15 +55,17 @@ MetadataFile::update(const QString& folder, const std::function<void(MetadataFil
     metadata.lastModified = clock.now();
     metadata.deviceId = DeviceIdentifier::current();
     write(folder, metadata);
-    isUpdateOfForeign = isForeign;
+    holdsForeign = holdsForeign || isForeign;
     return known.stamp;
 }
 
 bool MetadataFile::hasForeignChange(const QString& folder)
 {
     const QString path = StorageLocationManager::metadataPath(folder);
-    if (isUpdateOfForeign || files.stamp(path) != known.stamp)
+    if (holdsForeign || files.stamp(path) != known.stamp)
         return true;
+    if (!known.stamp)
+        return false; // there is none, as before
     try {
         return files.digest(path).digest != known.digest;
     } catch (const FileError&) {

@@ -24,6 +24,9 @@ public:
     /// The file as it stands. Throws StorageError when it cannot be read or is no metadata file.
     [[nodiscard]] MetadataFileData read(const QString& folder);
 
+    /// Takes note that there is no such file.
+    void noteMissing();
+
     /// Replaces the file and returns its stamp, as FileSystem::write does. Throws FileError.
     std::optional<FileStamp> write(const QString& folder, const MetadataFileData& metadata);
 
@@ -32,9 +35,9 @@ public:
     std::optional<FileStamp> update(const QString& folder,
                                     const std::function<void(MetadataFileData&)>& modifier);
 
-    /// Whether the file holds something of others that was neither read nor overwritten. Looks at
-    /// the contents too: a change within one tick of the file system's clock leaves the stamp as
-    /// it is.
+    /// Whether the file holds something of others that was neither read nor overwritten, or is gone
+    /// by others. Looks at the contents too: a change within one tick of the file system's clock
+    /// leaves the stamp as it is.
     [[nodiscard]] bool hasForeignChange(const QString& folder);
 
 private:
@@ -46,8 +49,8 @@ private:
 
     FileSystem& files;
     const Clock& clock;
-    State known;                    ///< of the file as last read or written
-    bool isUpdateOfForeign = false; ///< what was written last keeps a change of others
+    State known;               ///< of the file as last read or written
+    bool holdsForeign = false; ///< a change of others was kept by an update, or followed a write
 };
 
 } // namespace vellumry

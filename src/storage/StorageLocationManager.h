@@ -16,6 +16,7 @@ class StorageLocationManager {
 public:
     static constexpr QStringView folderName = u"Vellumry";
     static constexpr QStringView metadataFileName = u"_metadata.json";
+    static constexpr QStringView backupSuffix = u".backup"; ///< a name kept free; nothing uses it
     [[nodiscard]] static QString metadataPath(const QString& folder);
 
     struct Dependencies {

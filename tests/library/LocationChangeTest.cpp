@@ -2,6 +2,7 @@
 
 #include "models/JSONDecoder.h"
 #include "platform/linux/PosixFileSystem.h"
+#include "storage/DamagedFolder.h"
 #include "storage/MemoryFileSystem.h"
 #include "storage/MigrationHelperError.h"
 #include "storage/StorageWorld.h"
@@ -15,14 +16,17 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <filesystem>
+#include <map>
 #include <memory>
-#include <sys/stat.h>
+#include <string>
 #include <unistd.h>
 
 using namespace vellumry;
 using namespace vellumry::test;
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+using namespace std::string_literals;
 
 namespace {
 
@@ -600,9 +604,29 @@ protected:
         expectLibraryAt(where);
     }
 
+    /// Names that are no text, which Qt does not know.
+    [[nodiscard]] std::filesystem::path entry(const std::string& name) const
+    {
+        return std::filesystem::path(folder.path().toStdString()) / name;
+    }
+
+    /// A move that ends with an error and leaves the old folder in force and as it was.
+    void expectRefusal(const QString& culprit)
+    {
+        const FolderContents before = contentsOf(entry("old"));
+        move.moveTo(path(u"new"_s));
+        EXPECT_TRUE(move.change->errorMessage().value_or(QString()).contains(culprit))
+            << move.change->errorMessage().value_or(u"no error"_s).toStdString();
+        EXPECT_EQ(move.world.locations.currentLocation(), path(u"old"_s));
+        EXPECT_EQ(contentsOf(entry("old")), before);
+        std::filesystem::remove_all(entry("new"));
+    }
+
     QTemporaryDir folder;
     QMap<QString, QByteArray> library;
-    MoveWorld move{FileSystem::local(), path(u"old"_s)};
+    QuickFileCalls calls;
+    PosixFileSystem files{calls};
+    MoveWorld move{files, path(u"old"_s)};
 };
 
 TEST_F(RealMoveTest, movesTheLibraryAndRemovesTheOldFolder)
@@ -704,34 +728,83 @@ TEST_F(RealMoveTest, linksAtTheTargetAreReplacedAndWhatTheyLedToStays)
     EXPECT_EQ(get(path(u"precious"_s)), "precious");
 }
 
-TEST_F(RealMoveTest, whatCannotBeCopiedEndsTheMoveWithEverythingInPlace)
+TEST_F(RealMoveTest, whatIsNoFileEndsTheMoveWithEverythingInPlace)
 {
-    const QString old = path(u"old"_s);
-    const auto expectRefusal = [&](const QString& name) {
-        move.moveTo(path(u"new"_s));
-        EXPECT_TRUE(move.change->errorMessage().value_or(QString()).contains(name))
-            << move.change->errorMessage().value_or(u"no error"_s).toStdString();
-        EXPECT_EQ(move.world.locations.currentLocation(), old);
-        expectLibraryAt(old);
-        ASSERT_TRUE(QDir(path(u"new"_s)).removeRecursively());
-    };
-    const QByteArray odd = native(u"old/odd.json"_s);
-    ASSERT_EQ(::mkfifo(odd.constData(), 0600), 0);
-    expectRefusal(u"odd.json"_s);
-    ASSERT_EQ(::unlink(odd.constData()), 0);
-    ASSERT_EQ(::symlink("odd.json", odd.constData()), 0);
-    expectRefusal(u"odd.json"_s);
-    ASSERT_EQ(::unlink(odd.constData()), 0);
-    ASSERT_EQ(::mkdir(odd.constData(), 0700), 0);
-    put(path(u"old/odd.json/precious"_s), "precious");
-    expectRefusal(u"odd.json"_s);
-    EXPECT_EQ(get(path(u"old/odd.json/precious"_s)), "precious");
-    ASSERT_TRUE(QDir(path(u"old/odd.json"_s)).removeRecursively());
+    const std::filesystem::path old = entry("old");
+    for (const OddEntry& odd : oddEntries()) {
+        for (const char* name : {"odd.json", "_metadata.json"}) {
+            SCOPED_TRACE(testing::Message() << odd.what << " as " << name);
+            std::filesystem::remove_all(old);
+            putLibrary(path(u"old"_s));
+            std::filesystem::remove(old / name);
+            odd.make(old / name);
+            if (!odd.isLarge) {
+                expectRefusal(QLatin1StringView(name));
+                continue;
+            }
+            const FolderContents before = contentsOf(old);
+            move.moveTo(path(u"new"_s));
+            EXPECT_EQ(move.change->errorMessage(), std::nullopt);
+            EXPECT_EQ(contentsOf(entry("new")), before) << "it is a file like any other";
+            EXPECT_FALSE(std::filesystem::exists(old));
+            std::filesystem::remove_all(entry("new"));
+            move.world.setFolder(path(u"old"_s));
+        }
+    }
+}
+
+TEST_F(RealMoveTest, whatCannotBeReadOrReplacedEndsTheMoveWithEverythingInPlace)
+{
+    calls.forbidden = {"work.json"};
+    expectRefusal(u"work.json"_s);
+    calls.forbidden.clear();
+
+    // A name that is no text cannot be given to the copy.
+    putFile(entry("old/caf\xe9.json"), "precious");
+    expectRefusal(u"caf\ufffd.json"_s);
+    std::filesystem::remove(entry("old/caf\xe9.json"));
 
     // A folder at the target in the place of a file.
     ASSERT_TRUE(QDir().mkpath(path(u"new/work.json/precious"_s)));
     expectRefusal(u"work.json"_s);
     expectMoveTo(path(u"new"_s));
+}
+
+TEST_F(RealMoveTest, filesOfAnyNameAndContentsArriveAsTheyAre)
+{
+    std::map<std::string, QByteArray> ours;
+    for (auto it = library.cbegin(); it != library.cend(); ++it)
+        ours[it.key().toStdString()] = it.value();
+    const QByteArray whole = library.value(u"work.json"_s);
+    for (const std::string& name :
+         {std::string(250, 'x') + ".json", "Work.json"s, "WORK.json"s, " .json"s, "-rf.json"s,
+          "$(touch x).json"s, "e\u0301.json"s, "\u00e9.json"s, ".hidden.json"s})
+        ours[name] = QByteArray::fromStdString(name);
+    for (qsizetype length = 0; length < whole.size(); length += 64)
+        ours["cut " + std::to_string(length) + ".json"] = whole.first(length);
+    for (qsizetype i = 0; i < whole.size(); i += 3) {
+        QByteArray flipped = whole;
+        flipped[i] = static_cast<char>(flipped[i] ^ (1 << (i % 8)));
+        ours["flipped " + std::to_string(i) + ".json"] = flipped;
+    }
+    for (int i = 0; i < 10'000; ++i)
+        ours["foreign " + std::to_string(i) + ".json"] = "{}";
+    for (const auto& [name, bytes] : ours)
+        putFile(entry("old") / name, bytes);
+    const FolderContents moved = contentsOf(entry("old"));
+    ASSERT_EQ(moved.size(), ours.size());
+
+    for (const char* name : {"\xff\xfe", "caf\xe9.txt", "notes.JSON", "notes.json.bak", ".json",
+                             "json", "work.json~", "two\nlines"})
+        putFile(entry("old") / name, name);
+    makeSocket(entry("old/socket"));
+    FolderContents others = contentsOf(entry("old"));
+    for (const auto& [name, contents] : moved)
+        others.erase(name);
+
+    expectMoveTo(path(u"new"_s));
+    EXPECT_EQ(contentsOf(entry("new")), moved);
+    EXPECT_EQ(contentsOf(entry("old")), others);
 }
 
 TEST_F(RealMoveTest, runsOnARealThread)

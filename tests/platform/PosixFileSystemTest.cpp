@@ -1051,23 +1051,27 @@ TEST_F(PosixFileSystemTest, removesItsOwnTemporaryFilesOnceTheyAreOld)
     const QString made =
         QString::fromUtf8(calls.openedPaths.first()).sliced(folder.path().size() + 1);
     ASSERT_TRUE(made.startsWith(QStringLiteral(".vellumry-"))) << made.toStdString();
-    const QStringList leftovers{made, QStringLiteral(".vellumry-0"),
+    const QStringList leftovers{made, QStringLiteral(".vellumry-0000000000000"),
                                 QStringLiteral(".vellumry-3w5e11264sgsf")};
     const QStringList others{QStringLiteral(".vellumry-"),
                              QStringLiteral(".vellumry-write-test"),
-                             QStringLiteral(".vellumry-ABC"),
-                             QStringLiteral(".vellumry-abc.json"),
+                             QStringLiteral(".vellumry-settings"),
+                             QStringLiteral(".vellumry-ABCABCABCABCA"),
+                             QStringLiteral(".vellumry-abcabcab.json"),
                              QStringLiteral(".vellumry-12345678901234"),
                              QStringLiteral(".vellumry"),
-                             QStringLiteral("x.vellumry-abc"),
+                             QStringLiteral("x.vellumry-abcabcabcabca"),
                              QStringLiteral("a.json")};
     for (const QString& name : leftovers + others)
         put(name, "text");
-    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral(".vellumry-folder")));
-    ASSERT_EQ(::symlink("a.json", path(QStringLiteral(".vellumry-link")).toUtf8().constData()), 0);
-    ASSERT_EQ(::mkfifo(path(QStringLiteral(".vellumry-pipe")).toUtf8().constData(), 0600), 0);
+    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral(".vellumry-folder0000000")));
+    ASSERT_EQ(
+        ::symlink("a.json", path(QStringLiteral(".vellumry-link000000000")).toUtf8().constData()),
+        0);
+    ASSERT_EQ(::mkfifo(path(QStringLiteral(".vellumry-pipe000000000")).toUtf8().constData(), 0600),
+              0);
     ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("below")));
-    put(QStringLiteral("below/.vellumry-0"), "text");
+    put(QStringLiteral("below/.vellumry-0000000000000"), "text");
     const QStringList all = names();
 
     const Date now = SystemClock::shared().now();
@@ -1082,7 +1086,7 @@ TEST_F(PosixFileSystemTest, removesItsOwnTemporaryFilesOnceTheyAreOld)
     for (const QString& name : leftovers)
         EXPECT_TRUE(rest.removeOne(name)) << name.toStdString();
     EXPECT_EQ(names(), rest);
-    EXPECT_TRUE(QFile::exists(path(QStringLiteral("below/.vellumry-0"))));
+    EXPECT_TRUE(QFile::exists(path(QStringLiteral("below/.vellumry-0000000000000"))));
 
     files.removeLeftovers(path(QStringLiteral("missing")), now); // there is nothing to tell
 }

@@ -346,23 +346,4 @@ TEST_F(FolderTest, aFolderThatBecameAFileFailsTheSave)
     EXPECT_EQ(QFileInfo(world.folder).size(), 4);
 }
 
-TEST_F(FolderTest, aNameThatIsNoUtf8IsSteppedAround)
-{
-    service().saveFullData(library, false);
-    const QByteArray odd = nativePath(QStringLiteral("x")).chopped(1) + "\xff.json";
-    const QByteArray bytes =
-        collectionFileBytes(makeCollection(QStringLiteral("odd"), QStringLiteral("Odd")), {});
-    const int descriptor = ::open(odd.constData(), O_CREAT | O_WRONLY, 0600);
-    ASSERT_GE(descriptor, 0);
-    ASSERT_EQ(::write(descriptor, bytes.constData(), static_cast<size_t>(bytes.size())),
-              bytes.size());
-    ::close(descriptor);
-    EXPECT_EQ(service().loadFullData()->data.collections.size(), 2);
-    service().saveFullData(library, false);
-    struct ::stat status {};
-    ASSERT_EQ(::stat(odd.constData(), &status), 0);
-    EXPECT_EQ(status.st_size, bytes.size());
-    ASSERT_EQ(::unlink(odd.constData()), 0); // the temporary folder could not
-}
-
 } // namespace

@@ -435,6 +435,34 @@ TEST_F(WatchingTest, aFailedSaveReloadsNothing)
     EXPECT_FALSE(service().isWriting());
 }
 
+TEST_F(WatchingTest, aFailedSaveReloadsNothingWhereThereIsNoMetadataFile)
+{
+    const QString folder = QStringLiteral("/older");
+    files.makeFolder(folder);
+    files.replace(folder + QStringLiteral("/vellumry-data.json"),
+                  JSONEncoder::vellumry().encode(library).toByteArray());
+    world.setFolder(folder);
+    service().clearCacheAndReload();
+    EXPECT_EQ(service().currentData(), library);
+    files.onOperation = [](const QString& operation, const QString& at) {
+        if (operation == u"write" && at.endsWith(u"/_metadata.json"))
+            throw MemoryFileSystem::error(operation, at, ENOSPC);
+    };
+    EXPECT_FALSE(service().saveSnippets(used().data.snippets));
+    tell(QStringLiteral("work.json"));
+    pass(10s);
+    EXPECT_EQ(reloads(), 0);
+
+    // What another program does meanwhile is noticed there as well.
+    EXPECT_FALSE(service().saveSnippets(used().data.snippets));
+    files.replace(path(QStringLiteral("_metadata.json")), metadataFileBytes({notes.id, work.id}));
+    tell(QStringLiteral("_metadata.json"));
+    pass(10s);
+    EXPECT_EQ(reloads(), 1);
+    EXPECT_EQ(idsOf(service().currentData()->data.collections),
+              (QStringList{notes.id, work.id, mail.id}));
+}
+
 TEST_F(WatchingTest, aForeignChangeAroundAFailedSaveIsLoadedAtTheGuardsEnd)
 {
     const auto failToWrite = [this] {

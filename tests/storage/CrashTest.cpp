@@ -142,6 +142,20 @@ protected:
         return WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL;
     }
 
+    /// The file of a collection holds one generation whole. Returns which one.
+    int expectWholeFile(const QString& name)
+    {
+        const CollectionFileData file =
+            decodeCollectionFile(files.read(world.path(name)).bytes.view().toByteArray());
+        EXPECT_TRUE(name.startsWith(file.collection.name.toLower())) << name.toStdString();
+        const int number = static_cast<int>(file.snippets.value(0).usageCount());
+        QList<Snippet> expected = generation(number).data.snippets;
+        expected.removeIf(
+            [&](const Snippet& each) { return each.collection() != file.collection.name; });
+        EXPECT_TRUE(file.snippets == expected) << name.toStdString();
+        return number;
+    }
+
     /// Every file holds one generation whole, those of two that follow one another at most, and
     /// the folder loads. Returns the older one.
     int expectWholeFolder()
@@ -150,19 +164,15 @@ protected:
         for (const QString& name : files.list(world.folder)) {
             if (name.startsWith(QStringLiteral(".vellumry-")) && !name.endsWith(u".json"))
                 continue; // an unfinished file, which no load looks at
-            const QByteArray bytes = files.read(world.path(name)).bytes.view().toByteArray();
             if (name == u"_metadata.json") {
-                EXPECT_GE(decodeMetadataFile(bytes).collectionOrder.size(), 3);
+                const FileContents contents = files.read(world.path(name));
+                EXPECT_GE(
+                    decodeMetadataFile(contents.bytes.view().toByteArray()).collectionOrder.size(),
+                    3);
                 continue;
             }
-            const CollectionFileData file = decodeCollectionFile(bytes);
-            EXPECT_EQ(name, file.collection.name.toLower() + QStringLiteral(".json"));
-            const int number = static_cast<int>(file.snippets.value(0).usageCount());
-            generations.insert(number);
-            QList<Snippet> expected = generation(number).data.snippets;
-            expected.removeIf(
-                [&](const Snippet& each) { return each.collection() != file.collection.name; });
-            EXPECT_TRUE(file.snippets == expected) << name.toStdString();
+            EXPECT_EQ(name.size(), QStringLiteral("collection0.json").size()) << name.toStdString();
+            generations.insert(expectWholeFile(name));
         }
         EXPECT_FALSE(generations.empty());
         EXPECT_LE(*generations.rbegin() - *generations.begin(), 1);
@@ -173,7 +183,6 @@ protected:
         return *generations.begin();
     }
 
-    VellumryData known = generation(0); ///< the generation that was compared last
     LogCapture log;
     QTemporaryDir directory;
     InterruptedFileCalls calls;
@@ -201,6 +210,47 @@ TEST_F(CrashTest, killedAtAnyMomentItLeavesWholeFiles)
         reached.insert(number);
     }
     EXPECT_GT(reached.size(), 10U) << "the kills came while it was saving";
+}
+
+TEST_F(CrashTest, twoProgramsThatSaveAtOnceLeaveWholeFiles)
+{
+    constexpr int saves = 100;
+    const pid_t other = ::fork();
+    if (other == 0) {
+        QRandomGenerator::global()->discard(100'000); // as a program of its own
+        try {
+            for (int i = 0; i < saves; ++i) {
+                saveGeneration(1'000 + i);
+                if (!world.service().loadFullData())
+                    ::_exit(1);
+            }
+        } catch (const StorageError&) {
+            ::_exit(2);
+        }
+        ::_exit(0);
+    }
+    for (int i = 0; i < saves && !HasFailure(); ++i) {
+        EXPECT_NO_THROW(saveGeneration(i + 1));
+        EXPECT_TRUE(world.service().loadFullData());
+        for (const QString& name : files.list(world.folder)) {
+            if (!name.endsWith(u".json") || name == u"_metadata.json")
+                continue;
+            try {
+                expectWholeFile(name);
+            } catch (const FileError&) {
+                // The other one has removed it meanwhile.
+            }
+        }
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(other, &status, 0), other);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+
+    // A file that one has removed after the other had listed it is written beside its name. Later
+    // saves remove such a second file of a collection, one each.
+    for (int i = 0; i < 10; ++i)
+        saveGeneration(4'998);
+    EXPECT_EQ(expectWholeFolder(), 4'998);
 }
 
 TEST_F(CrashTest, killedAtEachStepItLeavesWholeFiles)

@@ -1,21 +1,18 @@
+#include "storage/DamagedFolder.h"
+
 #include "platform/linux/PosixFileSystem.h"
+#include "storage/DataValidator.h"
 #include "storage/StorageWorld.h"
 #include "support/LogCapture.h"
 
-#include <QDir>
 #include <gtest/gtest.h>
 
-#include <cerrno>
-#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <map>
 #include <set>
-#include <sys/socket.h>
-#include <sys/stat.h>
-#include <sys/un.h>
-#include <unistd.h>
+#include <variant>
 
 namespace vellumry::test {
 
@@ -23,48 +20,6 @@ namespace {
 
 using namespace std::chrono_literals;
 namespace fs = std::filesystem;
-
-/// The real calls without the waiting for the disk. Files named here may not be opened.
-class QuickFileCalls final : public FileCalls {
-public:
-    QByteArrayList forbidden;
-
-    int open(const char* path, int flags, mode_t mode) override
-    {
-        for (const QByteArray& name : forbidden) {
-            if (QByteArrayView(path).endsWith("/" + name)) {
-                errno = EACCES;
-                return -1;
-            }
-        }
-        return FileCalls::open(path, flags, mode);
-    }
-    int fdatasync(int) override { return 0; }
-    int fsync(int) override { return 0; }
-};
-
-QByteArray bytesOf(const fs::path& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return QByteArray::fromStdString({std::istreambuf_iterator<char>(file), {}});
-}
-
-/// Everything below a folder: what it is, and what is in it.
-std::map<std::string, QByteArray> contentsOf(const fs::path& folder)
-{
-    std::map<std::string, QByteArray> contents;
-    for (const auto& entry : fs::recursive_directory_iterator(folder)) {
-        QByteArray& text = contents[entry.path().lexically_relative(folder).native()];
-        text = QByteArray::number(static_cast<int>(entry.symlink_status().type())) + ' ';
-        if (entry.is_symlink())
-            text += QByteArray::fromStdString(fs::read_symlink(entry.path()).native());
-        else if (entry.is_regular_file() && entry.file_size() > 100'000'000)
-            text += QByteArray::number(static_cast<qint64>(entry.file_size()));
-        else if (entry.is_regular_file())
-            text += bytesOf(entry.path());
-    }
-    return contents;
-}
 
 /// A library of three collections in a real folder. Work is used, renamed and saved, Notes is
 /// deleted; Victim is what the damage is done to.
@@ -94,9 +49,7 @@ protected:
 
     void put(const std::string& name, const QByteArray& bytes) const
     {
-        std::ofstream file(native(name), std::ios::binary);
-        file.write(bytes.constData(), bytes.size());
-        ASSERT_TRUE(file.good()) << name;
+        putFile(native(name), bytes);
     }
 
     [[nodiscard]] QByteArray metadataBytes() const
@@ -151,10 +104,16 @@ protected:
         world.scheduler.advance(2s);
     }
 
-    /// Works on the folder and sees to it that nothing has changed but what was ours to change.
+    /// Works on the folder and sees to it that nothing has changed but what was ours to change, and
+    /// nothing at all by a validation.
     void expectOthersUntouched(const std::set<std::string>& ours = {})
     {
         auto before = contentsOf(native());
+        const auto verdict = DataValidator::validate(world.folder, files);
+        EXPECT_EQ(contentsOf(native()), before);
+        if (const auto* invalid = std::get_if<DataValidator::Invalid>(&verdict)) {
+            EXPECT_FALSE(invalid->reason.isEmpty());
+        }
         workOn();
         auto after = contentsOf(native());
         std::set<std::string> free{"_metadata.json", "work.json", "renamed.json", "notes.json"};
@@ -265,39 +224,69 @@ TEST_F(DamagedFolderTest, flippedBitsNeverHarmAnyOtherFile)
     EXPECT_GT(counts[Verdict::changed], 0);
 }
 
+TEST_F(DamagedFolderTest, flippedBitsInTheMetadataFileHarmNoCollection)
+{
+    const QByteArray whole = metadataBytes();
+    int bad = 0;
+    for (qsizetype i = 0; i < whole.size(); ++i) {
+        QByteArray damaged = whole;
+        damaged[i] = static_cast<char>(damaged[i] ^ (1 << (i % 8)));
+        bool isGood = true;
+        try {
+            (void)decodeMetadataFile(damaged);
+        } catch (const DecodingError&) {
+            isGood = false;
+        }
+        bad += isGood ? 0 : 1;
+        rebuild();
+        put("_metadata.json", damaged);
+        const auto loaded = load();
+        EXPECT_EQ(loaded.has_value(), isGood) << i;
+        EXPECT_EQ(world.service().lastError().has_value(), !isGood) << i;
+        if (loaded) {
+            EXPECT_EQ(QSet<QString>(loaded->begin(), loaded->end()),
+                      QSet<QString>(allIds.begin(), allIds.end()));
+        }
+        expectOthersUntouched();
+    }
+    EXPECT_GT(bad, 20);
+    EXPECT_LT(bad, whole.size() - 20);
+}
+
+TEST_F(DamagedFolderTest, aDamagedOldFileIsLeftAndHarmsNothing)
+{
+    const QByteArray whole = JSONEncoder::vellumry()
+                                 .encode(makeLibrary({work, notes, victim},
+                                                     decodeCollectionFile(victimBytes()).snippets))
+                                 .toByteArray();
+    QList<QByteArray> damages;
+    for (qsizetype length = 0; length < whole.size(); length += 64)
+        damages.append(whole.first(length));
+    for (qsizetype i = 0; i < whole.size(); i += 7) {
+        damages.append(whole);
+        damages.last()[i] = static_cast<char>(whole[i] ^ (1 << (i % 8)));
+    }
+    int unread = 0;
+    for (const QByteArray& damaged : std::as_const(damages)) {
+        rebuild();
+        fs::remove(native("_metadata.json"));
+        put("vellumry-data.json", damaged);
+        unread += load() ? 0 : 1;
+        EXPECT_FALSE(world.service().lastError());
+        EXPECT_EQ(bytesOf(native("vellumry-data.json")), damaged);
+        const auto verdict = DataValidator::validate(world.folder, files);
+        EXPECT_EQ(std::holds_alternative<DataValidator::Valid>(verdict),
+                  world.service().currentData().has_value());
+        workOn();
+        EXPECT_EQ(bytesOf(native("vellumry-data.json")), damaged);
+    }
+    EXPECT_GT(unread, 20);
+    EXPECT_LT(unread, damages.size() - 20);
+}
+
 // Things that are no files
 
-void makeSocket(const fs::path& path)
-{
-    // The path of a socket is short; the folder's is not.
-    const fs::path shortPath = fs::path("/tmp") / ("v-" + std::to_string(::getpid()));
-    const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    ::sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    std::copy_n(shortPath.c_str(), shortPath.native().size() + 1, address.sun_path);
-    ASSERT_EQ(::bind(socket, reinterpret_cast<::sockaddr*>(&address), sizeof address), 0);
-    ::close(socket);
-    std::error_code error;
-    fs::rename(shortPath, path, error);
-    if (error) { // another file system
-        fs::remove(shortPath);
-        ASSERT_EQ(::mknod(path.c_str(), S_IFSOCK | 0600, 0), 0);
-    }
-}
-
-struct Replacement {
-    const char* what;
-    std::function<void(const fs::path& path)> make;
-    /// Whether somebody could take it for a file that is missing.
-    bool leadsNowhere = false;
-};
-
-void PrintTo(const Replacement& replacement, std::ostream* out)
-{
-    *out << replacement.what;
-}
-
-class ReplacedFileTest : public DamagedFolderTest, public testing::WithParamInterface<Replacement> {
+class ReplacedFileTest : public DamagedFolderTest, public testing::WithParamInterface<OddEntry> {
 protected:
     void replace(const std::string& name)
     {
@@ -324,37 +313,7 @@ TEST_P(ReplacedFileTest, asTheMetadataFileHidesTheLibraryAndHarmsNoCollection)
     expectOthersUntouched({"nowhere"});
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Kinds, ReplacedFileTest,
-    testing::Values(
-        Replacement{"a folder", [](const fs::path& path) { fs::create_directory(path); }},
-        Replacement{"a folder with a file",
-                    [](const fs::path& path) {
-                        fs::create_directory(path);
-                        std::ofstream(path / "inner.json") << "{}";
-                    }},
-        Replacement{"a socket", makeSocket},
-        Replacement{"a pipe",
-                    [](const fs::path& path) { ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0); }},
-        Replacement{"a link to itself",
-                    [](const fs::path& path) { fs::create_symlink(path.filename(), path); }, true},
-        Replacement{"a loop of links",
-                    [](const fs::path& path) {
-                        const fs::path other = path.parent_path() / "loop";
-                        fs::create_symlink(path, other);
-                        fs::create_symlink(other, path);
-                    },
-                    true},
-        Replacement{"a link to nothing",
-                    [](const fs::path& path) { fs::create_symlink("nowhere", path); }, true},
-        Replacement{"a link to a device",
-                    [](const fs::path& path) { fs::create_symlink("/dev/zero", path); }},
-        Replacement{"a link to a folder",
-                    [](const fs::path& path) { fs::create_directory_symlink("/tmp", path); }},
-        Replacement{"two gigabytes of nothing", [](const fs::path& path) {
-                        std::ofstream(path).put('{');
-                        fs::resize_file(path, std::uintmax_t{2} << 30);
-                    }}));
+INSTANTIATE_TEST_SUITE_P(Kinds, ReplacedFileTest, testing::ValuesIn(oddEntries()));
 
 TEST_F(DamagedFolderTest, aFileThatMayNotBeReadIsSkippedAndLeft)
 {
@@ -395,10 +354,10 @@ TEST_F(DamagedFolderTest, aFolderThatIsNoneIsNoLibrary)
 TEST_F(DamagedFolderTest, thousandsOfForeignFilesAreSteppedAround)
 {
     rebuild();
-    for (int i = 0; i < 3'000; ++i)
+    for (int i = 0; i < 10'000; ++i)
         put("foreign " + std::to_string(i) + (i % 2 == 0 ? ".json" : ".txt"), "{\"foreign\":true}");
     EXPECT_EQ(load(), allIds);
-    EXPECT_EQ(log.lines.filter(QStringLiteral("跳过无效文件")).size(), 1'500);
+    EXPECT_EQ(log.lines.filter(QStringLiteral("跳过无效文件")).size(), 5'000);
     expectOthersUntouched();
 }
 
@@ -438,6 +397,7 @@ TEST_F(DamagedFolderTest, namesThatAreNoTextOrNoCollectionFilesAreLeft)
     for (const std::string& name : names)
         put(name, victimBytes());
     EXPECT_EQ(load(), allIds);
+    EXPECT_EQ(skips(QStringLiteral("caf\ufffd")), 1) << "it cannot be named, so not be read";
     expectOthersUntouched();
 }
 

@@ -2,6 +2,7 @@
 
 #include "platform/DeviceIdentifier.h"
 #include "platform/MachineIdentifier.h"
+#include "storage/DamagedFolder.h"
 #include "storage/MemoryFileSystem.h"
 #include "storage/StorageWorld.h"
 #include "support/LogCapture.h"
@@ -12,11 +13,10 @@
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <filesystem>
 #include <functional>
 #include <limits>
-#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
 #include <sys/wait.h>
 #include <type_traits>
 #include <unistd.h>
@@ -487,6 +487,13 @@ protected:
         ASSERT_EQ(file.write(bytes), bytes.size());
     }
 
+    static void replace(const QString& location, const OddEntry& odd)
+    {
+        const std::filesystem::path entry = location.toStdString();
+        std::filesystem::remove_all(entry);
+        odd.make(entry);
+    }
+
     [[nodiscard]] static DataValidator::ValidationResult validate(const QString& location)
     {
         return DataValidator::validate(location);
@@ -565,73 +572,33 @@ TEST_F(ValidatedDamageTest, cutAndFlippedMetadataFilesAreInvalid)
     damageInEveryWay<MetadataFileData>(QStringLiteral("_metadata.json"));
 }
 
-/// Puts something that is no readable file into the place of `path`.
-struct OddEntry {
-    const char* what;
-    std::function<bool(const QByteArray& path)> put;
-};
-
-const QList<OddEntry>& oddEntries()
-{
-    static const QList<OddEntry> entries{
-        {"folder", [](const QByteArray& path) { return ::mkdir(path.constData(), 0700) == 0; }},
-        {"pipe", [](const QByteArray& path) { return ::mkfifo(path.constData(), 0600) == 0; }},
-        {"socket",
-         [](const QByteArray& path) {
-             const int listener = ::socket(AF_UNIX, SOCK_STREAM, 0);
-             struct ::sockaddr_un address {};
-             address.sun_family = AF_UNIX;
-             std::copy(path.begin(), path.end(), address.sun_path);
-             const bool isBound =
-                 ::bind(listener, reinterpret_cast<const struct ::sockaddr*>(&address),
-                        sizeof(address)) == 0;
-             ::close(listener);
-             return isBound;
-         }},
-        {"loop of links",
-         [](const QByteArray& path) { return ::symlink(path.constData(), path.constData()) == 0; }},
-        {"link to nowhere",
-         [](const QByteArray& path) { return ::symlink("nowhere", path.constData()) == 0; }},
-        {"endless device",
-         [](const QByteArray& path) { return ::symlink("/dev/zero", path.constData()) == 0; }}};
-    return entries;
-}
-
 TEST_F(ValidatedDamageTest, whatIsNoFileIsSteppedAroundAndNeverWaitedFor)
 {
+    const QString location = path(QStringLiteral("c1.json"));
     for (const OddEntry& odd : oddEntries()) {
-        const QByteArray nativePath = QFile::encodeName(path(QStringLiteral("c1.json")));
-        ASSERT_EQ(::unlink(nativePath.constData()), 0);
-        ASSERT_TRUE(odd.put(nativePath)) << odd.what;
+        replace(location, odd);
         EXPECT_EQ(idsInFolder(), (QStringList{QStringLiteral("2"), QStringLiteral("0")}))
             << odd.what;
-        const QString text = verdictText(validate(path(QStringLiteral("c1.json"))));
-        const bool isThere = QFileInfo::exists(path(QStringLiteral("c1.json")));
-        if (!isThere || QFileInfo(path(QStringLiteral("c1.json"))).isDir()) {
+        const QString text = verdictText(validate(location));
+        if (odd.leadsNowhere || QFileInfo(location).isDir()) {
             EXPECT_EQ(text, QStringLiteral("notFound")) << odd.what;
         } else {
             EXPECT_TRUE(text.startsWith(QStringLiteral("invalid: Cannot read file: "))) << odd.what;
         }
-        ASSERT_EQ(::remove(nativePath.constData()), 0);
-        put(QStringLiteral("c1.json"), originals.value(QStringLiteral("c1.json")));
     }
 }
 
 TEST_F(ValidatedDamageTest, aMetadataFileThatIsNoFileIsInvalidOrMissing)
 {
     for (const OddEntry& odd : oddEntries()) {
-        const QByteArray nativePath = QFile::encodeName(path(QStringLiteral("_metadata.json")));
-        ASSERT_EQ(::unlink(nativePath.constData()), 0);
-        ASSERT_TRUE(odd.put(nativePath)) << odd.what;
+        replace(path(QStringLiteral("_metadata.json")), odd);
         const QString text = verdictText(validate(folder.path()));
-        if (QFileInfo::exists(path(QStringLiteral("_metadata.json")))) {
+        if (odd.leadsNowhere) {
+            EXPECT_EQ(text, QStringLiteral("valid")) << odd.what;
+        } else {
             EXPECT_TRUE(text.startsWith(QStringLiteral("invalid: Cannot read metadata file: ")))
                 << odd.what;
-        } else {
-            EXPECT_EQ(text, QStringLiteral("valid")) << odd.what;
         }
-        ASSERT_EQ(::remove(nativePath.constData()), 0);
-        put(QStringLiteral("_metadata.json"), originals.value(QStringLiteral("_metadata.json")));
     }
 }
 

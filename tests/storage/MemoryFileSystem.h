@@ -39,6 +39,8 @@ public:
     /// "flush", "move", "remove", "removeAll", "removeEmptyFolder", "createFolders") and its path
     /// before it is done; may throw FileError in its place.
     std::function<void(const QString& operation, const QString& path)> onOperation;
+    /// Called when write() has made a file: what another program does at once.
+    std::function<void(const QString& path)> onWritten;
     /// The files that were opened for reading.
     QStringList opened;
     /// The files that were written by write().
@@ -127,7 +129,10 @@ public:
             throw error(QStringLiteral("write"), path, EISDIR);
         written.append(path);
         replace(path, bytes.toByteArray());
-        return stamp(path);
+        const std::optional<FileStamp> made = stamp(path);
+        if (onWritten)
+            onWritten(path);
+        return stamp(path) == made ? made : std::nullopt;
     }
 
     void copy(const QString& from, const QString& to) override

@@ -77,6 +77,37 @@ TEST_F(MetadataFileTest, aTouchedOrRemovedFileIsForeign)
     EXPECT_TRUE(file.hasForeignChange(folder));
 }
 
+TEST_F(MetadataFileTest, aMissingFileIsForeignOnlyIfItWasThere)
+{
+    EXPECT_FALSE(file.hasForeignChange(folder)) << "none was ever there";
+    file.write(folder, withOrder(ab));
+    files.take(path);
+    EXPECT_TRUE(file.hasForeignChange(folder));
+    file.noteMissing();
+    EXPECT_FALSE(file.hasForeignChange(folder));
+    writeAsAnother(ab);
+    EXPECT_TRUE(file.hasForeignChange(folder));
+}
+
+TEST_F(MetadataFileTest, whateverFollowsAWriteAtOnceIsForeign)
+{
+    for (const bool isRemoved : {false, true}) {
+        files.onWritten = [&](const QString& written) {
+            if (isRemoved)
+                files.take(written);
+            else
+                files.replace(written, metadataFileBytes(ba));
+        };
+        EXPECT_EQ(file.write(folder, withOrder(ab)), std::nullopt);
+        EXPECT_TRUE(file.hasForeignChange(folder)) << isRemoved;
+        file.update(folder, [](MetadataFileData&) {});
+        EXPECT_TRUE(file.hasForeignChange(folder)) << isRemoved;
+        files.onWritten = nullptr;
+        file.write(folder, withOrder(ab));
+        EXPECT_FALSE(file.hasForeignChange(folder)) << isRemoved;
+    }
+}
+
 TEST_F(MetadataFileTest, anUpdateKeepsWhatOthersHaveChangedAndItStaysForeignUntilItIsRead)
 {
     file.write(folder, withOrder(ab));

@@ -68,6 +68,13 @@ protected:
 
 using StorageLocationManagerDeathTest = StorageLocationManagerTest;
 
+TEST_F(StorageLocationManagerTest, knowsTheNames)
+{
+    EXPECT_EQ(StorageLocationManager::folderName, u"Vellumry");
+    EXPECT_EQ(StorageLocationManager::metadataFileName, u"_metadata.json");
+    EXPECT_EQ(StorageLocationManager::backupSuffix, u".backup");
+}
+
 TEST_F(StorageLocationManagerTest, theDefaultIsAmongTheDocuments)
 {
     EXPECT_EQ(manager.defaultLocation(), defaultLocation);

@@ -147,16 +147,16 @@ public:
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
     static constexpr std::string_view digits = "0123456789abcdefghijklmnopqrstuvwxyz";
+    static constexpr int digitCount = 13; // of 64 bits
     static constexpr const char* prefix = ".vellumry-";
 
     /// Whether create() can have made a file of this name.
     static bool isNameOfOne(std::string_view name)
     {
-        constexpr size_t mostDigits = 13; // of 64 bits
         if (!name.starts_with(prefix))
             return false;
         name.remove_prefix(std::string_view(prefix).size());
-        return !name.empty() && name.size() <= mostDigits &&
+        return name.size() == digitCount &&
                name.find_first_not_of(digits) == std::string_view::npos;
     }
 
@@ -171,7 +171,7 @@ public:
         for (int attempt = 0; attempt < attempts; ++attempt) {
             const QByteArray random =
                 QByteArray::number(QRandomGenerator::global()->generate64(), digits.size());
-            path = folder + '/' + prefix + random;
+            path = folder + '/' + prefix + random.rightJustified(digitCount, '0');
             descriptor = uninterrupted([&] {
                 return calls.open(path.constData(),
                                   O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, ownerOnly);
