@@ -622,8 +622,8 @@ TEST_F(SettingsViewTest, RevealShowsTheFolder)
 {
     open();
     click(view().storageSection().revealButton());
-    EXPECT_EQ(fileViewer.shown, QStringList{world.folder});
-    SettingsNote* const problem = view().storageSection().problemNote();
+    EXPECT_EQ(fileViewer.folders, QStringList{world.folder});
+    NoteView* const problem = view().storageSection().problemNote();
     EXPECT_FALSE(problem->isVisible());
     fileViewer.fail(u"no file manager answers"_s);
     EXPECT_TRUE(problem->isVisible());

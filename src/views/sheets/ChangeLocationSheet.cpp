@@ -3,12 +3,12 @@
 #include "views/common/Button.h"
 #include "views/common/Icon.h"
 #include "views/common/Label.h"
+#include "views/common/NoteView.h"
 #include "views/common/Strokes.h"
 #include "views/common/TextPainting.h"
+#include "views/common/WrappingLabel.h"
 #include "views/sheets/CustomLocationChooser.h"
 #include "views/sheets/MigrationProgressView.h"
-#include "views/sheets/NoteView.h"
-#include "views/sheets/WrappingLabel.h"
 
 #include <QEvent>
 #include <QPainter>
@@ -77,10 +77,11 @@ ChangeLocationSheet::ChangeLocationSheet(const Dependencies& dependencies, QWidg
       close(addTitleWithClose(QStringLiteral("Change Data Location"))),
       remark(new NoteView(
           theme, NoteView::Kind::information,
-          QStringLiteral("Your data will be copied to the new location.\n"
-                         "After successful transfer, the old location will be cleared."),
+          {.symbol = QStringLiteral("info.circle.fill"),
+           .text = QStringLiteral("Your data will be copied to the new location.\n"
+                                  "After successful transfer, the old location will be cleared.")},
           bodyWidget())),
-      error(new NoteView(theme, NoteView::Kind::error, {}, bodyWidget())),
+      error(NoteView::forErrors(theme, bodyWidget())),
       moving(new MigrationProgressView(theme, bodyWidget())),
       cancelling(
           new Button(theme, Button::Kind::secondary, QStringLiteral("Cancel"), footerWidget())),

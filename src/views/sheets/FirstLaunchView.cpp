@@ -2,12 +2,12 @@
 
 #include "views/common/Button.h"
 #include "views/common/Label.h"
+#include "views/common/NoteView.h"
 #include "views/common/SymbolView.h"
+#include "views/common/WrappingLabel.h"
 #include "views/sheets/DriveLook.h"
 #include "views/sheets/ModeCard.h"
-#include "views/sheets/NoteView.h"
 #include "views/sheets/StorageLocationRow.h"
-#include "views/sheets/WrappingLabel.h"
 
 #include <QVBoxLayout>
 
@@ -47,7 +47,7 @@ FirstLaunchView::FirstLaunchView(const Dependencies& dependencies, QWidget* pare
       theme(dependencies.theme), defaultLocation(dependencies.defaultLocation),
       homeFolder(dependencies.homeFolder), state(dependencies.setup),
       modes(new QWidget(bodyWidget())), locations(new QWidget(bodyWidget())),
-      error(new NoteView(theme, NoteView::Kind::error, {}, bodyWidget())),
+      error(NoteView::forErrors(theme, bodyWidget())),
       back(new Button(theme, Button::Kind::secondary, QStringLiteral("Back"), footerWidget(),
                       Button::Size::alert)),
       proceed(new Button(theme, Button::Kind::primary, QStringLiteral("Continue"), footerWidget(),

@@ -1,4 +1,4 @@
-#include "views/sheets/WrappingLabel.h"
+#include "views/common/WrappingLabel.h"
 
 #include <QPainter>
 #include <QTextLayout>
