@@ -8,6 +8,8 @@
 #include "views/sheets/ExportCollectionPickerView.h"
 #include "views/sheets/ImportConflictView.h"
 
+#include <cerrno>
+
 namespace vellumry::test {
 namespace {
 
@@ -197,8 +199,12 @@ TEST_F(BackupDialogsTest, ACollectionsOwnExportIsStillConfirmed)
 TEST_F(BackupDialogsTest, AnExportThatFailsIsLoggedAndTheNextOneCanBeMade)
 {
     openWindow();
+    world.files.onOperation = [](const QString& operation, const QString& path) {
+        if (operation == u"write"_s && path == u"/full/a.json"_s)
+            throw MemoryFileSystem::error(operation, path, ENOSPC);
+    };
     for (const QUrl& place :
-         {QUrl(u"sftp://server/a.json"_s), QUrl::fromLocalFile(u"/no/such/folder/a.json"_s)}) {
+         {QUrl(u"sftp://server/a.json"_s), QUrl::fromLocalFile(u"/full/a.json"_s)}) {
         Q_EMIT content().exportRequested();
         key(Qt::Key_Return);
         desktop.choose(place);

@@ -32,6 +32,7 @@ ModeCard::ModeCard(const Theme& theme, const Contents& contents, std::function<v
     : SelectableButton(theme, contents.title, parent), shown(contents)
 {
     setAccessibleDescription(contents.description);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     connect(this, &QAbstractButton::clicked, this, std::move(action));
 }
 
