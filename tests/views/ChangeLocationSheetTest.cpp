@@ -376,6 +376,14 @@ TEST_F(ChangeLocationSheetTest, aFailedDialogIsTold)
     EXPECT_EQ(sheet->errorLine().text(), u"The dialog failed."_s);
 }
 
+TEST_F(ChangeLocationSheetTest, whatIsNotThereTakesNoRoom)
+{
+    open();
+    const QWidget& body = *sheet->scrollArea().widget();
+    const QWidget& note = sheet->note();
+    EXPECT_EQ(body.height() - note.mapTo(&body, QPoint(0, note.height())).y(), 16);
+}
+
 TEST_F(ChangeLocationSheetTest, fitsIntoTheSettingsWindow)
 {
     window.resize(500, 560);

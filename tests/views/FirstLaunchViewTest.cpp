@@ -321,6 +321,18 @@ TEST_F(FirstLaunchViewTest, eachDriveHasItsColourAndSymbol)
                      u"pCloud #00AEEF cloud.fill"_s}));
 }
 
+TEST_F(FirstLaunchViewTest, anErrorThatIsNotThereTakesNoRoom)
+{
+    const auto below = [this](const QWidget& last) {
+        const QWidget& body = *view->scrollArea().widget();
+        return body.height() - last.mapTo(&body, QPoint(0, last.height())).y();
+    };
+    openLocations();
+    EXPECT_EQ(below(view->localRow()), 24 - SelectableButton::ringRoom);
+    click(view->backButton());
+    EXPECT_EQ(below(view->startFreshCard()), 24 - SelectableButton::ringRoom);
+}
+
 TEST_F(FirstLaunchViewTest, theCardsGrowWithTheirTexts)
 {
     open();

@@ -106,7 +106,7 @@ void NoteView::announce()
 void NoteView::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    fillRounded(painter, rect(), radius, theme.colors().*lookOf(kind, false).ground);
+    fillRounded(painter, contentsRect(), radius, theme.colors().*lookOf(kind, false).ground);
 }
 
 void NoteView::showEvent(QShowEvent* event)

@@ -11,7 +11,8 @@ namespace vellumry {
 class WrappingLabel;
 
 /// A remark on a coloured ground: a symbol, and beside it a text that wraps. A warning or an error
-/// is announced to a screen reader when it comes up and whenever it says something else.
+/// is announced to a screen reader when it comes up and whenever it says something else. Its
+/// contents margins are room around the ground, which goes with the note when it is hidden.
 class NoteView : public QWidget {
     Q_OBJECT
 

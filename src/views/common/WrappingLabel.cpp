@@ -4,6 +4,8 @@
 #include <QTextLayout>
 #include <QtMath>
 
+#include <algorithm>
+
 namespace vellumry {
 
 namespace {
@@ -54,8 +56,8 @@ void WrappingLabel::paintEvent(QPaintEvent*)
     QPainter painter(this);
     painter.setPen(palette().color(QPalette::WindowText));
     QTextLayout layout(QString(), font());
-    breakLines(layout, text(), width());
-    layout.draw(&painter, {0, 0});
+    const qreal room = height() - breakLines(layout, text(), width()).height();
+    layout.draw(&painter, {0, std::max(0.0, room / 2)});
 }
 
 } // namespace vellumry

@@ -103,7 +103,8 @@ ConflictResolutionSheet::ConflictResolutionSheet(const Dependencies& dependencie
         bodyWidget()));
     buildFiles(dependencies.conflicts, dependencies.fileViewer);
     buildStrategies();
-    insetColumn(body(), 6)->addWidget(error);
+    error->setContentsMargins(0, 6 - ring, 0, 0);
+    insetColumn(body(), 0)->addWidget(error);
     body().addSpacing(14 - ring);
     body().addStretch();
     addFooter(nullptr, {ignore, resolve});

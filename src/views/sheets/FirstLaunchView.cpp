@@ -59,10 +59,8 @@ FirstLaunchView::FirstLaunchView(const Dependencies& dependencies, QWidget* pare
     buildLocations();
     body().addWidget(modes);
     body().addWidget(locations);
-    auto* errorRow = new QVBoxLayout;
-    errorRow->setContentsMargins(marginX, 0, marginX, bottomMargin);
-    errorRow->addWidget(error);
-    body().addLayout(errorRow);
+    error->setContentsMargins(marginX, 0, marginX, bottomMargin);
+    body().addWidget(error);
     body().addStretch();
     addFooter(back, {proceed}, marginX, footerMarginY);
     proceed->setDefault(true);
