@@ -18,10 +18,10 @@ public:
     struct Request {
         Kind kind = Kind::openFile;
         QString title;
-        QString fileName;      ///< to begin with, of a file to be saved
-        QString mimeType;      ///< of the files that are offered; none for a folder
-        QString fileTypeName;  ///< for people
-        quint64 x11Window = 0; ///< over which the dialog stands; 0 where windows have no number
+        QString fileName = {};     ///< to begin with, of a file to be saved
+        QString mimeType = {};     ///< of the files that are offered; none for a folder
+        QString fileTypeName = {}; ///< for people
+        quint64 x11Window = 0;     ///< over which the dialog stands; 0 where windows have no number
     };
 
     struct Handlers {

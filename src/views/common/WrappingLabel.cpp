@@ -13,10 +13,11 @@ namespace {
 constexpr int plentyOfWidth = 10'000;
 
 /// Breaks the text into lines and gives the size that they take.
-QSizeF breakLines(QTextLayout& layout, const QString& text, qreal wide)
+QSizeF breakLines(QTextLayout& layout, const QString& text, qreal wide,
+                  Qt::Alignment alignment = Qt::AlignLeft)
 {
     layout.setText(QString(text).replace(u'\n', QChar::LineSeparator));
-    QTextOption option;
+    QTextOption option(alignment);
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     layout.setTextOption(option);
     layout.beginLayout();
@@ -56,7 +57,7 @@ void WrappingLabel::paintEvent(QPaintEvent*)
     QPainter painter(this);
     painter.setPen(palette().color(QPalette::WindowText));
     QTextLayout layout(QString(), font());
-    const qreal room = height() - breakLines(layout, text(), width()).height();
+    const qreal room = height() - breakLines(layout, text(), width(), alignment()).height();
     layout.draw(&painter, {0, std::max(0.0, room / 2)});
 }
 

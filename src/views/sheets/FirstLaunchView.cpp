@@ -87,9 +87,10 @@ void FirstLaunchView::buildModes()
                                 QStringLiteral("Vellumry"), modes),
                       0, Qt::AlignHCenter);
     column->addSpacing(4);
-    column->addWidget(
-        new WrappingLabel(theme, TextStyle::body, &ColorTokens::textSecondary, tagline, modes), 0,
-        Qt::AlignHCenter);
+    auto* promise =
+        new WrappingLabel(theme, TextStyle::body, &ColorTokens::textSecondary, tagline, modes);
+    promise->setAlignment(Qt::AlignHCenter);
+    column->addWidget(promise);
     column->addSpacing(24 - ring);
 
     startFresh = new ModeCard(
