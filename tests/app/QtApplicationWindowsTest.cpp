@@ -242,7 +242,7 @@ TEST_F(QtApplicationWindowsTest, theMenuBarHoldsTheCommandsAndNoNewWindow)
             EXPECT_NE(action->text(), QStringLiteral("New Window"));
     }
     EXPECT_THAT(titles, testing::ElementsAre(QStringLiteral("Vellumry"), QStringLiteral("File"),
-                                             QStringLiteral("Snippets")));
+                                             QStringLiteral("View"), QStringLiteral("Snippets")));
 }
 
 TEST_F(QtApplicationWindowsTest, theContentsGetTheKeyboardWithinTheWindow)

@@ -292,11 +292,11 @@ TEST_F(ChangeLocationSheetTest, everyFolderThatCannotBeUsedIsToldAndNothingIsLos
     const QList<Trouble> troubles{
         {u"createFolders"_s, u"/new"_s, EACCES},              // in a folder of somebody else's
         {u"createFolders"_s, u"/new"_s, EEXIST},              // a link that leads nowhere
-        {u"createFolders"_s, u"/new"_s, EROFS},               //
+        {u"createFolders"_s, u"/new"_s, EROFS},               // on a disc
         {u"write"_s, u"/new/.vellumry-write-test"_s, ENOSPC}, // a full disk
-        {u"copy"_s, u"/new/work.json"_s, ENOSPC},             // one that gets full
-        {u"copy"_s, u"/new/work.json"_s, ENOENT},             // one that is pulled out
-        {u"flush"_s, u"/new"_s, EIO},                         //
+        {u"copy"_s, u"/old/work.json"_s, ENOSPC},             // one that gets full
+        {u"copy"_s, u"/old/work.json"_s, ENOENT},             // one that is pulled out
+        {u"flush"_s, u"/new"_s, EIO},                         // a failing disk
         {u"list"_s, u"/old"_s, EACCES},                       // the old place is locked
     };
     open();

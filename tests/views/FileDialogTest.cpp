@@ -1,6 +1,5 @@
 #include "views/common/FileDialog.h"
 
-#include "support/Eventually.h"
 #include "support/FakeFileChooser.h"
 
 #include <QApplication>
@@ -84,8 +83,9 @@ TEST_F(FileDialogTest, WithoutOneOfTheDesktopTheToolkitsIsShown)
     static_cast<QDialog*>(dialog)->accept();
     ASSERT_EQ(answers.size(), 1);
     EXPECT_EQ(answers[0]->path, folder.filePath(u"other.json"_s));
-    EXPECT_TRUE(
-        eventually([this] { return !toolkitDialog() && !window->findChild<FileDialog*>(); }));
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_FALSE(toolkitDialog());
+    EXPECT_FALSE(window->findChild<FileDialog*>());
 }
 
 TEST_F(FileDialogTest, AFileToOpenIsOneThatIsThere)
