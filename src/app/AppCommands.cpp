@@ -18,9 +18,8 @@ AppCommands::AppCommands(Dependencies dependencies, QObject* parent)
     NotificationCenter& center = services.notifications;
 
     QMenu& application = addMenu(QStringLiteral("Vellumry"));
-    if (services.showSettings)
-        add(application, QStringLiteral("Settings..."), Qt::CTRL | Qt::Key_Comma,
-            services.showSettings);
+    add(application, QStringLiteral("Settings..."), Qt::CTRL | Qt::Key_Comma,
+        services.showSettings);
     add(application, QStringLiteral("Quit Vellumry"), Qt::CTRL | Qt::Key_Q, services.terminate);
 
     QMenu& file = addMenu(QStringLiteral("File"));
@@ -38,9 +37,8 @@ AppCommands::AppCommands(Dependencies dependencies, QObject* parent)
     add(file, QStringLiteral("Reveal Data in Finder"), Qt::CTRL | Qt::SHIFT | Qt::Key_E,
         [&center] { Q_EMIT center.revealDataInFinder(); });
 
-    if (services.toggleSidebar)
-        add(addMenu(QStringLiteral("View")), QStringLiteral("Toggle Sidebar"),
-            Qt::CTRL | Qt::META | Qt::Key_S, services.toggleSidebar);
+    add(addMenu(QStringLiteral("View")), QStringLiteral("Toggle Sidebar"),
+        Qt::CTRL | Qt::META | Qt::Key_S, services.toggleSidebar);
 
     QAction& palette = add(addMenu(QStringLiteral("Snippets")), QStringLiteral("Toggle Palette"),
                            keyEquivalent(services.settings.quickSearchHotkey()),

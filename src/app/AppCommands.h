@@ -28,9 +28,9 @@ public:
         ApplicationWindows& windows;
         NotificationCenter& notifications;
         SettingsService& settings;
-        std::function<void()> showSettings;  ///< empty while there is no settings window
-        std::function<void()> terminate;     ///< asks first whether the program may end
-        std::function<void()> toggleSidebar; ///< empty while there is no sidebar
+        std::function<void()> showSettings;
+        std::function<void()> terminate; ///< asks first whether the program may end
+        std::function<void()> toggleSidebar;
     };
 
     explicit AppCommands(Dependencies dependencies, QObject* parent = nullptr);

@@ -10,6 +10,7 @@
 #include "platform/linux/ClipboardPasteboard.h"
 #include "platform/linux/FreedesktopFileViewer.h"
 #include "platform/linux/PortalAppearance.h"
+#include "platform/linux/PortalFileChooser.h"
 #include "platform/linux/XdgAutostartLoginItem.h"
 #include "settings/CategoryColorService.h"
 #include "settings/HotkeyConflictChecker.h"
@@ -88,6 +89,13 @@ FileViewer& DependencyContainer::fileViewer()
     if (!viewer)
         viewer = std::make_unique<FreedesktopFileViewer>(ThreadRunner::shared());
     return *viewer;
+}
+
+FileChooser& DependencyContainer::fileChooser()
+{
+    if (!chooser)
+        chooser = std::make_unique<PortalFileChooser>(ThreadRunner::shared());
+    return *chooser;
 }
 
 SettingsService& DependencyContainer::settings()

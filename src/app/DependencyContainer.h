@@ -7,6 +7,7 @@ namespace vellumry {
 class Appearance;
 class ClipboardServiceProtocol;
 class CollectionFileStorageService;
+class FileChooser;
 class FileViewer;
 class FuzzySearchService;
 class HotkeyConflictChecker;
@@ -39,6 +40,7 @@ public:
     [[nodiscard]] HotkeyConflictChecker& hotkeyConflictChecker();
     [[nodiscard]] SettingsService& settings();
     [[nodiscard]] FileViewer& fileViewer();
+    [[nodiscard]] FileChooser& fileChooser();
     /// Of the main window. It searches with a service of its own: lists of one collection would
     /// drive the prepared text of the whole library out of the palette's.
     [[nodiscard]] SnippetListViewModel& mainSnippetListViewModel();
@@ -53,6 +55,7 @@ private:
     std::unique_ptr<HotkeyService> hotkey;
     std::unique_ptr<HotkeyConflictChecker> conflictChecker;
     std::unique_ptr<FileViewer> viewer;
+    std::unique_ptr<FileChooser> chooser;
     std::unique_ptr<Appearance> appearance;
     std::unique_ptr<LoginItem> loginItem;
     std::unique_ptr<SettingsService> settingsService;

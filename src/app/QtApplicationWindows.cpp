@@ -1,7 +1,6 @@
 #include "app/QtApplicationWindows.h"
 
 #include "app/AppCommands.h"
-#include "core/Log.h"
 #include "platform/PanelActivation.h"
 #include "views/common/SheetHost.h"
 #include "views/palette/KeyablePanel.h"
@@ -210,11 +209,6 @@ bool QtApplicationWindows::postSettingsShortcut()
 
 void QtApplicationWindows::showSettingsWindow()
 {
-    if (!with.makeSettingsContents) {
-        log(u"QtApplicationWindows", u"there is no settings window");
-        Q_EMIT settingsWindowDidDisappear();
-        return;
-    }
     if (!settingsWindow) {
         settingsWindow = new SettingsWindow(with.makeSettingsContents());
         connect(settingsWindow, &SettingsWindow::disappeared, this,

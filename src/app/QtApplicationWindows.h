@@ -26,7 +26,7 @@ public:
         std::function<AppCommands&()> commands; ///< which outlive the windows
         /// What the windows are filled with; each call makes new contents.
         std::function<QWidget*()> makeMainContents;
-        std::function<QWidget*()> makeSettingsContents; ///< empty while there are none
+        std::function<QWidget*()> makeSettingsContents;
     };
 
     explicit QtApplicationWindows(Dependencies dependencies, QObject* parent = nullptr);

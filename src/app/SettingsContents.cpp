@@ -26,6 +26,25 @@
 
 namespace vellumry {
 
+namespace {
+
+/// Puts a sheet up that takes itself away.
+template <typename Sheet>
+void presentSheet(SheetHost& sheets, typename Sheet::Dependencies dependencies)
+{
+    const auto shown = std::make_shared<QPointer<Sheet>>();
+    dependencies.onDismiss = [host = QPointer<SheetHost>(&sheets), shown] {
+        if (host && *shown)
+            host->dismiss(*shown);
+    };
+    auto* const sheet = new Sheet(dependencies);
+    *shown = sheet;
+    sheets.present(sheet,
+                   {.onCancel = [sheet] { sheet->cancel(); }, .firstFocus = sheet->firstFocus()});
+}
+
+} // namespace
+
 SettingsContents::SettingsContents(Dependencies dependencies, QObject* parent)
     : QObject(parent), with(std::move(dependencies))
 {
@@ -56,9 +75,8 @@ QWidget* SettingsContents::make()
 void SettingsContents::showChangeLocation(SheetHost& sheets)
 {
     DependencyContainer& container = with.container;
-    const QPointer<SheetHost> host = &sheets;
-    const auto shown = std::make_shared<QPointer<ChangeLocationSheet>>();
-    ChangeLocationSheet* sheet = new ChangeLocationSheet(
+    presentSheet<ChangeLocationSheet>(
+        sheets,
         {.theme = with.theme(),
          .scheduler = EventLoopScheduler::shared(),
          .choice = {.cloudDriveService = CloudDriveDetectionService::shared(),
@@ -77,41 +95,23 @@ void SettingsContents::showChangeLocation(SheetHost& sheets)
                             [&container] { container.mainSnippetListViewModel().refreshData(); }},
                     .pickFolder = FolderDialog::over(*sheets.parentWidget())},
          .homeFolder = QDir::homePath(),
-         .onDismiss = [host, shown] {
-             if (host && *shown)
-                 host->dismiss(*shown);
-         }});
-    *shown = sheet;
-    sheets.present(sheet,
-                   {.onCancel = [sheet] { sheet->cancel(); }, .firstFocus = sheet->firstFocus()});
+         .onDismiss = {}});
 }
 
 void SettingsContents::showConflicts(SheetHost& sheets, const QList<ConflictFile>& found)
 {
-    const QPointer<SheetHost> host = &sheets;
-    const auto shown = std::make_shared<QPointer<ConflictResolutionSheet>>();
-    ConflictResolutionSheet* sheet = new ConflictResolutionSheet(
-        {.theme = with.theme(),
-         .scheduler = EventLoopScheduler::shared(),
-         .conflicts = found,
-         .onResolve =
-             [this](ConflictMergeStrategy strategy) {
-                 ConflictResolution(ConflictDetectionService::shared(),
-                                    with.container.collectionFileStorageService())
-                     .resolve(strategy);
-             },
-         .onReveal =
-             [this, host](const QString& path) {
-                 with.container.fileViewer().showItem(path, QPointer<QObject>(host), {});
-             },
-         .onDismiss =
-             [host, shown] {
-                 if (host && *shown)
-                     host->dismiss(*shown);
-             }});
-    *shown = sheet;
-    sheets.present(sheet,
-                   {.onCancel = [sheet] { sheet->cancel(); }, .firstFocus = sheet->firstFocus()});
+    presentSheet<ConflictResolutionSheet>(
+        sheets, {.theme = with.theme(),
+                 .scheduler = EventLoopScheduler::shared(),
+                 .conflicts = found,
+                 .onResolve =
+                     [this](ConflictMergeStrategy strategy) {
+                         ConflictResolution(ConflictDetectionService::shared(),
+                                            with.container.collectionFileStorageService())
+                             .resolve(strategy);
+                     },
+                 .fileViewer = with.container.fileViewer(),
+                 .onDismiss = {}});
 }
 
 } // namespace vellumry

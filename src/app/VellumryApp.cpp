@@ -18,6 +18,7 @@
 #include "settings/SettingsService.h"
 #include "storage/CollectionFileStorageService.h"
 #include "storage/StorageLocationManager.h"
+#include "views/common/FileDialog.h"
 
 #include <QApplication>
 #include <QScopeGuard>
@@ -163,6 +164,7 @@ VellumryApp::VellumryApp()
       appDelegate(delegateDependencies()),
       quitSignals([this] { sessionEnds([] { return false; }, [] {}); })
 {
+    FileDialog::setDesktopChooser(&container.fileChooser());
     MainWindowKeeper& keeper = appDelegate.mainWindowKeeper();
     connect(&windows, &ApplicationWindows::mainWindowDidAppear, this, [this, &keeper] {
         keeper.onMainWindowAppear();
@@ -190,7 +192,10 @@ VellumryApp::VellumryApp()
         Qt::DirectConnection);
 }
 
-VellumryApp::~VellumryApp() = default;
+VellumryApp::~VellumryApp()
+{
+    FileDialog::setDesktopChooser(nullptr);
+}
 
 AppDelegate::Dependencies VellumryApp::delegateDependencies()
 {

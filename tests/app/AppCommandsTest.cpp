@@ -87,21 +87,6 @@ TEST_F(AppCommandsTest, standInTheirMenusInOrder)
                             QStringLiteral("Snippets"), QStringLiteral("Toggle Palette Alt+T")));
 }
 
-TEST_F(AppCommandsTest, whatThereIsNotIsNotOffered)
-{
-    const AppCommands fewer({.windows = windows,
-                             .notifications = center,
-                             .settings = settings,
-                             .showSettings = {},
-                             .terminate = [] {},
-                             .toggleSidebar = {}});
-    const QStringList entries = entriesOf(fewer);
-    EXPECT_EQ(entries.mid(0, 3),
-              QStringList({QStringLiteral("Vellumry"), QStringLiteral("Quit Vellumry Ctrl+Q"),
-                           QStringLiteral("File")}));
-    EXPECT_FALSE(entries.contains(QStringLiteral("View")));
-}
-
 TEST_F(AppCommandsTest, announceThemselves)
 {
     const auto announces = [this](const char16_t* title, auto signal) {

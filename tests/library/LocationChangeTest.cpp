@@ -807,6 +807,20 @@ TEST_F(RealMoveTest, filesOfAnyNameAndContentsArriveAsTheyAre)
     EXPECT_EQ(contentsOf(entry("old")), others);
 }
 
+TEST_F(RealMoveTest, aLinkThatLeadsNowhereIsToldAndLeftAsItIs)
+{
+    ASSERT_EQ(::symlink("nowhere", native(u"drive"_s).constData()), 0);
+    for (const QString& target : {path(u"drive"_s), path(u"drive/Apps/Vellumry"_s)}) {
+        move.moveTo(target);
+        EXPECT_TRUE(move.change->errorMessage().value_or(QString()).contains(target))
+            << move.change->errorMessage().value_or(u"no error"_s).toStdString();
+        EXPECT_EQ(move.world.locations.currentLocation(), path(u"old"_s));
+        expectLibraryAt(path(u"old"_s));
+        EXPECT_FALSE(QFile::exists(path(u"nowhere"_s)));
+    }
+    expectMoveTo(path(u"new"_s));
+}
+
 TEST_F(RealMoveTest, runsOnARealThread)
 {
     ThreadRunner background;

@@ -247,4 +247,20 @@ TEST(CloudDriveDetectionOnDisk, theProgramLooksInTheHomeFolderAndOnThePath)
                                   home.filePath(u"OneDrive"_s)}));
 }
 
+TEST(CloudDriveDetectionOnDisk, aFolderThatIsALinkCountsAsWhatItLeadsTo)
+{
+    const QTemporaryDir home;
+    const CloudDriveDetectionService service({.files = FileSystem::local(),
+                                              .homeFolder = home.path(),
+                                              .applicationsFolder = u"/Applications"_s,
+                                              .isOnPath = [](const QString&) { return true; }});
+    const QString dropbox = home.filePath(u"Dropbox"_s);
+    ASSERT_TRUE(QFile::link(home.filePath(u"pulled out"_s), dropbox));
+    EXPECT_TRUE(service.detectInstalledCloudDrives().isEmpty()) << "which is nowhere";
+    ASSERT_TRUE(QDir(home.path()).mkdir(u"pulled out"_s));
+    const auto found = service.detectInstalledCloudDrives();
+    ASSERT_EQ(found.size(), 1);
+    EXPECT_EQ(found[0].syncFolderPath, dropbox);
+}
+
 } // namespace

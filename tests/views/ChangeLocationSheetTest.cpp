@@ -1,9 +1,9 @@
 #include "views/sheets/ChangeLocationSheet.h"
 
 #include "views/SheetFixture.h"
+#include "views/common/NoteView.h"
 #include "views/sheets/CustomLocationChooser.h"
 #include "views/sheets/MigrationProgressView.h"
-#include "views/sheets/NoteView.h"
 
 #include <QPointer>
 
@@ -280,6 +280,67 @@ TEST_F(ChangeLocationSheetTest, aFailureIsToldAndTheSheetCanBeUsedAgain)
     EXPECT_EQ(world.locations.currentLocation(), u"/new"_s);
 }
 
+/// Folders that cannot be made, written, read or filled: each is told, the old place stays as it
+/// was, and the sheet can be used again.
+TEST_F(ChangeLocationSheetTest, everyFolderThatCannotBeUsedIsToldAndNothingIsLost)
+{
+    struct Trouble {
+        QString operation;
+        QString path;
+        int number;
+    };
+    const QList<Trouble> troubles{
+        {u"createFolders"_s, u"/new"_s, EACCES},              // in a folder of somebody else's
+        {u"createFolders"_s, u"/new"_s, EEXIST},              // a link that leads nowhere
+        {u"createFolders"_s, u"/new"_s, EROFS},               // on a disc
+        {u"write"_s, u"/new/.vellumry-write-test"_s, ENOSPC}, // a full disk
+        {u"copy"_s, u"/old/work.json"_s, ENOSPC},             // one that gets full
+        {u"copy"_s, u"/old/work.json"_s, ENOENT},             // one that is pulled out
+        {u"flush"_s, u"/new"_s, EIO},                         // a failing disk
+        {u"list"_s, u"/old"_s, EACCES},                       // the old place is locked
+    };
+    open();
+    for (const Trouble& trouble : troubles) {
+        QString cause;
+        files.onOperation = [&](const QString& operation, const QString& path) {
+            if (operation != trouble.operation || path != trouble.path)
+                return;
+            const FileError failure = MemoryFileSystem::error(operation, path, trouble.number);
+            cause = failure.description();
+            throw failure;
+        };
+        pick(u"/new"_s);
+        click(sheet->moveButton());
+        copy();
+        ASSERT_FALSE(cause.isEmpty()) << qPrintable(trouble.operation);
+        EXPECT_TRUE(sheet->errorLine().isVisible());
+        EXPECT_TRUE(sheet->errorLine().text().contains(cause))
+            << qPrintable(sheet->errorLine().text());
+        EXPECT_EQ(overlay.last(), u"gone"_s);
+        EXPECT_EQ(world.locations.currentLocation(), u"/old"_s);
+        EXPECT_TRUE(files.exists(u"/old/_metadata.json"_s));
+        EXPECT_TRUE(files.exists(u"/old/work.json"_s));
+        EXPECT_TRUE(sheet->moveButton().isEnabled());
+        EXPECT_TRUE(sheet->cancelButton().isEnabled());
+        files.onOperation = nullptr;
+        if (files.exists(u"/new"_s))
+            files.removeAll(u"/new"_s);
+    }
+    files.replace(u"/new"_s, "a file");
+    click(sheet->moveButton());
+    copy();
+    EXPECT_EQ(sheet->errorLine().text(), u"路径不是目录: /new"_s);
+    EXPECT_EQ(world.locations.currentLocation(), u"/old"_s);
+    // Gone between the choice and its use: made again.
+    files.take(u"/new"_s);
+    click(sheet->moveButton());
+    copy();
+    scheduler.advance(500ms);
+    EXPECT_FALSE(host.isPresenting());
+    EXPECT_EQ(world.locations.currentLocation(), u"/new"_s);
+    EXPECT_TRUE(files.exists(u"/new/work.json"_s));
+}
+
 TEST_F(ChangeLocationSheetTest, aFolderOfAnotherKindOfFileStays)
 {
     files.replace(u"/old/notes.txt"_s, "mine");
@@ -313,6 +374,14 @@ TEST_F(ChangeLocationSheetTest, aFailedDialogIsTold)
     settle();
     EXPECT_TRUE(sheet->errorLine().isVisible());
     EXPECT_EQ(sheet->errorLine().text(), u"The dialog failed."_s);
+}
+
+TEST_F(ChangeLocationSheetTest, whatIsNotThereTakesNoRoom)
+{
+    open();
+    const QWidget& body = *sheet->scrollArea().widget();
+    const QWidget& note = sheet->note();
+    EXPECT_EQ(body.height() - note.mapTo(&body, QPoint(0, note.height())).y(), 16);
 }
 
 TEST_F(ChangeLocationSheetTest, fitsIntoTheSettingsWindow)

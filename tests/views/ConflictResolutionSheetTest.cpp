@@ -1,11 +1,12 @@
 #include "views/sheets/ConflictResolutionSheet.h"
 
+#include "support/FakeFileViewer.h"
 #include "sync/ConflictDetectionService.h"
 #include "sync/ConflictResolution.h"
 #include "views/SheetFixture.h"
 #include "views/common/DateText.h"
+#include "views/common/NoteView.h"
 #include "views/sheets/ConflictFileRow.h"
-#include "views/sheets/NoteView.h"
 
 #include <QPointer>
 
@@ -35,7 +36,7 @@ protected:
              .scheduler = scheduler,
              .conflicts = conflicts,
              .onResolve = [this](Strategy strategy) { onResolve(strategy); },
-             .onReveal = [this](const QString& path) { revealed.append(path); },
+             .fileViewer = fileViewer,
              .onDismiss = [this] { host.dismiss(sheet); }});
         sheet = made;
         return present(made, [this] { sheet->cancel(); });
@@ -51,7 +52,7 @@ protected:
     ConflictFileRow& file(size_t number) { return *sheet->fileRows().at(number); }
 
     QList<Strategy> resolved;
-    QStringList revealed;
+    FakeFileViewer fileViewer;
     std::function<void(Strategy)> onResolve = [this](Strategy strategy) {
         resolved.append(strategy);
     };
@@ -107,8 +108,28 @@ TEST_F(ConflictResolutionSheetTest, aRowOpensAndShowsMore)
     ASSERT_TRUE(file(0).revealButton());
     EXPECT_EQ(file(0).revealButton()->text(), u"Reveal in Finder"_s);
     click(*file(0).revealButton());
-    EXPECT_EQ(revealed, QStringList({u"/data/Shell (conflicted copy 2025-11-19).json"_s}));
+    EXPECT_EQ(fileViewer.items, QStringList({u"/data/Shell (conflicted copy 2025-11-19).json"_s}));
     click(file(0).headLine());
+    EXPECT_FALSE(file(0).isExpanded());
+}
+
+TEST_F(ConflictResolutionSheetTest, aFileThatCannotBeShownIsToldInItsRow)
+{
+    open(two());
+    click(file(0).headLine());
+    EXPECT_FALSE(file(0).problemNote()->isVisible());
+    click(*file(0).revealButton());
+    fileViewer.fail(u"there is no such file"_s);
+    settle();
+    EXPECT_TRUE(file(0).problemNote()->isVisible());
+    EXPECT_EQ(file(0).problemNote()->text(), u"The file cannot be shown: there is no such file"_s);
+    EXPECT_EQ(file(0).problemNote()->symbol(), u"exclamationmark.triangle.fill"_s);
+    EXPECT_FALSE(sheet->errorLine().isVisible());
+    click(*file(0).revealButton());
+    EXPECT_FALSE(file(0).problemNote()->isVisible()) << "until this one fails as well";
+    // An answer that comes when the row has been closed finds nobody.
+    click(file(0).headLine());
+    fileViewer.fail(u"too late"_s);
     EXPECT_FALSE(file(0).isExpanded());
 }
 

@@ -1,6 +1,5 @@
 #include "views/common/DateText.h"
 
-#include <QLocale>
 #include <gtest/gtest.h>
 
 namespace vellumry::test {
@@ -9,24 +8,32 @@ namespace {
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-/// Tuesday, 18 November 2025, 16:47 UTC.
-constexpr Date afternoon{1'763'484'420s};
+/// Tuesday, 18 November 2025, 16:47 UTC, and a little more.
+constexpr Date afternoon{1'763'484'479'999ms};
 
-QString in(const QLocale& locale)
+QString in(const QLocale& locale, const char* zone = "UTC")
 {
-    QLocale::setDefault(locale);
-    QString text = mediumDateTime(afternoon);
-    QLocale::setDefault(QLocale::c());
     // Newer tables of languages have a narrow blank before AM and PM.
-    return text.replace(QChar(0x202F), u' ');
+    return mediumDateTime(afternoon, locale, QTimeZone(zone)).replace(QChar(0x202F), u' ');
 }
 
-TEST(DateTextTest, isShortInTheLanguageOfTheDesktop)
+TEST(DateTextTest, speaksAsTheDesktop)
 {
-    EXPECT_EQ(in(QLocale(QLocale::English, QLocale::UnitedStates)), u"Nov 18, 2025, 4:47 PM"_s);
-    EXPECT_EQ(in(QLocale(QLocale::English, QLocale::UnitedKingdom)), u"18 Nov 2025, 16:47"_s);
-    EXPECT_EQ(in(QLocale(QLocale::German)), u"18. Nov. 2025, 16:47"_s);
-    EXPECT_EQ(in(QLocale(QLocale::Japanese)), u"2025年11月18日, 16:47"_s);
+    EXPECT_EQ(in({QLocale::English, QLocale::UnitedStates}), u"Nov 18, 2025 at 4:47 PM"_s);
+    EXPECT_EQ(in({QLocale::English, QLocale::UnitedKingdom}), u"18 Nov 2025 at 16:47"_s);
+    EXPECT_EQ(in({QLocale::German, QLocale::Germany}), u"18. Nov. 2025 16:47"_s);
+    EXPECT_EQ(in({QLocale::Japanese, QLocale::Japan}), u"2025年11月18日 16:47"_s);
+    EXPECT_EQ(in({QLocale::Chinese, QLocale::China}), u"2025年11月18日 16:47"_s);
+}
+
+TEST(DateTextTest, withoutALanguageItSpeaksAsTheProgram)
+{
+    EXPECT_EQ(in(QLocale::c()), u"Nov 18, 2025 at 4:47 PM"_s);
+}
+
+TEST(DateTextTest, isInTheTimeZone)
+{
+    EXPECT_EQ(in(QLocale::c(), "America/New_York"), u"Nov 18, 2025 at 11:47 AM"_s);
 }
 
 TEST(DateTextTest, neverNamesTheDayOfTheWeek)

@@ -73,6 +73,15 @@ TEST_F(ExportCollectionPickerViewTest, aClickTogglesAName)
     EXPECT_FALSE(view->row(u"Work"_s)->isChecked());
 }
 
+TEST_F(ExportCollectionPickerViewTest, anAmpersandInANameIsNoKey)
+{
+    open({u"R&D"_s, u"Work"_s}, {u"Work"_s});
+    key(Qt::Key_D, Qt::AltModifier);
+    EXPECT_TRUE(changes.isEmpty());
+    click(*view->row(u"R&D"_s));
+    EXPECT_EQ(view->selectedCollectionNames(), QSet<QString>({u"R&D"_s, u"Work"_s}));
+}
+
 TEST_F(ExportCollectionPickerViewTest, selectsAllOrNone)
 {
     open({u"One"_s, u"Work"_s}, {u"Work"_s});

@@ -1,10 +1,12 @@
 #include "views/sheets/FirstLaunchView.h"
 
 #include "views/SheetFixture.h"
+#include "views/common/NoteView.h"
 #include "views/sheets/DriveLook.h"
 #include "views/sheets/ModeCard.h"
-#include "views/sheets/NoteView.h"
 #include "views/sheets/StorageLocationRow.h"
+
+#include <cerrno>
 
 namespace vellumry::test {
 namespace {
@@ -249,6 +251,38 @@ TEST_F(FirstLaunchViewTest, aFolderWithoutDataIsToldUnderTheCards)
     EXPECT_EQ(choices, QStringList({u"existing /data"_s}));
 }
 
+TEST_F(FirstLaunchViewTest, everyFolderThatCannotBeUsedIsToldAndTheNextOneCanBeTaken)
+{
+    putLibrary(u"/data"_s);
+    putLibrary(u"/unreadable"_s);
+    files.makeFolder(u"/broken"_s);
+    files.replace(u"/broken/_metadata.json"_s, "{");
+    files.makeFolder(u"/pulled out"_s);
+    files.replace(u"/a file"_s, "text");
+    files.onOperation = [](const QString& operation, const QString& path) {
+        if ((operation == u"list"_s && path == u"/pulled out"_s) ||
+            (operation == u"read"_s && path.startsWith(u"/unreadable/"_s)))
+            throw MemoryFileSystem::error(operation, path, EIO);
+    };
+    open();
+    click(view->useExistingCard());
+    for (const QString& folder : {u"/gone by now"_s, u"/broken"_s, u"/pulled out"_s,
+                                  u"/unreadable"_s, u"/a file"_s, QString()}) {
+        click(view->continueButton());
+        question.choose(folder);
+        settle();
+        EXPECT_FALSE(view->errorLine().isVisible());
+        look();
+        EXPECT_TRUE(view->errorLine().isVisible()) << qPrintable(folder);
+        EXPECT_TRUE(view->errorLine().text().startsWith(u"No Vellumry data found"_s));
+        EXPECT_TRUE(host.isPresenting());
+    }
+    click(view->continueButton());
+    question.choose(u"/data"_s);
+    look();
+    EXPECT_EQ(choices, QStringList({u"existing /data"_s}));
+}
+
 TEST_F(FirstLaunchViewTest, aFailedDialogIsToldOnTheStepThatAsked)
 {
     openLocations();
@@ -287,6 +321,32 @@ TEST_F(FirstLaunchViewTest, eachDriveHasItsColourAndSymbol)
                      u"pCloud #00AEEF cloud.fill"_s}));
 }
 
+TEST_F(FirstLaunchViewTest, anErrorThatIsNotThereTakesNoRoom)
+{
+    const auto below = [this](const QWidget& last) {
+        const QWidget& body = *view->scrollArea().widget();
+        return body.height() - last.mapTo(&body, QPoint(0, last.height())).y();
+    };
+    openLocations();
+    EXPECT_EQ(below(view->localRow()), 24 - SelectableButton::ringRoom);
+    click(view->backButton());
+    EXPECT_EQ(below(view->startFreshCard()), 24 - SelectableButton::ringRoom);
+}
+
+TEST_F(FirstLaunchViewTest, theCardsGrowWithTheirTexts)
+{
+    open();
+    const int designed = view->startFreshCard().height();
+    for (const qreal scale : {1.25, 1.6, 2.0}) {
+        theme.setTextScale(scale);
+        settle();
+        for (ModeCard* card : {&view->startFreshCard(), &view->useExistingCard()})
+            EXPECT_GE(card->height(), card->heightForWidth(card->width())) << scale;
+    }
+    EXPECT_GT(view->startFreshCard().height(), designed);
+    EXPECT_EQ(view->startFreshCard().height(), view->useExistingCard().height());
+}
+
 TEST_F(FirstLaunchViewTest, Pictures)
 {
     drives.installDropbox();
@@ -296,6 +356,9 @@ TEST_F(FirstLaunchViewTest, Pictures)
     picture(u"first-launch-0"_s);
     click(view->startFreshCard());
     picture(u"first-launch-1"_s);
+    theme.setTextScale(1.6);
+    picture(u"first-launch-1-large"_s, false);
+    theme.setTextScale(1);
     click(view->useExistingCard());
     click(view->continueButton());
     question.choose(u"/empty"_s);

@@ -6,7 +6,6 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QTemporaryDir>
-#include <QUrl>
 #include <QWidget>
 #include <gtest/gtest.h>
 
@@ -65,18 +64,6 @@ TEST_F(FolderDialogTest, goesWithItsWindow)
     ASSERT_TRUE(ask());
     window.reset();
     EXPECT_TRUE(answers.isEmpty());
-}
-
-TEST_F(FolderDialogTest, aPlaceBeyondThisMachineIsAnError)
-{
-    const PickedFile picked = FolderDialog::answer(QUrl(u"smb://server/share"_s));
-    EXPECT_EQ(picked.path, QString());
-    EXPECT_EQ(picked.error, u"\"smb://server/share\" is not a folder of this computer."_s);
-}
-
-TEST_F(FolderDialogTest, namesAreKeptAndPathsTidied)
-{
-    EXPECT_EQ(FolderDialog::answer(QUrl::fromLocalFile(u"/a b/ü%/"_s)).path, u"/a b/ü%"_s);
 }
 
 } // namespace

@@ -121,6 +121,36 @@ TEST_F(KeyboardShortcutsViewTest, thePageHasItsOwnColour)
     EXPECT_EQ(image.pixelColor(QPoint(8, 300) * image.devicePixelRatio()).name(), u"#edf1f8"_s);
 }
 
+TEST_F(KeyboardShortcutsViewTest, noTextIsCutAtAnySize)
+{
+    open();
+    const auto isWhole = [](const BentoCard* card) {
+        return card->width() >= card->leastWidth() &&
+               card->height() >= card->heightForWidth(card->width());
+    };
+    for (const qreal scale : {1.0, 1.25, 1.6, 2.0}) {
+        theme.setTextScale(scale);
+        settle();
+        for (const BentoCard* card : view->cards())
+            EXPECT_TRUE(isWhole(card)) << scale << ' ' << qPrintable(card->contents().title);
+    }
+    EXPECT_LT(view->cards()[1]->y(), view->cards()[2]->y()) << "one below the other";
+    theme.setTextScale(1);
+    settle();
+    EXPECT_EQ(view->cards()[1]->y(), view->cards()[2]->y());
+}
+
+TEST_F(KeyboardShortcutsViewTest, aLongHotKeyHasTheRowsOfTheHeroBelowItsTexts)
+{
+    open();
+    const int usual = view->cards()[0]->height();
+    key(Qt::Key_Escape);
+    open({u"space"_s, ModifierFlags::command | ModifierFlags::option | ModifierFlags::shift |
+                          ModifierFlags::control});
+    EXPECT_GE(view->cards()[0]->width(), view->cards()[0]->leastWidth());
+    EXPECT_GT(view->cards()[0]->height(), usual);
+}
+
 TEST_F(KeyboardShortcutsViewTest, Pictures)
 {
     open();

@@ -2,19 +2,20 @@
 
 #include "hotkey/FakeHotKeyBackend.h"
 #include "hotkey/HotKeysController.h"
-#include "platform/FileViewer.h"
 #include "settings/HotkeyConflictChecker.h"
 #include "settings/HotkeyService.h"
 #include "settings/SettingsService.h"
 #include "storage/MemoryFileSystem.h"
 #include "storage/StorageWorld.h"
 #include "support/FakeAppearance.h"
+#include "support/FakeFileViewer.h"
 #include "support/FakeLoginItem.h"
 #include "support/LogCapture.h"
 #include "sync/CloudDriveDetectionService.h"
 #include "sync/ConflictDetectionService.h"
 #include "views/common/Button.h"
 #include "views/common/Label.h"
+#include "views/common/NoteView.h"
 #include "views/settings/AppearanceModeButton.h"
 #include "views/settings/HotkeyRecorderButton.h"
 #include "views/settings/KeyCapView.h"
@@ -34,24 +35,6 @@
 #include <utility>
 
 namespace vellumry::test {
-
-/// A file manager that writes down what it is to show, and can be made to fail.
-class FakeFileViewer final : public FileViewer {
-public:
-    void showFolder(const QString& path, const QPointer<QObject>&,
-                    FailureHandler whenFailed) override
-    {
-        shown.append(path);
-        fail = std::move(whenFailed);
-    }
-    void showItem(const QString&, const QPointer<QObject>&, FailureHandler) override
-    {
-        ADD_FAILURE() << "the folder itself is to be shown";
-    }
-
-    QStringList shown;
-    FailureHandler fail; ///< of the last call
-};
 
 /// The registry of hot keys over a window system of plain values, for as long as it lives.
 class HotKeyRegistry {

@@ -1,5 +1,8 @@
+#include "sync/ConflictResolution.h"
+#include "views/MainFixture.h"
 #include "views/SettingsFixture.h"
 #include "views/common/SheetHost.h"
+#include "views/sheets/ConflictResolutionSheet.h"
 
 #include <QAccessible>
 #include <QAction>
@@ -8,6 +11,7 @@
 #include <QSignalSpy>
 
 #include <algorithm>
+#include <cerrno>
 
 namespace vellumry::test {
 namespace {
@@ -622,8 +626,8 @@ TEST_F(SettingsViewTest, RevealShowsTheFolder)
 {
     open();
     click(view().storageSection().revealButton());
-    EXPECT_EQ(fileViewer.shown, QStringList{world.folder});
-    SettingsNote* const problem = view().storageSection().problemNote();
+    EXPECT_EQ(fileViewer.folders, QStringList{world.folder});
+    NoteView* const problem = view().storageSection().problemNote();
     EXPECT_FALSE(problem->isVisible());
     fileViewer.fail(u"no file manager answers"_s);
     EXPECT_TRUE(problem->isVisible());
@@ -670,6 +674,61 @@ TEST_F(SettingsViewTest, ConflictsAreLookedForWhenTheSectionAppears)
     window->hide();
     window->show();
     EXPECT_TRUE(shows(u"Sync Conflict Detected"_s)) << "since the files are still there";
+}
+
+TEST_F(SettingsViewTest, AConflictIsWarnedOfUntilItIsResolved)
+{
+    const QString copy = world.folder + u"/Work (conflicted copy 2024-01-31).json"_s;
+    files.replace(world.folder + u"/Work.json"_s, "{}");
+    files.replace(copy, "{}");
+    open();
+    const ReducedMotion reducedMotion;
+    SheetHost host(theme, &view());
+    const QWidget* const warning = view().storageSection().conflictWarning();
+    QPointer<ConflictResolutionSheet> sheet;
+    QObject::connect(
+        &view(), &SettingsView::resolveConflictsRequested, &host,
+        [&](const QList<ConflictFile>& found) {
+            sheet = new ConflictResolutionSheet(
+                {.theme = theme,
+                 .scheduler = world.scheduler,
+                 .conflicts = found,
+                 .onResolve =
+                     [this](ConflictMergeStrategy strategy) {
+                         ConflictResolution(conflicts, world.service()).resolve(strategy);
+                     },
+                 .fileViewer = fileViewer,
+                 .onDismiss = [&] { host.dismiss(sheet); }});
+            host.present(sheet, {});
+        });
+
+    click(view().storageSection().resolveButton());
+    ASSERT_TRUE(sheet);
+    click(&sheet->ignoreButton());
+    EXPECT_FALSE(host.isPresenting());
+    EXPECT_TRUE(warning->isVisible());
+    EXPECT_TRUE(files.exists(copy));
+
+    // A copy that cannot be removed: nobody is told, and the next time it is there again.
+    files.onOperation = [&](const QString& operation, const QString& path) {
+        if (operation == u"remove"_s && path == copy)
+            throw MemoryFileSystem::error(operation, path, EACCES);
+    };
+    const auto resolve = [&] {
+        click(view().storageSection().resolveButton());
+        click(&sheet->resolveButton());
+        EXPECT_FALSE(warning->isVisible());
+        world.scheduler.advance(std::chrono::milliseconds(500));
+        EXPECT_FALSE(host.isPresenting());
+        window->hide();
+        window->show();
+    };
+    resolve();
+    EXPECT_TRUE(warning->isVisible());
+    files.onOperation = nullptr;
+    resolve();
+    EXPECT_FALSE(warning->isVisible());
+    EXPECT_FALSE(files.exists(copy));
 }
 
 // For everybody

@@ -8,6 +8,7 @@
 #include "views/MainFixture.h"
 #include "views/sheets/ScrollingSheet.h"
 
+#include <QCursor>
 #include <QDir>
 #include <QImage>
 #include <QLabel>
@@ -22,7 +23,12 @@ namespace vellumry::test {
 /// test's hands.
 class SheetFixture : public testing::Test {
 protected:
-    SheetFixture() { window.resize(1024, 680); }
+    SheetFixture()
+    {
+        // The pointer is over none of it.
+        QCursor::setPos({5000, 5000});
+        window.resize(1024, 680);
+    }
 
     /// Shows a sheet as the program does. Escape is its own affair.
     template <typename Sheet>

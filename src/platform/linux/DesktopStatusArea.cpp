@@ -2,6 +2,7 @@
 
 #include "core/Scheduler.h"
 #include "platform/linux/SessionBus.h"
+#include "platform/linux/XcbReply.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -12,8 +13,6 @@
 #include <QGuiApplication>
 #include <xcb/xcb.h>
 
-#include <cstdlib>
-#include <memory>
 #include <string_view>
 
 namespace vellumry {
@@ -22,10 +21,6 @@ namespace {
 
 const QString watcherService = QStringLiteral("org.kde.StatusNotifierWatcher");
 const QString watcherPath = QStringLiteral("/StatusNotifierWatcher");
-
-struct FreeReply {
-    void operator()(void* reply) const { std::free(reply); }
-};
 
 /// Whether a program on the X display takes items in the older way.
 bool hasTrayOfTheDisplay()
@@ -37,13 +32,12 @@ bool hasTrayOfTheDisplay()
         return false;
     xcb_connection_t* connection = x11->connection();
     constexpr std::string_view name = "_NET_SYSTEM_TRAY_S0";
-    const std::unique_ptr<xcb_intern_atom_reply_t, FreeReply> selection(xcb_intern_atom_reply(
+    const XcbReply<xcb_intern_atom_reply_t> selection(xcb_intern_atom_reply(
         connection, xcb_intern_atom(connection, 0, name.size(), name.data()), nullptr));
     if (!selection)
         return false;
-    const std::unique_ptr<xcb_get_selection_owner_reply_t, FreeReply> owner(
-        xcb_get_selection_owner_reply(
-            connection, xcb_get_selection_owner(connection, selection->atom), nullptr));
+    const XcbReply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
+        connection, xcb_get_selection_owner(connection, selection->atom), nullptr));
     return owner && owner->owner != XCB_WINDOW_NONE;
 }
 

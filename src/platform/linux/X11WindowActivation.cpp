@@ -1,23 +1,17 @@
 #include "platform/linux/X11WindowActivation.h"
 
+#include "platform/linux/XcbReply.h"
+
 #include <QGuiApplication>
 #include <QWindow>
 #include <xcb/xcb.h>
 #include <xcb/xfixes.h>
 
-#include <cstdlib>
 #include <cstring>
-#include <memory>
 
 namespace vellumry {
 
 namespace {
-
-struct FreeReply {
-    void operator()(void* reply) const { std::free(reply); }
-};
-template <typename Reply>
-using ReplyPointer = std::unique_ptr<Reply, FreeReply>;
 
 /// Tells the window manager that the person, not the program, asks for the window.
 constexpr std::uint32_t sourceIsPerson = 2;
@@ -93,7 +87,7 @@ std::uint32_t X11WindowActivation::atom(const char* name) const
 {
     const auto cookie =
         xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(std::strlen(name)), name);
-    const ReplyPointer<xcb_intern_atom_reply_t> reply(
+    const XcbReply<xcb_intern_atom_reply_t> reply(
         xcb_intern_atom_reply(connection, cookie, nullptr));
     return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
 }
@@ -104,7 +98,7 @@ bool X11WindowActivation::hasWindowManager() const
     const auto check = [this, property](xcb_window_t window) -> xcb_window_t {
         const auto cookie =
             xcb_get_property(connection, 0, window, property, XCB_ATOM_WINDOW, 0, 1);
-        const ReplyPointer<xcb_get_property_reply_t> reply(
+        const XcbReply<xcb_get_property_reply_t> reply(
             xcb_get_property_reply(connection, cookie, nullptr));
         if (!reply || reply->format != 32 || xcb_get_property_value_length(reply.get()) < 4)
             return XCB_WINDOW_NONE;
@@ -120,7 +114,7 @@ bool X11WindowActivation::hasWindowManager() const
 bool X11WindowActivation::hasCompositor() const
 {
     const auto cookie = xcb_get_selection_owner(connection, compositorSelection);
-    const ReplyPointer<xcb_get_selection_owner_reply_t> reply(
+    const XcbReply<xcb_get_selection_owner_reply_t> reply(
         xcb_get_selection_owner_reply(connection, cookie, nullptr));
     return reply && reply->owner != XCB_WINDOW_NONE;
 }
@@ -130,7 +124,7 @@ void X11WindowActivation::followCompositor()
     const auto* extension = xcb_get_extension_data(connection, &xcb_xfixes_id);
     if (!extension || !extension->present)
         return;
-    const ReplyPointer<xcb_xfixes_query_version_reply_t> version(xcb_xfixes_query_version_reply(
+    const XcbReply<xcb_xfixes_query_version_reply_t> version(xcb_xfixes_query_version_reply(
         connection,
         xcb_xfixes_query_version(connection, XCB_XFIXES_MAJOR_VERSION, XCB_XFIXES_MINOR_VERSION),
         nullptr));

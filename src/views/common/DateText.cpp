@@ -1,9 +1,7 @@
 #include "views/common/DateText.h"
 
 #include <QDateTime>
-#include <QLocale>
 #include <QRegularExpression>
-#include <QStringBuilder>
 
 namespace vellumry {
 
@@ -21,13 +19,17 @@ QString mediumDateFormat(const QLocale& locale)
 
 } // namespace
 
-QString mediumDateTime(Date date)
+QString mediumDateTime(Date date, const QLocale& system, const QTimeZone& zone)
 {
+    // A desktop without a language speaks as the program does.
+    const QLocale locale =
+        system.language() == QLocale::C ? QLocale(QLocale::English, QLocale::UnitedStates) : system;
+    const bool isEnglish = locale.language() == QLocale::English;
     const auto sinceEpoch = std::chrono::floor<std::chrono::milliseconds>(date).time_since_epoch();
-    const QDateTime local = QDateTime::fromMSecsSinceEpoch(sinceEpoch.count());
-    const QLocale locale;
-    return locale.toString(local.date(), mediumDateFormat(locale)) % u", " %
-           locale.toString(local.time(), QLocale::ShortFormat);
+    const QDateTime time = QDateTime::fromMSecsSinceEpoch(sinceEpoch.count(), zone);
+    return locale.toString(time.date(), mediumDateFormat(locale)) +
+           (isEnglish ? QStringLiteral(" at ") : QStringLiteral(" ")) +
+           locale.toString(time.time(), QLocale::ShortFormat);
 }
 
 } // namespace vellumry

@@ -2,12 +2,15 @@
 
 #include "core/Date.h"
 
+#include <QLocale>
 #include <QString>
+#include <QTimeZone>
 
 namespace vellumry {
 
-/// A date and its time of day for people, in the local time and the language of the desktop, with
-/// the month shortened: "Nov 18, 2025, 4:47 PM".
-[[nodiscard]] QString mediumDateTime(Date date);
+/// A date for people: its day with the month in short, and the time to the minute, such as
+/// "Mar 14, 2025 at 9:12 AM", in the manner of the locale, by default that of the desktop.
+[[nodiscard]] QString mediumDateTime(Date date, const QLocale& locale = QLocale::system(),
+                                     const QTimeZone& zone = QTimeZone::systemTimeZone());
 
 } // namespace vellumry

@@ -22,6 +22,17 @@ public:
     static void paint(QPainter& painter, const Theme& theme, const QStringList& keys,
                       const QPointF& position);
 
+    struct CapColors {
+        QColor background;
+        QColor border;
+        QColor text;
+    };
+
+    /// A single cap that is at least `side` wide and high.
+    [[nodiscard]] static QSize capSize(const Theme& theme, const QString& key, int side);
+    static void paintCap(QPainter& painter, const Theme& theme, const QRectF& cap,
+                         const QString& key, const CapColors& colors);
+
 protected:
     void paintEvent(QPaintEvent* event) override;
 

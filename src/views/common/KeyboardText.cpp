@@ -15,8 +15,15 @@ struct CapName {
 constexpr std::array<CapName, 4> modifierCaps{
     {{u"⌘", u"Ctrl"}, {u"⌥", u"Alt"}, {u"⇧", u"Shift"}, {u"⌃", u"Super"}}};
 
-constexpr std::array<CapName, 5> spokenCaps{
-    {{u"␣", u"Space"}, {u"↩", u"Return"}, {u"⇥", u"Tab"}, {u"⌫", u"Delete"}, {u"⎋", u"Escape"}}};
+constexpr std::array<CapName, 9> spokenCaps{{{u"␣", u"Space"},
+                                             {u"↩", u"Return"},
+                                             {u"⇥", u"Tab"},
+                                             {u"⌫", u"Delete"},
+                                             {u"⎋", u"Escape"},
+                                             {u"↑", u"Up"},
+                                             {u"↓", u"Down"},
+                                             {u"←", u"Left"},
+                                             {u"→", u"Right"}}};
 
 } // namespace
 

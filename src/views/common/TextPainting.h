@@ -18,4 +18,11 @@ namespace vellumry {
 void paintLine(QPainter& painter, const QRectF& rect, const QString& text, const QFont& font,
                const QColor& color, Qt::Alignment horizontal = Qt::AlignLeft);
 
+/// The height that a text takes when it is broken into lines of this width.
+[[nodiscard]] qreal wrappedHeight(const QString& text, const QFont& font, qreal width);
+
+/// Paints a text from the top of `rect`, broken into lines.
+void paintWrapped(QPainter& painter, const QRectF& rect, const QString& text, const QFont& font,
+                  const QColor& color);
+
 } // namespace vellumry

@@ -1,10 +1,10 @@
 #include "views/editor/EditorBottomBar.h"
 
 #include "library/SnippetEditorViewModel.h"
+#include "views/common/DateText.h"
 #include "views/common/Icon.h"
 #include "views/common/Strokes.h"
 #include "views/common/TextPainting.h"
-#include "views/editor/MediumDate.h"
 
 #include <QEvent>
 #include <QPainter>
@@ -49,7 +49,7 @@ EditorBottomBar::EditorBottomBar(const Theme& look, SnippetEditorViewModel& mode
 
 QString EditorBottomBar::createdText() const
 {
-    return QStringLiteral("Created ") + mediumDate(viewModel.snippet().createdAt());
+    return QStringLiteral("Created ") + mediumDateTime(viewModel.snippet().createdAt());
 }
 
 QString EditorBottomBar::copiedText() const

@@ -1,9 +1,9 @@
 #include "views/editor/SaveFilePanel.h"
 
 #include "views/common/AlertCard.h"
+#include "views/common/FileDialog.h"
 #include "views/common/SheetHost.h"
 
-#include <QFileDialog>
 #include <QMimeDatabase>
 
 #include <memory>
@@ -23,15 +23,17 @@ void SaveFilePanel::ask(const Request& request, std::function<void(const QString
     QString name = request.fileName;
     name.replace(u'/', u'-').remove(QChar(0));
 
-    auto* dialog = new QFileDialog(sheets().window(), request.title);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setAcceptMode(QFileDialog::AcceptSave);
-    dialog->setFileMode(QFileDialog::AnyFile);
-    dialog->setMimeTypeFilters({type});
-    dialog->setDefaultSuffix(QMimeDatabase().mimeTypeForName(type).preferredSuffix());
-    dialog->selectFile(name);
-    QObject::connect(dialog, &QFileDialog::fileSelected, dialog, std::move(onChosen));
-    dialog->open();
+    FileDialog::show(*sheets().window(),
+                     {.kind = FileChooser::Kind::saveFile,
+                      .title = request.title,
+                      .fileName = name,
+                      .mimeType = type},
+                     [this, onChosen = std::move(onChosen)](const auto& answer) {
+                         if (answer && answer->error)
+                             warn(QStringLiteral("The file cannot be saved there"), *answer->error);
+                         else if (answer)
+                             onChosen(answer->path);
+                     });
 }
 
 void SaveFilePanel::warn(const QString& message, const QString& informativeText)

@@ -1,20 +1,15 @@
 #include "views/settings/KeyCapView.h"
 
+#include "views/common/KeyCaps.h"
 #include "views/common/KeyboardText.h"
-#include "views/common/Strokes.h"
-#include "views/common/TextPainting.h"
 
 #include <QPainter>
-#include <QtMath>
 
 namespace vellumry {
 
 namespace {
 
 constexpr int side = 22;
-constexpr int padding = 6;
-constexpr int radius = 4;
-constexpr int bottomEdge = 2;
 
 } // namespace
 
@@ -49,21 +44,20 @@ void KeyCapView::setKey(const QString& symbol, bool isRecording)
 
 QSize KeyCapView::sizeHint() const
 {
-    const int high = theme.rowHeight(side, TextStyle::captionMedium);
-    const qreal wide = QFontMetricsF(theme.font(TextStyle::captionMedium)).horizontalAdvance(text);
-    return {std::max(high, qCeil(wide) + 2 * padding), high};
+    return KeyCaps::capSize(theme, text, side);
 }
 
 void KeyCapView::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     const Colors colors = Colors::of(theme.colors());
-    const QRectF cap(rect());
-    fillRounded(painter, cap, radius, recording ? colors.recordingBorder : colors.normalBorder);
-    fillRounded(painter, cap.adjusted(1, 1, -1, -bottomEdge), radius - 1,
-                recording ? colors.recordingBackground : colors.normalBackground);
-    paintLine(painter, cap.adjusted(0, 0, 0, -1), text, theme.font(TextStyle::captionMedium),
-              recording ? colors.recordingText : colors.normalText, Qt::AlignHCenter);
+    const KeyCaps::CapColors normal{.background = colors.normalBackground,
+                                    .border = colors.normalBorder,
+                                    .text = colors.normalText};
+    const KeyCaps::CapColors whileRecording{.background = colors.recordingBackground,
+                                            .border = colors.recordingBorder,
+                                            .text = colors.recordingText};
+    KeyCaps::paintCap(painter, theme, rect(), text, recording ? whileRecording : normal);
 }
 
 } // namespace vellumry

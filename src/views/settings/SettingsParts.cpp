@@ -4,10 +4,8 @@
 #include "views/common/Icon.h"
 #include "views/common/Label.h"
 #include "views/common/Strokes.h"
-#include "views/common/SymbolView.h"
 #include "views/sheets/DriveLook.h"
 
-#include <QAccessible>
 #include <QBoxLayout>
 #include <QPainter>
 
@@ -25,11 +23,6 @@ constexpr int titleGap = 2;
 constexpr int tileSide = 32;
 constexpr int tileRadius = 8;
 constexpr int tileSymbol = 18;
-
-constexpr int noteRadius = 8;
-constexpr int noteGap = 9;
-constexpr QMargins noteMargins(12, 10, 12, 10);
-constexpr int noteTitleGap = 3;
 
 } // namespace
 
@@ -127,60 +120,6 @@ void SettingsTile::paintEvent(QPaintEvent*)
     fillRounded(painter, rect(), tileRadius, theme.colors().accentTint);
     const qreal inset = (tileSide - tileSymbol) / 2.0;
     Icon(symbolName).paint(painter, {inset, inset}, tileSymbol, theme.colors().accent);
-}
-
-SettingsNote::SettingsNote(const Theme& look, Kind noteKind, const Contents& contents,
-                           QWidget* parent)
-    : QWidget(parent), theme(look), kind(noteKind), line(new QHBoxLayout(this))
-{
-    const bool isError = kind == Kind::error;
-    line->setContentsMargins(noteMargins);
-    line->setSpacing(noteGap);
-    line->addWidget(new SymbolView(theme, contents.symbol, contents.symbolSize,
-                                   isError ? &ColorTokens::danger : &ColorTokens::warning, this));
-    auto* texts = new QVBoxLayout;
-    texts->setSpacing(noteTitleGap);
-    Label::Color color = isError ? &ColorTokens::danger : &ColorTokens::textPrimary;
-    if (!contents.title.isEmpty()) {
-        texts->addWidget(new Label(theme, TextStyle::labelStrong, color, contents.title, this));
-        color = &ColorTokens::textSecondary;
-    }
-    message =
-        new Label(theme, isError ? TextStyle::labelMedium : TextStyle::label, color, {}, this);
-    message->setWordWrap(true);
-    texts->addWidget(message);
-    line->addLayout(texts, 1);
-    connect(&theme, &Theme::changed, this, qOverload<>(&QWidget::update));
-}
-
-void SettingsNote::setText(const QString& text)
-{
-    if (message->text() == text)
-        return;
-    message->setText(text);
-    QAccessibleEvent told(message, QAccessible::Alert);
-    QAccessible::updateAccessibility(&told);
-}
-
-QString SettingsNote::text() const
-{
-    return message->text();
-}
-
-void SettingsNote::addButton(QWidget* button)
-{
-    // What shows the focus around it lies in the margin.
-    line->setContentsMargins(noteMargins -
-                             QMargins(0, Button::ringRoom, Button::ringRoom, Button::ringRoom));
-    line->addWidget(button);
-}
-
-void SettingsNote::paintEvent(QPaintEvent*)
-{
-    QPainter painter(this);
-    const ColorTokens& token = theme.colors();
-    fillRounded(painter, rect(), noteRadius,
-                kind == Kind::error ? token.dangerTint : token.warningTint);
 }
 
 } // namespace vellumry

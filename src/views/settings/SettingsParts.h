@@ -13,8 +13,6 @@ class QVBoxLayout;
 
 namespace vellumry {
 
-class Label;
-
 /// The rows of a section of the settings, in a box.
 class SettingsGroup : public QWidget {
     Q_OBJECT
@@ -75,38 +73,6 @@ private:
     QString symbolName;
     bool accented = false;
     std::optional<QColor> own;
-};
-
-/// A remark on a ground of its own: a symbol, and beside it a text that wraps.
-class SettingsNote final : public QWidget {
-    Q_OBJECT
-
-public:
-    enum class Kind { warning, error };
-    struct Contents {
-        QString symbol;
-        int symbolSize = 16;
-        QString title; ///< above the text, or none
-    };
-
-    /// The theme outlives the note.
-    SettingsNote(const Theme& theme, Kind kind, const Contents& contents,
-                 QWidget* parent = nullptr);
-
-    /// Says it, to a screen reader as well.
-    void setText(const QString& text);
-    [[nodiscard]] QString text() const;
-    /// At the end of the line.
-    void addButton(QWidget* button);
-
-protected:
-    void paintEvent(QPaintEvent* event) override;
-
-private:
-    const Theme& theme;
-    Kind kind;
-    QHBoxLayout* line;
-    Label* message;
 };
 
 } // namespace vellumry

@@ -5,6 +5,7 @@
 #include "settings/SettingsService.h"
 #include "views/common/Button.h"
 #include "views/common/Label.h"
+#include "views/common/NoteView.h"
 #include "views/common/OverlayScrollBar.h"
 #include "views/common/Strokes.h"
 #include "views/common/SymbolView.h"
@@ -211,9 +212,8 @@ void SettingsView::addKeyboardSection(QVBoxLayout& column, QWidget* body)
     noteRow = new QWidget(group);
     auto* noteLayout = new QVBoxLayout(noteRow);
     noteLayout->setContentsMargins(rowSide, 0, rowSide, noteBelow);
-    note = new SettingsNote(
-        theme, SettingsNote::Kind::warning,
-        {.symbol = QStringLiteral("exclamationmark.triangle.fill"), .title = {}}, noteRow);
+    note = new NoteView(theme, NoteView::Kind::warning,
+                        {.symbol = QStringLiteral("exclamationmark.triangle.fill")}, noteRow);
     noteLayout->addWidget(note);
     noteRow->hide();
     group->addRow(noteRow);

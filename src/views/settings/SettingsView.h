@@ -27,9 +27,9 @@ class HotkeyConflictChecker;
 class HotkeyRecorderButton;
 class HotkeyServiceProtocol;
 class Label;
+class NoteView;
 class NotificationCenter;
 class OverlayScrollBar;
-class SettingsNote;
 class SettingsService;
 class SettingsSwitch;
 class StorageLocationManager;
@@ -74,7 +74,7 @@ public:
     [[nodiscard]] QWidget* launchNotice() const { return launchProblem; }
     [[nodiscard]] HotkeyRecorderButton* recorderButton() const { return recorder; }
     [[nodiscard]] Label* recorderHelp() const { return help; }
-    [[nodiscard]] SettingsNote* warningNote() const { return note; }
+    [[nodiscard]] NoteView* warningNote() const { return note; }
     [[nodiscard]] StorageSettingsSection& storageSection() const { return *storage; }
     [[nodiscard]] Button* resetButton() const { return reset; }
     [[nodiscard]] Button* doneButton() const { return done; }
@@ -131,7 +131,7 @@ private:
     HotkeyRecorderButton* recorder = nullptr;
     Label* help = nullptr;
     QWidget* noteRow = nullptr;
-    SettingsNote* note = nullptr;
+    NoteView* note = nullptr;
     StorageSettingsSection* storage = nullptr;
     Button* reset = nullptr;
     Button* done = nullptr;

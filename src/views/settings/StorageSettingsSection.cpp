@@ -9,6 +9,7 @@
 #include "views/common/Button.h"
 #include "views/common/Fonts.h"
 #include "views/common/Label.h"
+#include "views/common/NoteView.h"
 #include "views/common/Strokes.h"
 #include "views/common/TextPainting.h"
 #include "views/sheets/DriveLook.h"
@@ -167,9 +168,7 @@ void StorageSettingsSection::addProblem()
     problemRow = new QWidget(this);
     auto* row = new QVBoxLayout(problemRow);
     row->setContentsMargins(side, 0, side, side);
-    problem = new SettingsNote(
-        services.theme, SettingsNote::Kind::error,
-        {.symbol = QStringLiteral("exclamationmark.triangle.fill"), .title = {}}, problemRow);
+    problem = NoteView::forErrors(services.theme, problemRow);
     row->addWidget(problem);
     problemRow->hide();
     addRow(problemRow);
@@ -201,11 +200,11 @@ void StorageSettingsSection::addConflictWarning()
     conflictRow = new QWidget(this);
     auto* row = new QVBoxLayout(conflictRow);
     row->setContentsMargins(side, 0, side, side);
-    conflicts = new SettingsNote(services.theme, SettingsNote::Kind::warning,
-                                 {.symbol = QStringLiteral("exclamationmark.triangle.fill"),
-                                  .symbolSize = conflictSymbol,
-                                  .title = QStringLiteral("Sync Conflict Detected")},
-                                 conflictRow);
+    conflicts = new NoteView(services.theme, NoteView::Kind::warning,
+                             {.symbol = QStringLiteral("exclamationmark.triangle.fill"),
+                              .symbolSize = conflictSymbol,
+                              .headline = QStringLiteral("Sync Conflict Detected")},
+                             conflictRow);
     resolve = new Button(services.theme, Button::Kind::bordered, QStringLiteral("Resolve..."),
                          conflicts, Button::Size::small);
     conflicts->addButton(resolve);

@@ -15,6 +15,7 @@ class CloudDriveDetectionService;
 class CollectionFileStorageService;
 class ConflictDetectionService;
 class FileViewer;
+class NoteView;
 class NotificationCenter;
 class StorageLocationManager;
 
@@ -46,9 +47,9 @@ public:
     [[nodiscard]] QWidget* watching() const { return watchingMark; }
     [[nodiscard]] QWidget* syncHint() const { return syncRow; }
     [[nodiscard]] QWidget* conflictWarning() const { return conflictRow; }
-    [[nodiscard]] SettingsNote* conflictNote() const { return conflicts; }
+    [[nodiscard]] NoteView* conflictNote() const { return conflicts; }
     /// Tells that the folder could not be shown.
-    [[nodiscard]] SettingsNote* problemNote() const { return problem; }
+    [[nodiscard]] NoteView* problemNote() const { return problem; }
     [[nodiscard]] Button* revealButton() const { return reveal; }
     [[nodiscard]] Button* changeButton() const { return change; }
     [[nodiscard]] Button* resolveButton() const { return resolve; }
@@ -79,9 +80,9 @@ private:
     QBoxLayout* actionsRow = nullptr;
     QWidget* syncRow = nullptr;
     QWidget* conflictRow = nullptr;
-    SettingsNote* conflicts = nullptr;
+    NoteView* conflicts = nullptr;
     QWidget* problemRow = nullptr;
-    SettingsNote* problem = nullptr;
+    NoteView* problem = nullptr;
     Button* reveal = nullptr;
     Button* change = nullptr;
     Button* resolve = nullptr;

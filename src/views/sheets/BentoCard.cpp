@@ -2,11 +2,11 @@
 
 #include "views/common/Icon.h"
 #include "views/common/KeyCaps.h"
+#include "views/common/KeyboardText.h"
 #include "views/common/Motion.h"
 #include "views/common/Strokes.h"
 #include "views/common/TextPainting.h"
 
-#include <QHash>
 #include <QPainter>
 #include <QStringBuilder>
 #include <QVariantAnimation>
@@ -32,20 +32,14 @@ constexpr int designedTip = 34;
 constexpr int tipPadding = 10;
 constexpr int tipRadius = 8;
 constexpr int tipSymbolSize = 16;
-constexpr int heroTextLines = 2;
+constexpr int tipSymbolGap = 8;
+constexpr int heroTagGap = 4;
+constexpr int heroRowsGap = 12; ///< between its texts and the rows below
+constexpr int plentyOfWidth = 10'000;
+constexpr int outside = margin + BentoCard::growRoom;
 constexpr qreal hoveredScale = 1.01;
 constexpr std::chrono::milliseconds growTime{150};
 constexpr QColor tipColor(0xFF, 0x95, 0x00);
-
-/// What a screen reader says of an arrow.
-QString spoken(const QString& key)
-{
-    static const QHash<QString, QString> names{{QStringLiteral("↑"), QStringLiteral("Up")},
-                                               {QStringLiteral("↓"), QStringLiteral("Down")},
-                                               {QStringLiteral("←"), QStringLiteral("Left")},
-                                               {QStringLiteral("→"), QStringLiteral("Right")}};
-    return names.value(key, key);
-}
 
 QString spoken(const BentoCard::Row& row)
 {
@@ -53,10 +47,15 @@ QString spoken(const BentoCard::Row& row)
     for (const QStringList& keys : row.keys) {
         QStringList names;
         for (const QString& key : keys)
-            names.append(spoken(key));
+            names.append(spokenCap(key));
         alternatives.append(names.join(u'+'));
     }
     return row.label % u": " % alternatives.join(QStringLiteral(" or "));
+}
+
+qreal widthOf(const Theme& theme, TextStyle style, const QString& text)
+{
+    return std::ceil(QFontMetricsF(theme.font(style)).horizontalAdvance(text)) + 1;
 }
 
 } // namespace
@@ -110,19 +109,76 @@ int BentoCard::tipHeight() const
     return theme.rowHeight(designedTip, TextStyle::label);
 }
 
+qreal BentoCard::keysWidth(const Row& row) const
+{
+    const QFontMetricsF metrics(theme.font(TextStyle::body));
+    const qreal between = 2 * slashGap + std::ceil(metrics.horizontalAdvance(u'/'));
+    qreal wide = -between;
+    for (const QStringList& keys : row.keys)
+        wide += KeyCaps::sizeOf(theme, keys).width() + between;
+    return wide;
+}
+
+qreal BentoCard::rowsWidth() const
+{
+    qreal wide = 0;
+    for (const Row& row : shown.rows)
+        wide =
+            std::max(wide, widthOf(theme, TextStyle::body, row.label) + slashGap + keysWidth(row));
+    return wide;
+}
+
+qreal BentoCard::heroTitleWidth() const
+{
+    return widthOf(theme, TextStyle::sheetTitle, shown.title);
+}
+
+qreal BentoCard::heroTextsHeight(qreal wide) const
+{
+    return tagHeight() + heroTagGap + theme.lineHeight(TextStyle::sheetTitle) +
+           wrappedHeight(shown.text, theme.font(TextStyle::label), wide);
+}
+
+bool BentoCard::isSideBySide(qreal innerWidth) const
+{
+    return heroTitleWidth() <= innerWidth / 2 - margin &&
+           rowsWidth() <= innerWidth / 2 - margin / 2.0;
+}
+
+int BentoCard::leastWidth() const
+{
+    qreal inner = rowsWidth();
+    if (isHero()) {
+        inner = std::max(inner, heroTitleWidth());
+    } else {
+        qreal head = symbolSize + symbolGap + widthOf(theme, TextStyle::heading, shown.title);
+        if (!shown.tag.isEmpty())
+            head += symbolGap + tagWidth();
+        inner = std::max(inner, head);
+        if (!shown.tip.isEmpty())
+            inner = std::max(inner, 2 * tipPadding + tipSymbolSize + tipSymbolGap +
+                                        widthOf(theme, TextStyle::label, shown.tip));
+    }
+    return qCeil(inner) + 2 * outside;
+}
+
 QSize BentoCard::sizeHint() const
 {
-    int high = int(shown.rows.size()) * rowHeight();
+    return {0, heightForWidth(plentyOfWidth)};
+}
+
+int BentoCard::heightForWidth(int wide) const
+{
+    const int rows = int(shown.rows.size()) * rowHeight();
     if (isHero()) {
-        const int texts = tagHeight() + 4 + theme.lineHeight(TextStyle::sheetTitle) +
-                          heroTextLines * theme.lineHeight(TextStyle::label);
-        high = std::max(high, texts);
-    } else {
-        high += titleHeight() + titleGap;
-        if (!shown.tip.isEmpty())
-            high += tipGap + tipHeight();
+        const qreal inner = wide - 2 * outside;
+        const qreal high = isSideBySide(inner)
+                               ? std::max<qreal>(rows, heroTextsHeight(inner / 2 - margin))
+                               : heroTextsHeight(inner) + heroRowsGap + rows;
+        return qCeil(high) + 2 * outside;
     }
-    return {0, high + 2 * (margin + growRoom)};
+    const int tip = shown.tip.isEmpty() ? 0 : tipGap + tipHeight();
+    return titleHeight() + titleGap + rows + tip + 2 * outside;
 }
 
 void BentoCard::paintEvent(QPaintEvent*)
@@ -159,20 +215,26 @@ void BentoCard::paintTag(QPainter& painter, const QPointF& topLeft, const QColor
 
 void BentoCard::paintHero(QPainter& painter, const QRectF& inner) const
 {
-    const ColorTokens& token = theme.colors();
     const qreal half = inner.width() / 2;
-    const int title = theme.lineHeight(TextStyle::sheetTitle);
-    const int text = heroTextLines * theme.lineHeight(TextStyle::label);
-    QRectF left(inner.x(), inner.center().y() - (tagHeight() + 4 + title + text) / 2.0,
-                half - margin, tagHeight());
-    paintTag(painter, left.topLeft(), shown.accent, Qt::white);
-    left = QRectF(left.x(), left.bottom() + 4, left.width(), title);
-    paintLine(painter, left, shown.title, theme.font(TextStyle::sheetTitle), token.textPrimary);
-    painter.setFont(theme.font(TextStyle::label));
-    painter.setPen(token.textSecondary);
-    painter.drawText(QRectF(left.x(), left.bottom(), left.width(), text),
-                     int(Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap), shown.text);
+    if (!isSideBySide(inner.width())) {
+        paintHeroTexts(painter, inner);
+        paintRows(painter, inner.adjusted(0, heroTextsHeight(inner.width()) + heroRowsGap, 0, 0));
+        return;
+    }
+    const qreal texts = heroTextsHeight(half - margin);
+    paintHeroTexts(painter, {inner.x(), inner.center().y() - texts / 2, half - margin, texts});
     paintRows(painter, {inner.x() + half + margin / 2.0, inner.y(), half - margin / 2.0, 0});
+}
+
+void BentoCard::paintHeroTexts(QPainter& painter, const QRectF& room) const
+{
+    const ColorTokens& token = theme.colors();
+    paintTag(painter, room.topLeft(), shown.accent, Qt::white);
+    const QRectF title(room.x(), room.y() + tagHeight() + heroTagGap, room.width(),
+                       theme.lineHeight(TextStyle::sheetTitle));
+    paintLine(painter, title, shown.title, theme.font(TextStyle::sheetTitle), token.textPrimary);
+    paintWrapped(painter, {room.x(), title.bottom(), room.width(), room.bottom() - title.bottom()},
+                 shown.text, theme.font(TextStyle::label), token.textSecondary);
 }
 
 void BentoCard::paintTopic(QPainter& painter, const QRectF& inner) const
@@ -198,8 +260,8 @@ void BentoCard::paintTopic(QPainter& painter, const QRectF& inner) const
     Icon(shown.tipSymbol)
         .paint(painter, {tip.x() + tipPadding, tip.center().y() - tipSymbolSize / 2.0},
                tipSymbolSize, tipColor);
-    paintLine(painter, tip.adjusted(tipPadding + tipSymbolSize + 8, 0, -tipPadding, 0), shown.tip,
-              theme.font(TextStyle::label), token.textSecondary);
+    paintLine(painter, tip.adjusted(tipPadding + tipSymbolSize + tipSymbolGap, 0, -tipPadding, 0),
+              shown.tip, theme.font(TextStyle::label), token.textSecondary);
 }
 
 void BentoCard::paintRows(QPainter& painter, QRectF row) const

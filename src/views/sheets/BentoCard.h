@@ -33,7 +33,7 @@ public:
         QColor accent;
         QString tag = {};
         QString title;
-        QString text = {}; ///< under the title of the hero, which has its rows at its right
+        QString text = {}; ///< under the title of the hero
         std::vector<Row> rows;
         QString tipSymbol = {};
         QString tip = {};
@@ -45,8 +45,12 @@ public:
     [[nodiscard]] const Contents& contents() const { return shown; }
     [[nodiscard]] qreal scale() const;
 
+    /// The width below which a text would be cut.
+    [[nodiscard]] int leastWidth() const;
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+    [[nodiscard]] bool hasHeightForWidth() const override { return true; }
+    [[nodiscard]] int heightForWidth(int wide) const override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -59,11 +63,18 @@ private:
     [[nodiscard]] int titleHeight() const;
     [[nodiscard]] int tagHeight() const;
     [[nodiscard]] int tipHeight() const;
+    [[nodiscard]] qreal keysWidth(const Row& row) const;
+    [[nodiscard]] qreal rowsWidth() const;
+    [[nodiscard]] qreal heroTitleWidth() const;
+    [[nodiscard]] qreal heroTextsHeight(qreal wide) const;
+    /// Whether the hero has its rows beside its texts, not below.
+    [[nodiscard]] bool isSideBySide(qreal innerWidth) const;
     void grow(bool isHovered);
     void paintTag(QPainter& painter, const QPointF& topLeft, const QColor& ground,
                   const QColor& text) const;
     [[nodiscard]] qreal tagWidth() const;
     void paintHero(QPainter& painter, const QRectF& inner) const;
+    void paintHeroTexts(QPainter& painter, const QRectF& room) const;
     void paintTopic(QPainter& painter, const QRectF& inner) const;
     void paintRows(QPainter& painter, QRectF row) const;
 

@@ -3,16 +3,18 @@
 #include "views/common/Button.h"
 #include "views/common/Icon.h"
 #include "views/common/Label.h"
+#include "views/common/NoteView.h"
 #include "views/common/Strokes.h"
 #include "views/common/TextPainting.h"
+#include "views/common/WrappingLabel.h"
 #include "views/sheets/CustomLocationChooser.h"
 #include "views/sheets/MigrationProgressView.h"
-#include "views/sheets/NoteView.h"
-#include "views/sheets/WrappingLabel.h"
 
 #include <QEvent>
 #include <QPainter>
 #include <QVBoxLayout>
+
+#include <initializer_list>
 
 namespace vellumry {
 
@@ -77,10 +79,11 @@ ChangeLocationSheet::ChangeLocationSheet(const Dependencies& dependencies, QWidg
       close(addTitleWithClose(QStringLiteral("Change Data Location"))),
       remark(new NoteView(
           theme, NoteView::Kind::information,
-          QStringLiteral("Your data will be copied to the new location.\n"
-                         "After successful transfer, the old location will be cleared."),
+          {.symbol = QStringLiteral("info.circle.fill"),
+           .text = QStringLiteral("Your data will be copied to the new location.\n"
+                                  "After successful transfer, the old location will be cleared.")},
           bodyWidget())),
-      error(new NoteView(theme, NoteView::Kind::error, {}, bodyWidget())),
+      error(NoteView::forErrors(theme, bodyWidget())),
       moving(new MigrationProgressView(theme, bodyWidget())),
       cancelling(
           new Button(theme, Button::Kind::secondary, QStringLiteral("Cancel"), footerWidget())),
@@ -105,24 +108,26 @@ void ChangeLocationSheet::build()
     column->setSpacing(0);
     body().addLayout(column);
     body().addStretch();
-    const auto inset = [&](QWidget* widget, int above) {
+    const auto inset = [&](std::initializer_list<QWidget*> widgets, int above) {
         auto* row = new QVBoxLayout;
         row->setContentsMargins(ring, above, ring, 0);
-        row->addWidget(widget);
+        row->setSpacing(0);
+        for (QWidget* widget : widgets)
+            row->addWidget(widget);
         column->addLayout(row);
     };
-    inset(new Label(theme, TextStyle::bodyStrong, &ColorTokens::textPrimary,
-                    QStringLiteral("Current Location"), bodyWidget()),
+    inset({new Label(theme, TextStyle::bodyStrong, &ColorTokens::textPrimary,
+                     QStringLiteral("Current Location"), bodyWidget())},
           0);
-    inset(new CurrentLocation(theme, state.currentLocationDisplayName(), bodyWidget()), 8);
-    inset(new Label(theme, TextStyle::bodyStrong, &ColorTokens::textPrimary,
-                    QStringLiteral("Select New Location"), bodyWidget()),
+    inset({new CurrentLocation(theme, state.currentLocationDisplayName(), bodyWidget())}, 8);
+    inset({new Label(theme, TextStyle::bodyStrong, &ColorTokens::textPrimary,
+                     QStringLiteral("Select New Location"), bodyWidget())},
           16);
-    inset(new WrappingLabel(
+    inset({new WrappingLabel(
               theme, TextStyle::label, &ColorTokens::textSecondary,
               QStringLiteral("Choose a location for your snippets. Cloud drive folders enable "
                              "automatic sync across devices."),
-              bodyWidget()),
+              bodyWidget())},
           2);
     column->addSpacing(8 - ring);
     for (const DetectedCloudDrive& drive : state.detectedDrives()) {
@@ -140,9 +145,8 @@ void ChangeLocationSheet::build()
          .onChoose = [this] { state.chooseCustomFolder(); }},
         bodyWidget());
     column->addWidget(local);
-    for (QWidget* each : {static_cast<QWidget*>(remark), static_cast<QWidget*>(error),
-                          static_cast<QWidget*>(moving)})
-        inset(each, 4);
+    // One of them at a time.
+    inset({remark, error, moving}, 4);
     addFooter(nullptr, {cancelling, move});
 }
 

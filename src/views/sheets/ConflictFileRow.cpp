@@ -1,13 +1,15 @@
 #include "views/sheets/ConflictFileRow.h"
 
+#include "platform/FileViewer.h"
 #include "views/common/Button.h"
 #include "views/common/DateText.h"
 #include "views/common/Icon.h"
 #include "views/common/Label.h"
+#include "views/common/NoteView.h"
 #include "views/common/Strokes.h"
 #include "views/common/TextPainting.h"
+#include "views/common/WrappingLabel.h"
 #include "views/sheets/DriveLook.h"
-#include "views/sheets/WrappingLabel.h"
 
 #include <QPainter>
 #include <QVBoxLayout>
@@ -73,16 +75,17 @@ private:
     std::optional<CloudDriveType> drive;
 };
 
-ConflictFileRow::ConflictFileRow(const Theme& look, const ConflictFile& conflict, Actions handlers,
+ConflictFileRow::ConflictFileRow(const Theme& look, const ConflictFile& conflict,
+                                 FileViewer& fileViewer, const std::function<void()>& onToggle,
                                  QWidget* parent)
-    : QWidget(parent), theme(look), shown(conflict), actions(std::move(handlers)),
+    : QWidget(parent), theme(look), shown(conflict), viewer(fileViewer),
       head(new Head(theme, conflict, this))
 {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     column->addWidget(head);
-    connect(head, &QAbstractButton::clicked, this, actions.onToggle);
+    connect(head, &QAbstractButton::clicked, this, onToggle);
 }
 
 QAbstractButton& ConflictFileRow::headLine() const
@@ -100,6 +103,7 @@ void ConflictFileRow::setExpanded(bool isExpanded)
     } else {
         delete std::exchange(details, nullptr);
         reveal = nullptr;
+        problem = nullptr;
     }
 }
 
@@ -122,11 +126,24 @@ void ConflictFileRow::openDetails()
     row->addWidget(path, 1);
     reveal = new Button(theme, Button::Kind::bordered, QStringLiteral("Reveal in Finder"), details,
                         Button::Size::small);
-    connect(reveal, &Button::clicked, this, [this] { actions.onReveal(shown.url); });
+    connect(reveal, &Button::clicked, this, &ConflictFileRow::revealFile);
     row->addWidget(reveal, 0, Qt::AlignBottom);
     column->addLayout(row);
+    problem = NoteView::forErrors(theme, details);
+    problem->hide();
+    column->addWidget(problem);
     layout()->addWidget(details);
     details->show();
+}
+
+void ConflictFileRow::revealFile()
+{
+    problem->hide();
+    // The answer may come when the row has been closed.
+    viewer.showItem(shown.url, details, [note = problem](const QString& reason) {
+        note->setText(QStringLiteral("The file cannot be shown: ") + reason);
+        note->show();
+    });
 }
 
 } // namespace vellumry

@@ -10,20 +10,17 @@
 namespace vellumry {
 
 class Button;
+class FileViewer;
+class NoteView;
 
 /// A conflict copy: its name, and on demand when it was changed, where it lies and a way there.
 class ConflictFileRow : public QWidget {
     Q_OBJECT
 
 public:
-    struct Actions {
-        std::function<void()> onToggle;
-        std::function<void(const QString& path)> onReveal; ///< shows a file in the file manager
-    };
-
-    /// The theme outlives the row.
-    ConflictFileRow(const Theme& theme, const ConflictFile& conflict, Actions actions,
-                    QWidget* parent);
+    /// Theme and viewer outlive the row.
+    ConflictFileRow(const Theme& theme, const ConflictFile& conflict, FileViewer& fileViewer,
+                    const std::function<void()>& onToggle, QWidget* parent);
 
     void setExpanded(bool isExpanded);
     [[nodiscard]] bool isExpanded() const { return details != nullptr; }
@@ -32,18 +29,22 @@ public:
     [[nodiscard]] QAbstractButton& headLine() const;
     /// None while the row is closed.
     [[nodiscard]] Button* revealButton() const { return reveal; }
+    /// Tells that the file could not be shown. None while the row is closed.
+    [[nodiscard]] NoteView* problemNote() const { return problem; }
 
 private:
     class Head;
 
     void openDetails();
+    void revealFile();
 
     const Theme& theme;
     ConflictFile shown;
-    Actions actions;
+    FileViewer& viewer;
     Head* head;
     QWidget* details = nullptr; ///< made when they are wanted
     Button* reveal = nullptr;
+    NoteView* problem = nullptr;
 };
 
 } // namespace vellumry

@@ -2,10 +2,10 @@
 
 #include "views/common/Button.h"
 #include "views/common/Label.h"
+#include "views/common/NoteView.h"
 #include "views/common/Strokes.h"
 #include "views/common/SymbolView.h"
 #include "views/sheets/ConflictFileRow.h"
-#include "views/sheets/NoteView.h"
 
 #include <QPainter>
 #include <QVBoxLayout>
@@ -76,7 +76,7 @@ StrategyOptionRow::StrategyOptionRow(const Theme& theme, ConflictMergeStrategy s
 ConflictResolutionSheet::ConflictResolutionSheet(const Dependencies& dependencies, QWidget* parent)
     : ScrollingSheet(dependencies.theme, dependencies.scheduler, sheetWidth, parent),
       theme(dependencies.theme), state(dependencies.scheduler, dependencies.onResolve),
-      error(new NoteView(theme, NoteView::Kind::error, {}, bodyWidget())),
+      error(NoteView::forErrors(theme, bodyWidget())),
       ignore(new Button(theme, Button::Kind::secondary, QStringLiteral("Ignore for Now"),
                         footerWidget())),
       resolve(new Button(theme, Button::Kind::primary, QStringLiteral("Resolve Conflict"),
@@ -96,12 +96,15 @@ ConflictResolutionSheet::ConflictResolutionSheet(const Dependencies& dependencie
 
     insetColumn(body(), 0)->addWidget(new NoteView(
         theme, NoteView::Kind::warning,
-        QStringLiteral("This usually happens when changes are made on multiple devices before "
-                       "syncing completes."),
-        bodyWidget(), QStringLiteral("Multiple versions of your data were found")));
-    buildFiles(dependencies.conflicts, dependencies.onReveal);
+        {.symbol = QStringLiteral("info.circle.fill"),
+         .headline = QStringLiteral("Multiple versions of your data were found"),
+         .text = QStringLiteral("This usually happens when changes are made on multiple devices "
+                                "before syncing completes.")},
+        bodyWidget()));
+    buildFiles(dependencies.conflicts, dependencies.fileViewer);
     buildStrategies();
-    insetColumn(body(), 6)->addWidget(error);
+    error->setContentsMargins(0, 6 - ring, 0, 0);
+    insetColumn(body(), 0)->addWidget(error);
     body().addSpacing(14 - ring);
     body().addStretch();
     addFooter(nullptr, {ignore, resolve});
@@ -115,7 +118,7 @@ ConflictResolutionSheet::ConflictResolutionSheet(const Dependencies& dependencie
 }
 
 void ConflictResolutionSheet::buildFiles(const QList<ConflictFile>& conflicts,
-                                         const std::function<void(const QString&)>& onReveal)
+                                         FileViewer& fileViewer)
 {
     auto* heading = new QHBoxLayout;
     heading->setSpacing(7);
@@ -131,9 +134,7 @@ void ConflictResolutionSheet::buildFiles(const QList<ConflictFile>& conflicts,
     auto* group = new RowGroup(theme, bodyWidget());
     for (const ConflictFile& conflict : conflicts) {
         auto* row = new ConflictFileRow(
-            theme, conflict,
-            {.onToggle = [this, id = conflict.id] { state.toggle(id); }, .onReveal = onReveal},
-            group);
+            theme, conflict, fileViewer, [this, id = conflict.id] { state.toggle(id); }, group);
         group->layout()->addWidget(row);
         files.push_back(row);
     }

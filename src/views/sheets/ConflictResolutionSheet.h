@@ -13,6 +13,7 @@
 namespace vellumry {
 
 class ConflictFileRow;
+class FileViewer;
 class NoteView;
 
 /// One of the strategies to choose from.
@@ -41,8 +42,7 @@ public:
         Scheduler& scheduler;
         QList<ConflictFile> conflicts;
         std::function<void(ConflictMergeStrategy)> onResolve;
-        /// Shows a file in the file manager.
-        std::function<void(const QString& path)> onReveal;
+        FileViewer& fileViewer;
         /// The sheet is to go.
         std::function<void()> onDismiss;
     };
@@ -61,8 +61,7 @@ public:
     [[nodiscard]] Button& resolveButton() const { return *resolve; }
 
 private:
-    void buildFiles(const QList<ConflictFile>& conflicts,
-                    const std::function<void(const QString&)>& onReveal);
+    void buildFiles(const QList<ConflictFile>& conflicts, FileViewer& fileViewer);
     void buildStrategies();
     void showState();
 

@@ -2,12 +2,12 @@
 
 #include "views/common/Button.h"
 #include "views/common/Label.h"
+#include "views/common/NoteView.h"
 #include "views/common/SymbolView.h"
+#include "views/common/WrappingLabel.h"
 #include "views/sheets/DriveLook.h"
 #include "views/sheets/ModeCard.h"
-#include "views/sheets/NoteView.h"
 #include "views/sheets/StorageLocationRow.h"
-#include "views/sheets/WrappingLabel.h"
 
 #include <QVBoxLayout>
 
@@ -47,7 +47,7 @@ FirstLaunchView::FirstLaunchView(const Dependencies& dependencies, QWidget* pare
       theme(dependencies.theme), defaultLocation(dependencies.defaultLocation),
       homeFolder(dependencies.homeFolder), state(dependencies.setup),
       modes(new QWidget(bodyWidget())), locations(new QWidget(bodyWidget())),
-      error(new NoteView(theme, NoteView::Kind::error, {}, bodyWidget())),
+      error(NoteView::forErrors(theme, bodyWidget())),
       back(new Button(theme, Button::Kind::secondary, QStringLiteral("Back"), footerWidget(),
                       Button::Size::alert)),
       proceed(new Button(theme, Button::Kind::primary, QStringLiteral("Continue"), footerWidget(),
@@ -59,10 +59,8 @@ FirstLaunchView::FirstLaunchView(const Dependencies& dependencies, QWidget* pare
     buildLocations();
     body().addWidget(modes);
     body().addWidget(locations);
-    auto* errorRow = new QVBoxLayout;
-    errorRow->setContentsMargins(marginX, 0, marginX, bottomMargin);
-    errorRow->addWidget(error);
-    body().addLayout(errorRow);
+    error->setContentsMargins(marginX, 0, marginX, bottomMargin);
+    body().addWidget(error);
     body().addStretch();
     addFooter(back, {proceed}, marginX, footerMarginY);
     proceed->setDefault(true);
@@ -89,9 +87,10 @@ void FirstLaunchView::buildModes()
                                 QStringLiteral("Vellumry"), modes),
                       0, Qt::AlignHCenter);
     column->addSpacing(4);
-    column->addWidget(new WrappingLabel(theme, TextStyle::body, &ColorTokens::textSecondary,
-                                        tagline.toString(), modes),
-                      0, Qt::AlignHCenter);
+    auto* promise = new WrappingLabel(theme, TextStyle::body, &ColorTokens::textSecondary,
+                                      tagline.toString(), modes);
+    promise->setAlignment(Qt::AlignHCenter);
+    column->addWidget(promise);
     column->addSpacing(24 - ring);
 
     startFresh = new ModeCard(

@@ -1,8 +1,6 @@
 #include "views/sheets/FolderDialog.h"
 
-#include <QDir>
-#include <QFileDialog>
-#include <QUrl>
+#include "views/common/FileDialog.h"
 
 #include <utility>
 
@@ -11,30 +9,9 @@ namespace vellumry {
 PickFolder FolderDialog::over(QWidget& widget)
 {
     return [&widget](const QString& title, auto onAnswer) {
-        auto* dialog = new QFileDialog(&widget, title);
-        dialog->setAttribute(Qt::WA_DeleteOnClose);
-        dialog->setFileMode(QFileDialog::Directory);
-        dialog->setOption(QFileDialog::ShowDirsOnly);
-        dialog->setDirectory(QDir::home());
-        QObject::connect(dialog, &QDialog::finished, dialog,
-                         [dialog, onAnswer = std::move(onAnswer)](int result) {
-                             const QList<QUrl> places = dialog->selectedUrls();
-                             if (result != QDialog::Accepted || places.isEmpty())
-                                 onAnswer(std::nullopt);
-                             else
-                                 onAnswer(answer(places.constFirst()));
-                         });
-        dialog->open();
+        FileDialog::show(widget, {.kind = FileChooser::Kind::folder, .title = title},
+                         std::move(onAnswer));
     };
-}
-
-PickedFile FolderDialog::answer(const QUrl& place)
-{
-    if (!place.isLocalFile())
-        return {.path = {},
-                .error = QStringLiteral("\"%1\" is not a folder of this computer.")
-                             .arg(place.toDisplayString())};
-    return {.path = QDir::cleanPath(place.toLocalFile()), .error = std::nullopt};
 }
 
 } // namespace vellumry

@@ -2,7 +2,6 @@
 
 #include "library/PickFolder.h"
 
-class QUrl;
 class QWidget;
 
 namespace vellumry {
@@ -13,9 +12,6 @@ class FolderDialog {
 public:
     /// The widget outlives the function.
     [[nodiscard]] static PickFolder over(QWidget& widget);
-
-    /// What comes of a place that was chosen: those beyond this machine's files are an error.
-    [[nodiscard]] static PickedFile answer(const QUrl& place);
 };
 
 } // namespace vellumry

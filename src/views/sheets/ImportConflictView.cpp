@@ -26,6 +26,8 @@ constexpr int footerMarginY = 9;
 constexpr int ring = SelectableButton::ringRoom;
 constexpr int warningSize = 26;
 constexpr int modeHeight = 42;
+constexpr int modesGap = 4; ///< below their heading
+constexpr int modesBelow = 6;
 
 constexpr int detailRadius = 10;
 constexpr int detailPaddingX = 14;
@@ -74,7 +76,7 @@ ImportConflictView::ImportConflictView(Dependencies dependencies, QWidget* paren
     inset(conflicts, 0, 0, 1);
     inset(new Label(services.theme, TextStyle::bodyStrong, &ColorTokens::textPrimary,
                     QStringLiteral("How would you like to resolve these conflicts?"), bodyWidget()),
-          12, 4, 0);
+          12, modesGap - ring, 0);
     for (const ConflictResolutionMode mode : allConflictResolutionModes) {
         auto* row = new OptionRow(
             services.theme,
@@ -95,6 +97,8 @@ ImportConflictView::ImportConflictView(Dependencies dependencies, QWidget* paren
         column->addWidget(row);
         modes.push_back(row);
     }
+    column->addSpacing(modesBelow - ring);
+    column->addStretch();
     body().addLayout(column, 1);
 
     Label* news = nullptr;

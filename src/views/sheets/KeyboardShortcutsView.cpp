@@ -8,6 +8,7 @@
 #include <QGridLayout>
 #include <QPainter>
 
+#include <algorithm>
 #include <utility>
 
 namespace vellumry {
@@ -20,6 +21,8 @@ constexpr int sheetWidth = 600;
 constexpr int sheetRadius = 12;
 constexpr int margin = 20;
 constexpr int cardGap = 12;
+constexpr int gridMargin = margin - BentoCard::growRoom;
+constexpr int gridSpacing = cardGap - 2 * BentoCard::growRoom;
 constexpr int closeSymbol = 20;
 constexpr QColor lightPage(0xED, 0xF1, 0xF8);
 constexpr QColor darkPage(0x17, 0x19, 0x1B);
@@ -91,31 +94,38 @@ KeyboardShortcutsView::KeyboardShortcutsView(const Theme& look, Scheduler& sched
     : ScrollingSheet(look, scheduler, sheetWidth, parent), theme(look),
       onClose(std::move(onCloseView)),
       close(Button::withSymbol(theme, QStringLiteral("xmark.circle.fill"), QStringLiteral("Close"),
-                               headerWidget()))
+                               headerWidget())),
+      grid(new QGridLayout)
 {
     setAccessibleName(QStringLiteral("Keyboard Shortcuts"));
     buildHeader();
-    constexpr int room = BentoCard::growRoom;
-    auto* grid = new QGridLayout;
-    grid->setContentsMargins(margin - room, 0, margin - room, margin - room);
-    grid->setSpacing(cardGap - 2 * room);
-    int place = 0;
-    for (const BentoCard::Contents& contents : allCards(hotkey)) {
-        auto* card = new BentoCard(theme, contents, bodyWidget());
-        // The hero takes the first row, the others follow in two columns.
-        if (place == 0) {
-            grid->addWidget(card, 0, 0, 1, 2);
-            place = 2;
-        } else {
-            grid->addWidget(card, place / 2, place % 2);
-            ++place;
-        }
-        shown.push_back(card);
-    }
-    grid->setColumnStretch(0, 1);
-    grid->setColumnStretch(1, 1);
+    for (const BentoCard::Contents& contents : allCards(hotkey))
+        shown.push_back(new BentoCard(theme, contents, bodyWidget()));
+    grid->setContentsMargins(gridMargin, 0, gridMargin, gridMargin);
+    grid->setSpacing(gridSpacing);
     body().addLayout(grid);
+    arrange(sheetWidth);
+    connect(&theme, &Theme::changed, this, [this] { arrange(width()); });
     connect(close, &Button::clicked, this, onClose);
+}
+
+void KeyboardShortcutsView::arrange(int wide)
+{
+    const int half = (wide - 2 * gridMargin - gridSpacing) / 2;
+    // The hero takes the first row, the others follow.
+    const bool isInTwo = std::all_of(shown.begin() + 1, shown.end(), [half](const BentoCard* card) {
+        return card->leastWidth() <= half;
+    });
+    const int wanted = isInTwo ? 2 : 1;
+    if (std::exchange(columns, wanted) == wanted)
+        return;
+    for (BentoCard* card : shown)
+        grid->removeWidget(card);
+    grid->addWidget(shown.front(), 0, 0, 1, columns);
+    for (int i = 1; i < int(shown.size()); ++i)
+        grid->addWidget(shown[size_t(i)], 1 + (i - 1) / columns, (i - 1) % columns);
+    grid->setColumnStretch(0, 1);
+    grid->setColumnStretch(1, columns - 1);
 }
 
 void KeyboardShortcutsView::buildHeader()
@@ -139,6 +149,12 @@ void KeyboardShortcutsView::buildHeader()
 QWidget* KeyboardShortcutsView::firstFocus() const
 {
     return close;
+}
+
+void KeyboardShortcutsView::resizeEvent(QResizeEvent* event)
+{
+    arrange(width());
+    ScrollingSheet::resizeEvent(event);
 }
 
 void KeyboardShortcutsView::paintEvent(QPaintEvent* event)

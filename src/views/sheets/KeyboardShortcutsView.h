@@ -7,6 +7,8 @@
 #include <functional>
 #include <vector>
 
+class QGridLayout;
+
 namespace vellumry {
 
 /// The sheet that lists the keys of the main window. Main thread only.
@@ -28,14 +30,19 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void buildHeader();
+    /// In two columns, or in one where large text needs the room.
+    void arrange(int wide);
 
     const Theme& theme;
     std::function<void()> onClose;
     Button* close;
     std::vector<BentoCard*> shown;
+    QGridLayout* grid;
+    int columns = 0;
 };
 
 } // namespace vellumry

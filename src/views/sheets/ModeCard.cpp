@@ -5,6 +5,7 @@
 #include "views/common/TextPainting.h"
 
 #include <QPainter>
+#include <QtMath>
 
 #include <algorithm>
 #include <utility>
@@ -21,7 +22,6 @@ constexpr float tileOpacity = 0.15F;
 constexpr int symbolSize = 22;
 constexpr int titleGap = 12;
 constexpr int descriptionGap = 2;
-constexpr int descriptionLines = 2;
 constexpr int markSize = 20;
 constexpr int markMargin = 12;
 
@@ -32,15 +32,27 @@ ModeCard::ModeCard(const Theme& theme, const Contents& contents, std::function<v
     : SelectableButton(theme, contents.title, parent), shown(contents)
 {
     setAccessibleDescription(contents.description);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     connect(this, &QAbstractButton::clicked, this, std::move(action));
 }
 
 QSize ModeCard::sizeHint() const
 {
-    const int texts = look().lineHeight(TextStyle::heading) +
-                      descriptionLines * look().lineHeight(TextStyle::label);
-    const int wanted = 2 * padding + tileSide + titleGap + descriptionGap + texts;
-    return {0, std::max(cardHeight, wanted) + 2 * ringRoom};
+    return {0, cardHeight + 2 * ringRoom};
+}
+
+int ModeCard::heightForWidth(int wide) const
+{
+    const qreal room = wide - 2 * (padding + ringRoom);
+    const qreal wanted = 2 * padding + tileSide + titleGap + titleHeight(room) + descriptionGap +
+                         wrappedHeight(shown.description, look().font(TextStyle::label), room);
+    return std::max(cardHeight, qCeil(wanted)) + 2 * ringRoom;
+}
+
+qreal ModeCard::titleHeight(qreal room) const
+{
+    return std::max<qreal>(look().lineHeight(TextStyle::heading),
+                           wrappedHeight(shown.title, look().font(TextStyle::heading), room));
 }
 
 void ModeCard::paintEvent(QPaintEvent*)
@@ -58,14 +70,12 @@ void ModeCard::paintEvent(QPaintEvent*)
     Icon(shown.icon)
         .paint(painter, tile.center() - QPointF(symbolSize, symbolSize) / 2, symbolSize, color);
 
-    const int titleHeight = look().lineHeight(TextStyle::heading);
-    const QRectF title(inner.x(), tile.bottom() + titleGap, inner.width(), titleHeight);
-    paintLine(painter, title, shown.title, look().font(TextStyle::heading), token.textPrimary);
-    painter.setFont(look().font(TextStyle::label));
-    painter.setPen(token.textSecondary);
-    painter.drawText(QRectF(inner.x(), title.bottom() + descriptionGap, inner.width(),
-                            inner.bottom() + padding - title.bottom()),
-                     int(Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap), shown.description);
+    const QRectF title(inner.x(), tile.bottom() + titleGap, inner.width(),
+                       titleHeight(inner.width()));
+    paintWrapped(painter, title, shown.title, look().font(TextStyle::heading), token.textPrimary);
+    const qreal y = title.bottom() + descriptionGap;
+    paintWrapped(painter, {inner.x(), y, inner.width(), inner.bottom() - y}, shown.description,
+                 look().font(TextStyle::label), token.textSecondary);
     if (isSelected())
         Icon(QStringLiteral("checkmark.circle.fill"))
             .paint(painter, {face().right() - markMargin - markSize, face().y() + markMargin},

@@ -24,11 +24,16 @@ public:
 
     [[nodiscard]] const Contents& contents() const { return shown; }
     [[nodiscard]] QSize sizeHint() const override;
+    /// Higher where its texts take more lines.
+    [[nodiscard]] bool hasHeightForWidth() const override { return true; }
+    [[nodiscard]] int heightForWidth(int wide) const override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    [[nodiscard]] qreal titleHeight(qreal room) const;
+
     Contents shown;
 };
 

@@ -20,6 +20,7 @@ SelectableButton::SelectableButton(const Theme& theme, const QString& name, QWid
     : QAbstractButton(parent), appearance(theme), hover(new HoverFade(this))
 {
     setText(name);
+    setShortcut({}); // An ampersand in a name is no key.
     setAccessibleName(name);
     setCheckable(true);
     setFocusPolicy(Qt::TabFocus);

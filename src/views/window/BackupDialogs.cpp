@@ -2,14 +2,11 @@
 
 #include "library/SnippetListViewModel.h"
 #include "settings/CategoryColorService.h"
+#include "views/common/FileDialog.h"
 #include "views/common/SheetHost.h"
 #include "views/sheets/ExportCollectionPickerView.h"
 #include "views/sheets/ImportConflictView.h"
 #include "views/window/MainContentView.h"
-
-#include <QDir>
-#include <QFileDialog>
-#include <QUrl>
 
 #include <optional>
 #include <utility>
@@ -18,18 +15,7 @@ namespace vellumry {
 
 namespace {
 
-/// What came of a dialog that was accepted.
-std::optional<PickedFile> pickedFile(const QFileDialog& dialog)
-{
-    const QList<QUrl> places = dialog.selectedUrls();
-    if (places.isEmpty())
-        return std::nullopt;
-    if (!places.constFirst().isLocalFile())
-        return PickedFile{.path = {},
-                          .error = QStringLiteral("\"%1\" is not a file of this computer.")
-                                       .arg(places.constFirst().toDisplayString())};
-    return PickedFile{.path = places.constFirst().toLocalFile(), .error = std::nullopt};
-}
+const QString backupType = QStringLiteral("application/json");
 
 } // namespace
 
@@ -62,31 +48,22 @@ BackupDialogs::BackupDialogs(Dependencies dependencies, QObject* parent)
             [this](const QString& name) { with.viewModel.showExportForCollection(name); });
 }
 
-QFileDialog* BackupDialogs::makeFileDialog(const QString& title)
-{
-    auto* dialog = new QFileDialog(&with.contents, title);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setMimeTypeFilters({QStringLiteral("application/json")});
-    dialog->setDirectory(QDir::home());
-    return dialog;
-}
-
 void BackupDialogs::showImportPicker()
 {
     if (!with.viewModel.showImportPicker()) {
-        if (importDialog)
-            importDialog->reject();
+        delete importDialog;
         return;
     }
-    importDialog = makeFileDialog(QStringLiteral("Import from JSON"));
-    importDialog->setFileMode(QFileDialog::ExistingFile);
-    connect(importDialog, &QDialog::finished, this, [this, dialog = importDialog](int result) {
-        importDialog = nullptr;
-        with.viewModel.setShowImportPicker(false);
-        if (const auto file = result == QDialog::Accepted ? pickedFile(*dialog) : std::nullopt)
-            with.viewModel.handleImport(*file);
-    });
-    importDialog->open();
+    importDialog = FileDialog::show(with.contents,
+                                    {.kind = FileChooser::Kind::openFile,
+                                     .title = QStringLiteral("Import from JSON"),
+                                     .mimeType = backupType},
+                                    [this](const std::optional<PickedFile>& file) {
+                                        importDialog = nullptr;
+                                        with.viewModel.setShowImportPicker(false);
+                                        if (file)
+                                            with.viewModel.handleImport(*file);
+                                    });
 }
 
 void BackupDialogs::showConflicts()
@@ -142,27 +119,22 @@ void BackupDialogs::showCollectionPicker()
 void BackupDialogs::showExportPicker()
 {
     if (!with.viewModel.showExportPicker()) {
-        if (exportDialog)
-            exportDialog->reject();
+        delete exportDialog;
         return;
     }
-    exportDialog = makeFileDialog(QStringLiteral("Export to JSON"));
-    exportDialog->setAcceptMode(QFileDialog::AcceptSave);
-    exportDialog->setFileMode(QFileDialog::AnyFile);
-    exportDialog->setDefaultSuffix(QStringLiteral("json"));
-    exportDialog->selectFile(with.defaultExportFilename());
-    connect(exportDialog, &QDialog::finished, this, [this, dialog = exportDialog](int result) {
-        exportDialog = nullptr;
-        with.viewModel.setShowExportPicker(false);
-        const auto file = result == QDialog::Accepted ? pickedFile(*dialog) : std::nullopt;
-        if (!file)
-            return;
-        if (file->error)
-            SnippetListViewModel::handleExport(*file);
-        else
-            with.viewModel.exportTo(file->path);
-    });
-    exportDialog->open();
+    exportDialog = FileDialog::show(with.contents,
+                                    {.kind = FileChooser::Kind::saveFile,
+                                     .title = QStringLiteral("Export to JSON"),
+                                     .fileName = with.defaultExportFilename(),
+                                     .mimeType = backupType},
+                                    [this](const std::optional<PickedFile>& file) {
+                                        exportDialog = nullptr;
+                                        with.viewModel.setShowExportPicker(false);
+                                        if (file && file->error)
+                                            SnippetListViewModel::handleExport(*file);
+                                        else if (file)
+                                            with.viewModel.exportTo(file->path);
+                                    });
 }
 
 void BackupDialogs::showResult()

@@ -8,12 +8,11 @@
 
 #include <functional>
 
-class QFileDialog;
-
 namespace vellumry {
 
 class CategoryColorService;
 class ExportCollectionPickerView;
+class FileDialog;
 class ImportConflictView;
 class MainContentView;
 class SnippetListViewModel;
@@ -42,12 +41,10 @@ private:
     void showCollectionPicker();
     void showExportPicker();
     void showResult();
-    /// A dialog for one file of JSON, still to be shown.
-    [[nodiscard]] QFileDialog* makeFileDialog(const QString& title);
 
     Dependencies with;
-    QPointer<QFileDialog> importDialog;
-    QPointer<QFileDialog> exportDialog;
+    QPointer<FileDialog> importDialog;
+    QPointer<FileDialog> exportDialog;
     QPointer<ImportConflictView> conflicts;
     QPointer<ExportCollectionPickerView> collections;
 };

@@ -1,8 +1,10 @@
-#include "views/sheets/WrappingLabel.h"
+#include "views/common/WrappingLabel.h"
 
 #include <QPainter>
 #include <QTextLayout>
 #include <QtMath>
+
+#include <algorithm>
 
 namespace vellumry {
 
@@ -11,10 +13,11 @@ namespace {
 constexpr int plentyOfWidth = 10'000;
 
 /// Breaks the text into lines and gives the size that they take.
-QSizeF breakLines(QTextLayout& layout, const QString& text, qreal wide)
+QSizeF breakLines(QTextLayout& layout, const QString& text, qreal wide,
+                  Qt::Alignment alignment = Qt::AlignLeft)
 {
     layout.setText(QString(text).replace(u'\n', QChar::LineSeparator));
-    QTextOption option;
+    QTextOption option(alignment);
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     layout.setTextOption(option);
     layout.beginLayout();
@@ -54,8 +57,8 @@ void WrappingLabel::paintEvent(QPaintEvent*)
     QPainter painter(this);
     painter.setPen(palette().color(QPalette::WindowText));
     QTextLayout layout(QString(), font());
-    breakLines(layout, text(), width());
-    layout.draw(&painter, {0, 0});
+    const qreal room = height() - breakLines(layout, text(), width(), alignment()).height();
+    layout.draw(&painter, {0, std::max(0.0, room / 2)});
 }
 
 } // namespace vellumry

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cstdlib>
+#include <memory>
+
+namespace vellumry {
+
+struct FreeXcbReply {
+    void operator()(void* reply) const { std::free(reply); }
+};
+
+/// An answer of the X server, which is its receiver's to free; null where there was none.
+template <typename Reply>
+using XcbReply = std::unique_ptr<Reply, FreeXcbReply>;
+
+} // namespace vellumry
