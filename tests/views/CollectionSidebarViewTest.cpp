@@ -261,6 +261,25 @@ TEST_F(CollectionSidebarViewTest, EscapeAndTheClearButtonCloseTheFieldWithoutCre
 
 // Menu
 
+TEST_F(CollectionSidebarViewTest, AfterTheFieldTheSidebarHasTheKeysThatItHadBefore)
+{
+    loadFour();
+    open();
+    clickRow(row(u"Work"_s));
+    addCollection(u"Travel"_s);
+    EXPECT_TRUE(row(u"Travel"_s)->hasFocus());
+    EXPECT_TRUE(sidebar().allowKeyboardNav());
+    key(Qt::Key_Up);
+    EXPECT_EQ(model.selectedCollection(), u"Empty"_s);
+
+    clickCard(u"Four"_s);
+    click(sidebar().addButton());
+    pass(100ms);
+    key(Qt::Key_Escape);
+    EXPECT_FALSE(sidebar().allowKeyboardNav());
+    EXPECT_EQ(content().focusWidget(), nullptr) << "nothing else is chosen by itself";
+}
+
 TEST_F(CollectionSidebarViewTest, TheMenuHasItsItemsInOrder)
 {
     loadFour();
@@ -727,6 +746,11 @@ TEST_F(CollectionSidebarViewTest, RowsTellTheirNameCountAndSelection)
     QAccessibleInterface* home = QAccessible::queryAccessibleInterface(row(u"Home"_s));
     EXPECT_EQ(home->text(QAccessible::Name), u"Home, 1 snippet"_s);
     EXPECT_FALSE(home->state().selected);
+    ASSERT_NE(home->actionInterface(), nullptr);
+    home->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(model.selectedCollection(), u"Home"_s);
+    EXPECT_TRUE(home->state().selected);
+    EXPECT_TRUE(sidebar().allowKeyboardNav());
 }
 
 TEST_F(CollectionSidebarViewTest, OfTheRowsTabReachesTheSelectedOne)

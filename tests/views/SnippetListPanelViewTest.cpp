@@ -272,6 +272,20 @@ TEST_F(SnippetListPanelViewTest, OtherKeysWithModifiersPassOn)
     EXPECT_TRUE(list().allowKeyboardNav());
 }
 
+TEST_F(SnippetListPanelViewTest, BackWithAnotherModifierPassesOn)
+{
+    loadFour();
+    open();
+    clickCard(u"Two"_s);
+    for (const auto modifier : {Qt::ControlModifier, Qt::AltModifier, Qt::MetaModifier}) {
+        QKeyEvent back(QEvent::KeyPress, Qt::Key_Backtab, Qt::ShiftModifier | modifier);
+        QApplication::sendEvent(&cards(), &back);
+        key(Qt::Key_Escape, Qt::ShiftModifier | modifier);
+        EXPECT_FALSE(filterField().hasFocus());
+        EXPECT_TRUE(list().allowKeyboardNav());
+    }
+}
+
 TEST_F(SnippetListPanelViewTest, WithoutKeysAndPointerItLetsEverythingPass)
 {
     loadFour();
