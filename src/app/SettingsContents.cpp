@@ -12,6 +12,7 @@
 #include "sync/CloudDriveDetectionService.h"
 #include "sync/ConflictDetectionService.h"
 #include "sync/ConflictResolution.h"
+#include "views/common/Button.h"
 #include "views/common/SheetHost.h"
 #include "views/settings/SettingsView.h"
 #include "views/sheets/ChangeLocationSheet.h"

@@ -650,6 +650,19 @@ TEST_F(SnippetListPanelViewTest, TheSelectedCardIsTheCurrentRow)
     EXPECT_FALSE(access->child(1)->state().selected);
 }
 
+TEST_F(SnippetListPanelViewTest, ACardThatAScreenReaderSelectsIsSelected)
+{
+    loadFour();
+    open();
+    clickRow(sidebar().allRow());
+    QAccessibleInterface* card = QAccessible::queryAccessibleInterface(&cards())->child(1);
+    ASSERT_NE(card->actionInterface(), nullptr);
+    card->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+    EXPECT_EQ(selected(), u"Two"_s);
+    EXPECT_TRUE(list().allowKeyboardNav());
+    EXPECT_FALSE(sidebar().allowKeyboardNav());
+}
+
 TEST_F(SnippetListPanelViewTest, TabIntoTheCardsGivesTheListTheKeys)
 {
     loadFour();

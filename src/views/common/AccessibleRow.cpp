@@ -33,7 +33,7 @@ private:
     AccessibleRow& row;
 };
 
-QAccessibleInterface* makeInterface(const QString&, QObject* object)
+QAccessibleInterface* makeRowInterface(const QString&, QObject* object)
 {
     auto* row = qobject_cast<AccessibleRow*>(object);
     return row ? new RowInterface(*row) : nullptr;
@@ -44,7 +44,7 @@ QAccessibleInterface* makeInterface(const QString&, QObject* object)
 AccessibleRow::AccessibleRow(QWidget* parent) : QWidget(parent)
 {
     static const bool isInstalled = [] {
-        QAccessible::installFactory(makeInterface);
+        QAccessible::installFactory(makeRowInterface);
         return true;
     }();
     (void)isInstalled;

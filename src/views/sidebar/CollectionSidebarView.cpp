@@ -3,6 +3,7 @@
 #include "core/Text.h"
 #include "library/SnippetListViewModel.h"
 #include "notifications/NotificationCenter.h"
+#include "views/common/AccessibleRole.h"
 #include "views/common/Button.h"
 #include "views/common/CollectionColors.h"
 #include "views/common/EdgeScroll.h"
@@ -51,7 +52,11 @@ constexpr auto slideTime = 200ms;
 /// The scrolled rows, with the headings of their sections.
 class CollectionSidebarView::Content final : public QWidget {
 public:
-    explicit Content(CollectionSidebarView& view) : sidebar(view) {}
+    explicit Content(CollectionSidebarView& view) : sidebar(view)
+    {
+        setAccessibleRole(*this, QAccessible::List);
+        setAccessibleName(QStringLiteral("Collections"));
+    }
 
 protected:
     void paintEvent(QPaintEvent*) override

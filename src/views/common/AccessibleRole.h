@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QAccessible>
+
+class QWidget;
+
+namespace vellumry {
+
+/// Tells screen readers what a widget is which the toolkit takes for a mere area. To be called
+/// before anybody asks for it: in the constructor.
+void setAccessibleRole(QWidget& widget, QAccessible::Role role);
+
+} // namespace vellumry
