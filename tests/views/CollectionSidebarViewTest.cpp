@@ -5,6 +5,7 @@
 #include "views/common/PopupMenu.h"
 #include "views/common/TextField.h"
 #include "views/sidebar/ColorWell.h"
+#include "views/sidebar/CustomColorPickerState.h"
 #include "views/sidebar/CustomColorPickerView.h"
 #include "views/sidebar/RenameCollectionView.h"
 

@@ -1,6 +1,7 @@
 #include "views/palette/KeyablePanel.h"
 
 #include "platform/PanelActivation.h"
+#include "views/common/AccessibleRole.h"
 #include "views/common/RoundedMask.h"
 #include "views/palette/QuickSearchStyle.h"
 
@@ -17,6 +18,7 @@ KeyablePanel::KeyablePanel(PanelActivation& activation, QWidget* parent)
       desktop(activation)
 {
     setWindowTitle(QStringLiteral("Palette"));
+    setAccessibleRole(*this, QAccessible::Window);
     setAttribute(Qt::WA_TranslucentBackground);
     setFixedSize(QuickSearchStyle::width, QuickSearchStyle::height);
     connect(&desktop, &PanelActivation::compositingChanged, this, &KeyablePanel::updateMask);

@@ -1,5 +1,6 @@
 #include "views/window/SettingsWindow.h"
 
+#include "views/common/AccessibleRole.h"
 #include "views/settings/SettingsView.h"
 
 #include <QHideEvent>
@@ -12,6 +13,7 @@ namespace vellumry {
 SettingsWindow::SettingsWindow(QWidget* contents, QWidget* parent) : QWidget(parent, Qt::Window)
 {
     setWindowTitle(QStringLiteral("Settings"));
+    setAccessibleRole(*this, QAccessible::Window);
     setWindowIcon(QIcon(QStringLiteral(":/icons/vellumry.svg")));
     setAttribute(Qt::WA_DeleteOnClose);
     auto* column = new QVBoxLayout(this);
