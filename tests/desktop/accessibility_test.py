@@ -168,12 +168,15 @@ class Accessibility(DesktopCase):
         self.press("push button", "Settings")
         self.assert_speaks(self.wait_on_screen("push button", "Done"), controls)
         self.assertEqual(self.desktop.windows(SETTINGS_WINDOW), [])
+        self.press("radio button", "Dark")
         self.press("push button", "Done")
         self.wait_gone("push button", "Done")
         self.desktop.activate(MAIN_WINDOW)
         self.desktop.key("ctrl+comma")
         self.desktop.wait_focus(SETTINGS_WINDOW)
-        self.assert_speaks(self.wait_on_screen("push button", "Done"), controls)
+        tree = self.wait_on_screen("push button", "Done")
+        self.assert_speaks(tree, controls)
+        self.assertIn("CHECKED", tree.find("radio button", "Dark").states)
 
 
 if __name__ == "__main__":

@@ -10,4 +10,7 @@ namespace vellumry {
 /// before anybody asks for it: in the constructor.
 void setAccessibleRole(QWidget& widget, QAccessible::Role role);
 
+/// From now on a screen reader that toggles one of the program's checkable buttons clicks it.
+void installAccessibleRoles();
+
 } // namespace vellumry
