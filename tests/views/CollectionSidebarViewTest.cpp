@@ -273,7 +273,9 @@ TEST_F(CollectionSidebarViewTest, AfterTheFieldTheSidebarHasTheKeysThatItHadBefo
     key(Qt::Key_Up);
     EXPECT_EQ(model.selectedCollection(), u"Empty"_s);
 
+    clickRow(all());
     clickCard(u"Four"_s);
+    EXPECT_FALSE(sidebar().allowKeyboardNav());
     click(sidebar().addButton());
     pass(100ms);
     key(Qt::Key_Escape);

@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QAccessibleWidget>
+#include <QSet>
 #include <QWidget>
 
 namespace vellumry {
@@ -22,15 +23,21 @@ public:
     }
 };
 
-/// A button that is one of a choice, or on or off. The toolkit's own changes what it shows when a
+/// A button of the program's. The toolkit's own interface changes what a checkable one shows when a
 /// screen reader toggles it, but it is clicks that are answered.
-class ChoiceInterface final : public QAccessibleWidget {
+class ButtonInterface final : public QAccessibleWidget {
 public:
-    explicit ChoiceInterface(QAbstractButton& widget)
-        : QAccessibleWidget(&widget, widget.autoExclusive() ? QAccessible::RadioButton
-                                                            : QAccessible::CheckBox),
-          button(widget)
+    explicit ButtonInterface(QAbstractButton& widget)
+        : QAccessibleWidget(&widget, QAccessible::Button), button(widget)
     {
+    }
+
+    // Asked for each time: the interface is there before the button's constructor ends.
+    [[nodiscard]] QAccessible::Role role() const override
+    {
+        if (!button.isCheckable())
+            return QAccessible::Button;
+        return button.autoExclusive() ? QAccessible::RadioButton : QAccessible::CheckBox;
     }
 
     [[nodiscard]] QString text(QAccessible::Text kind) const override
@@ -42,44 +49,53 @@ public:
     [[nodiscard]] QAccessible::State state() const override
     {
         QAccessible::State state = QAccessibleWidget::state();
-        state.checkable = true;
+        state.checkable = button.isCheckable();
         state.checked = button.isChecked();
         return state;
     }
 
     [[nodiscard]] QStringList actionNames() const override
     {
-        return QStringList(toggleAction()) + QAccessibleWidget::actionNames();
+        return QStringList(click()) + QAccessibleWidget::actionNames();
     }
 
     void doAction(const QString& name) override
     {
-        if (name == toggleAction())
+        if (name == click())
             button.click();
         else
             QAccessibleWidget::doAction(name);
     }
 
 private:
+    [[nodiscard]] const QString& click() const
+    {
+        return button.isCheckable() ? toggleAction() : pressAction();
+    }
+
     QAbstractButton& button;
 };
 
-QAccessibleInterface* makeRoleInterface(const QString&, QObject* object)
+/// The classes of buttons that are the program's own.
+QSet<QString>& ownButtons()
+{
+    static QSet<QString> names;
+    return names;
+}
+
+QAccessibleInterface* makeRoleInterface(const QString& className, QObject* object)
 {
     if (!object || !object->isWidgetType())
         return nullptr;
-    auto* button = qobject_cast<QAbstractButton*>(object);
-    if (button && button->isCheckable())
-        return new ChoiceInterface(*button);
+    if (ownButtons().contains(className))
+        return new ButtonInterface(*qobject_cast<QAbstractButton*>(object));
     const QVariant role = object->property(roleKey);
     return role.isValid() ? new RoleInterface(static_cast<QWidget*>(object),
                                               static_cast<QAccessible::Role>(role.toInt()))
                           : nullptr;
 }
 
-} // namespace
-
-void installAccessibleRoles()
+void installFactory()
 {
     static const bool isInstalled = [] {
         QAccessible::installFactory(makeRoleInterface);
@@ -88,10 +104,18 @@ void installAccessibleRoles()
     (void)isInstalled;
 }
 
+} // namespace
+
 void setAccessibleRole(QWidget& widget, QAccessible::Role role)
 {
-    installAccessibleRoles();
+    installFactory();
     widget.setProperty(roleKey, int(role));
+}
+
+void makeAccessibleByClicks(const QMetaObject& buttonClass)
+{
+    installFactory();
+    ownButtons().insert(QString::fromLatin1(buttonClass.className()));
 }
 
 } // namespace vellumry

@@ -10,7 +10,8 @@ namespace vellumry {
 /// before anybody asks for it: in the constructor.
 void setAccessibleRole(QWidget& widget, QAccessible::Role role);
 
-/// From now on a screen reader that toggles one of the program's checkable buttons clicks it.
-void installAccessibleRoles();
+/// From now on screen readers press and toggle the buttons of that class, and of those below it, by
+/// clicks. To be called by its constructor, first of all.
+void makeAccessibleByClicks(const QMetaObject& buttonClass);
 
 } // namespace vellumry

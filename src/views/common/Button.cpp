@@ -24,7 +24,7 @@ Button::Button(const Theme& look, Kind buttonKind, const QString& text, QWidget*
     : QAbstractButton(parent), theme(look), kind(buttonKind), size(buttonSize),
       hover(new HoverFade(this))
 {
-    installAccessibleRoles();
+    makeAccessibleByClicks(staticMetaObject);
     setText(text);
     setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_Hover);

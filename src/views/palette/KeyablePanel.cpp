@@ -17,8 +17,8 @@ KeyablePanel::KeyablePanel(PanelActivation& activation, QWidget* parent)
     : QWidget(parent, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint),
       desktop(activation)
 {
-    setWindowTitle(QStringLiteral("Palette"));
     setAccessibleRole(*this, QAccessible::Window);
+    setWindowTitle(QStringLiteral("Palette"));
     setAttribute(Qt::WA_TranslucentBackground);
     setFixedSize(QuickSearchStyle::width, QuickSearchStyle::height);
     connect(&desktop, &PanelActivation::compositingChanged, this, &KeyablePanel::updateMask);

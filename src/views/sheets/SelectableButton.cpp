@@ -20,7 +20,7 @@ constexpr qreal disabledOpacity = 0.5;
 SelectableButton::SelectableButton(const Theme& theme, const QString& name, QWidget* parent)
     : QAbstractButton(parent), appearance(theme), hover(new HoverFade(this))
 {
-    installAccessibleRoles();
+    makeAccessibleByClicks(staticMetaObject);
     setText(name);
     setAccessibleName(name);
     setCheckable(true);

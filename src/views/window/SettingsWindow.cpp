@@ -12,8 +12,8 @@ namespace vellumry {
 
 SettingsWindow::SettingsWindow(QWidget* contents, QWidget* parent) : QWidget(parent, Qt::Window)
 {
-    setWindowTitle(QStringLiteral("Settings"));
     setAccessibleRole(*this, QAccessible::Window);
+    setWindowTitle(QStringLiteral("Settings"));
     setWindowIcon(QIcon(QStringLiteral(":/icons/vellumry.svg")));
     setAttribute(Qt::WA_DeleteOnClose);
     auto* column = new QVBoxLayout(this);
