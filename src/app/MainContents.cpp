@@ -51,6 +51,7 @@ Theme& MainContents::theme()
     if (!ownTheme) {
         SettingsService& settings = with.container.settings();
         ownTheme = std::make_unique<Theme>(settings.colorScheme());
+        ownTheme->followSystemFont();
         connect(&settings, &SettingsService::colorSchemeChanged, ownTheme.get(),
                 [this, &settings] { ownTheme->setScheme(settings.colorScheme()); });
     }
@@ -80,7 +81,8 @@ QWidget* MainContents::make()
                        .defaultExportFilename =
                            [] { return ImportExportService::shared().defaultExportFilename(); }},
                       view);
-    connect(view, &MainContentView::settingsRequested, this, with.showSettings);
+    connect(view, &MainContentView::settingsRequested, this,
+            [this] { with.showSettings(view->sheets()); });
     connect(view, &MainContentView::keyboardShortcutsRequested, this,
             &MainContents::showKeyboardShortcuts);
     showFirstLaunchView();

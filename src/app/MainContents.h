@@ -23,6 +23,7 @@ class KeyboardShortcutsView;
 class LaunchState;
 class LoadingOverlayView;
 class MainContentView;
+class SheetHost;
 struct QuitQuestion;
 
 /// What the main window is filled with: the list's model and the views of it, what lies over them,
@@ -36,7 +37,7 @@ public:
     struct Dependencies {
         DependencyContainer& container;
         LaunchState& launchState;
-        std::function<void()> showSettings;
+        std::function<void(SheetHost&)> showSettings; ///< over what the host covers
     };
 
     explicit MainContents(Dependencies dependencies, QObject* parent = nullptr);

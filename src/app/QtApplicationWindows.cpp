@@ -221,6 +221,7 @@ void QtApplicationWindows::showSettingsWindow()
 void QtApplicationWindows::equip(MainWindow& window)
 {
     window.setAttribute(Qt::WA_DeleteOnClose);
+    window.menuBar()->setAccessibleName(QStringLiteral("Menus"));
     for (QMenu* menu : with.commands().menus())
         window.menuBar()->addMenu(menu);
     // Their keys work also where the desktop shows the menus in its own place.

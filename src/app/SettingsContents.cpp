@@ -12,6 +12,7 @@
 #include "sync/CloudDriveDetectionService.h"
 #include "sync/ConflictDetectionService.h"
 #include "sync/ConflictResolution.h"
+#include "views/common/Button.h"
 #include "views/common/SheetHost.h"
 #include "views/settings/SettingsView.h"
 #include "views/sheets/ChangeLocationSheet.h"
@@ -52,24 +53,44 @@ SettingsContents::SettingsContents(Dependencies dependencies, QObject* parent)
 
 QWidget* SettingsContents::make()
 {
-    auto* view =
-        new SettingsView({.settings = with.container.settings(),
-                          .hotkeyService = with.container.hotkeyService(),
-                          .conflictChecker = with.container.hotkeyConflictChecker(),
-                          .locationManager = StorageLocationManager::shared(),
-                          .cloudDriveService = CloudDriveDetectionService::shared(),
-                          .conflictDetection = ConflictDetectionService::shared(),
-                          .collectionStorage = with.container.collectionFileStorageService(),
-                          .notifications = NotificationCenter::defaultCenter(),
-                          .fileViewer = with.container.fileViewer(),
-                          .scheduler = EventLoopScheduler::shared(),
-                          .theme = with.theme()});
-    auto* sheets = new SheetHost(with.theme(), view);
-    connect(view, &SettingsView::changeLocationRequested, sheets,
-            [this, sheets] { showChangeLocation(*sheets); });
-    connect(view, &SettingsView::resolveConflictsRequested, sheets,
-            [this, sheets](const QList<ConflictFile>& found) { showConflicts(*sheets, found); });
+    SettingsView* const view = makeView();
+    connectSheets(*view, *new SheetHost(with.theme(), view));
     return view;
+}
+
+void SettingsContents::present(SheetHost& sheets)
+{
+    SettingsView* const view = makeView();
+    connectSheets(*view, sheets);
+    const auto dismiss = [view, host = QPointer<SheetHost>(&sheets)] {
+        if (host)
+            host->dismiss(view);
+    };
+    connect(view, &SettingsView::dismissed, view, dismiss);
+    sheets.present(view, {.onCancel = dismiss, .firstFocus = view->doneButton()});
+}
+
+SettingsView* SettingsContents::makeView()
+{
+    return new SettingsView({.settings = with.container.settings(),
+                             .hotkeyService = with.container.hotkeyService(),
+                             .conflictChecker = with.container.hotkeyConflictChecker(),
+                             .locationManager = StorageLocationManager::shared(),
+                             .cloudDriveService = CloudDriveDetectionService::shared(),
+                             .conflictDetection = ConflictDetectionService::shared(),
+                             .collectionStorage = with.container.collectionFileStorageService(),
+                             .notifications = NotificationCenter::defaultCenter(),
+                             .fileViewer = with.container.fileViewer(),
+                             .scheduler = EventLoopScheduler::shared(),
+                             .theme = with.theme()});
+}
+
+void SettingsContents::connectSheets(SettingsView& view, SheetHost& sheets)
+{
+    connect(&view, &SettingsView::changeLocationRequested, &view,
+            [this, &sheets] { showChangeLocation(sheets); });
+    connect(&view, &SettingsView::resolveConflictsRequested, &view,
+            [this, &sheets](const QList<ConflictFile>& found) { showConflicts(sheets, found); });
 }
 
 void SettingsContents::showChangeLocation(SheetHost& sheets)

@@ -12,11 +12,12 @@ class QWidget;
 namespace vellumry {
 
 class DependencyContainer;
+class SettingsView;
 class SheetHost;
 class Theme;
 
-/// What the settings window is filled with: the settings and the sheets that come up over them.
-/// Main thread only.
+/// The settings as the contents of a window of their own or as a sheet, with the sheets that come
+/// up over them. Main thread only.
 class SettingsContents : public QObject {
     Q_OBJECT
 
@@ -32,7 +33,12 @@ public:
     /// New contents for a window, which takes them over.
     [[nodiscard]] QWidget* make();
 
+    /// Shows the settings as a sheet.
+    void present(SheetHost& sheets);
+
 private:
+    [[nodiscard]] SettingsView* makeView();
+    void connectSheets(SettingsView& view, SheetHost& sheets);
     void showChangeLocation(SheetHost& sheets);
     void showConflicts(SheetHost& sheets, const QList<ConflictFile>& found);
 

@@ -154,7 +154,7 @@ VellumryApp::VellumryApp()
                   [] { return StorageLocationManager::shared().needsFirstLaunchSetup(); }),
       contents({.container = container,
                 .launchState = launchState,
-                .showSettings = [this] { appDelegate.menuBar()->openSettings(); }}),
+                .showSettings = [this](SheetHost& sheets) { settingsContents.present(sheets); }}),
       settingsContents(
           {.container = container, .theme = [this]() -> Theme& { return contents.theme(); }}),
       windows({.activation = panelActivation,

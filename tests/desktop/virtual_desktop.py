@@ -26,6 +26,7 @@ COMMANDS = {
     "i3": ["i3", "-c", os.path.join(HERE, "i3.config")],
     "xfwm4": ["xfwm4", "--compositor=off"],
 }
+ACCESSIBILITY_BUS = ["/usr/libexec/at-spi-bus-launcher", "--launch-immediately"]
 # What the surrounding session must not tell the programs inside.
 DROPPED = ("DISPLAY", "WAYLAND_DISPLAY", "WAYLAND_SOCKET", "XAUTHORITY", "SESSION_MANAGER",
            "DESKTOP_STARTUP_ID", "DBUS_SESSION_BUS_ADDRESS", "AT_SPI_BUS_ADDRESS", "XMODIFIERS",
@@ -54,11 +55,14 @@ class DesktopFailure(Exception):
 
 class VirtualDesktop:
     """wm: a window manager, or "none". monitors: two or more (x, width) strips of the screen, or
-    none for one monitor. Use as a context manager; `env` is the environment for programs inside.
+    none for one monitor. accessible: with the bus of screen readers, as if one were in use. Use as
+    a context manager; `env` is the environment for programs inside.
     """
 
-    def __init__(self, wm="openbox", compositor=False, size=(1280, 800), monitors=()):
+    def __init__(self, wm="openbox", compositor=False, size=(1280, 800), monitors=(),
+                 accessible=False):
         self.wm, self.compositor, self.size, self.monitors = wm, compositor, size, monitors
+        self.accessible = accessible
         self.folder = tempfile.mkdtemp(prefix="vellumry-desktop.")
         self.services = []
         self.x = None
@@ -99,6 +103,8 @@ class VirtualDesktop:
         self._start_x()
         self.x = x11.Connection(self.env["DISPLAY"])
         self._start_bus()
+        if self.accessible:
+            self._start_accessibility_bus()
         subprocess.run(["xsetroot", "-solid", "#5a7a9a"], env=self.env, check=True)
         for index, (left, width) in enumerate(self.monitors):
             height = self.size[1]
@@ -163,6 +169,13 @@ class VirtualDesktop:
                                         "--nopidfile", "--nosyslog"])
         self._ready("dbus-daemon", process, lambda: os.path.exists(socket))
         self.env["DBUS_SESSION_BUS_ADDRESS"] = f"unix:path={socket}"
+
+    def _start_accessibility_bus(self):
+        """The launcher tells the address of its bus at the root window."""
+        process = self._service("accessibility", ACCESSIBILITY_BUS)
+        self._ready("the accessibility bus", process,
+                    lambda: self.x.root_has_property("AT_SPI_BUS"))
+        self.env["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
 
     def _logs(self):
         text = []

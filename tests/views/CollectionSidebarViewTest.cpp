@@ -5,6 +5,7 @@
 #include "views/common/PopupMenu.h"
 #include "views/common/TextField.h"
 #include "views/sidebar/ColorWell.h"
+#include "views/sidebar/CustomColorPickerState.h"
 #include "views/sidebar/CustomColorPickerView.h"
 #include "views/sidebar/RenameCollectionView.h"
 
@@ -260,6 +261,27 @@ TEST_F(CollectionSidebarViewTest, EscapeAndTheClearButtonCloseTheFieldWithoutCre
 }
 
 // Menu
+
+TEST_F(CollectionSidebarViewTest, AfterTheFieldTheSidebarHasTheKeysThatItHadBefore)
+{
+    loadFour();
+    open();
+    clickRow(row(u"Work"_s));
+    addCollection(u"Travel"_s);
+    EXPECT_TRUE(row(u"Travel"_s)->hasFocus());
+    EXPECT_TRUE(sidebar().allowKeyboardNav());
+    key(Qt::Key_Up);
+    EXPECT_EQ(model.selectedCollection(), u"Empty"_s);
+
+    clickRow(all());
+    clickCard(u"Four"_s);
+    EXPECT_FALSE(sidebar().allowKeyboardNav());
+    click(sidebar().addButton());
+    pass(100ms);
+    key(Qt::Key_Escape);
+    EXPECT_FALSE(sidebar().allowKeyboardNav());
+    EXPECT_EQ(content().focusWidget(), nullptr) << "nothing else is chosen by itself";
+}
 
 TEST_F(CollectionSidebarViewTest, TheMenuHasItsItemsInOrder)
 {
@@ -727,6 +749,11 @@ TEST_F(CollectionSidebarViewTest, RowsTellTheirNameCountAndSelection)
     QAccessibleInterface* home = QAccessible::queryAccessibleInterface(row(u"Home"_s));
     EXPECT_EQ(home->text(QAccessible::Name), u"Home, 1 snippet"_s);
     EXPECT_FALSE(home->state().selected);
+    ASSERT_NE(home->actionInterface(), nullptr);
+    home->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(model.selectedCollection(), u"Home"_s);
+    EXPECT_TRUE(home->state().selected);
+    EXPECT_TRUE(sidebar().allowKeyboardNav());
 }
 
 TEST_F(CollectionSidebarViewTest, OfTheRowsTabReachesTheSelectedOne)

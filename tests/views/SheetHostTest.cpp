@@ -5,6 +5,7 @@
 #include "views/common/KeyEventMonitor.h"
 #include "views/common/TextField.h"
 
+#include <QAccessible>
 #include <QLineEdit>
 #include <QTest>
 #include <QVBoxLayout>
@@ -80,6 +81,18 @@ TEST_F(SheetHostTest, CoversTheWindowAndStandsInTheMiddle)
     QApplication::processEvents();
     EXPECT_EQ(host->geometry(), window.rect());
     EXPECT_NEAR(sheet->mapTo(&window, sheet->rect().center()).x(), 450, 1);
+}
+
+TEST_F(SheetHostTest, IsADialogToScreenReaders)
+{
+    auto* sheet = new Sheet(theme);
+    sheet->setAccessibleName(u"Rename Collection"_s);
+    host->present(sheet, {});
+    QAccessibleInterface* dialog = QAccessible::queryAccessibleInterface(sheet->parentWidget());
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(dialog->role(), QAccessible::Dialog);
+    EXPECT_EQ(dialog->text(QAccessible::Name), u"Rename Collection"_s);
+    EXPECT_TRUE(dialog->state().modal);
 }
 
 TEST_F(SheetHostTest, NeverGrowsHigherThanTheWindow)

@@ -272,6 +272,20 @@ TEST_F(SnippetListPanelViewTest, OtherKeysWithModifiersPassOn)
     EXPECT_TRUE(list().allowKeyboardNav());
 }
 
+TEST_F(SnippetListPanelViewTest, BackWithAnotherModifierPassesOn)
+{
+    loadFour();
+    open();
+    clickCard(u"Two"_s);
+    for (const auto modifier : {Qt::ControlModifier, Qt::AltModifier, Qt::MetaModifier}) {
+        QKeyEvent back(QEvent::KeyPress, Qt::Key_Backtab, Qt::ShiftModifier | modifier);
+        QApplication::sendEvent(&cards(), &back);
+        key(Qt::Key_Escape, Qt::ShiftModifier | modifier);
+        EXPECT_FALSE(filterField().hasFocus());
+        EXPECT_TRUE(list().allowKeyboardNav());
+    }
+}
+
 TEST_F(SnippetListPanelViewTest, WithoutKeysAndPointerItLetsEverythingPass)
 {
     loadFour();
@@ -634,6 +648,19 @@ TEST_F(SnippetListPanelViewTest, TheSelectedCardIsTheCurrentRow)
     EXPECT_EQ(access->child(2)->text(QAccessible::Name), u"Three, third, Work, yesterday"_s);
     EXPECT_TRUE(access->child(2)->state().selected);
     EXPECT_FALSE(access->child(1)->state().selected);
+}
+
+TEST_F(SnippetListPanelViewTest, ACardThatAScreenReaderSelectsIsSelected)
+{
+    loadFour();
+    open();
+    clickRow(sidebar().allRow());
+    QAccessibleInterface* card = QAccessible::queryAccessibleInterface(&cards())->child(1);
+    ASSERT_NE(card->actionInterface(), nullptr);
+    card->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+    EXPECT_EQ(selected(), u"Two"_s);
+    EXPECT_TRUE(list().allowKeyboardNav());
+    EXPECT_FALSE(sidebar().allowKeyboardNav());
 }
 
 TEST_F(SnippetListPanelViewTest, TabIntoTheCardsGivesTheListTheKeys)

@@ -1,6 +1,8 @@
 #include "views/common/Theme.h"
 
+#include <QApplication>
 #include <QSignalSpy>
+#include <QWindow>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -81,6 +83,27 @@ TEST(ThemeChangeTest, TellsOfChangesAndOnlyOfThem)
     EXPECT_EQ(theme.colors().window, colorTokens(ColorScheme::dark).window);
     theme.setTextScale(1.2);
     EXPECT_EQ(changed.size(), 2);
+}
+
+TEST(ThemeChangeTest, TheTextFollowsTheDesktopsFontWhereAskedTo)
+{
+    Theme theme(ColorScheme::light, 1.6);
+    const QSignalSpy changed(&theme, &Theme::changed);
+    QEvent event(QEvent::ApplicationFontChange);
+    QApplication::sendEvent(qApp, &event);
+    EXPECT_EQ(theme.textScale(), 1.6);
+    theme.followSystemFont();
+    QApplication::sendEvent(qApp, &event);
+    EXPECT_EQ(theme.textScale(), Theme::systemTextScale());
+    EXPECT_LT(theme.textScale(), 1.6);
+    EXPECT_EQ(changed.size(), 1);
+
+    theme.setTextScale(1.6);
+    QWindow window;
+    QEvent another(QEvent::ThemeChange);
+    QApplication::sendEvent(&window, &another);
+    EXPECT_EQ(theme.textScale(), Theme::systemTextScale());
+    EXPECT_EQ(changed.size(), 3);
 }
 
 TEST(ThemeChangeTest, FontsAndLinesFollowTheTextScaleWithinLimits)

@@ -1,56 +1,64 @@
 #include "views/common/AccessibleRow.h"
 
 #include <QAccessibleWidget>
-#include <QWidget>
 
-namespace vellumry::AccessibleRow {
+namespace vellumry {
 
 namespace {
 
-/// The property that marks a widget as a row and tells whether it is selected.
-constexpr auto selectedKey = "isSelectedRow";
-
 class RowInterface final : public QAccessibleWidget {
 public:
-    explicit RowInterface(QWidget* row) : QAccessibleWidget(row, QAccessible::ListItem) {}
+    explicit RowInterface(AccessibleRow& widget)
+        : QAccessibleWidget(&widget, QAccessible::ListItem), row(widget)
+    {
+    }
 
     [[nodiscard]] QAccessible::State state() const override
     {
         QAccessible::State state = QAccessibleWidget::state();
         state.selectable = true;
-        state.selected = widget()->property(selectedKey).toBool();
+        state.selected = row.isSelected();
         return state;
     }
+
+    [[nodiscard]] QStringList actionNames() const override { return {pressAction()}; }
+
+    void doAction(const QString& name) override
+    {
+        if (name == pressAction())
+            row.press();
+    }
+
+private:
+    AccessibleRow& row;
 };
 
-QAccessibleInterface* makeInterface(const QString&, QObject* object)
+QAccessibleInterface* makeRowInterface(const QString&, QObject* object)
 {
-    if (object && object->isWidgetType() && object->property(selectedKey).isValid())
-        return new RowInterface(static_cast<QWidget*>(object));
-    return nullptr;
+    auto* row = qobject_cast<AccessibleRow*>(object);
+    return row ? new RowInterface(*row) : nullptr;
 }
 
 } // namespace
 
-void install(QWidget& row)
+AccessibleRow::AccessibleRow(QWidget* parent) : QWidget(parent)
 {
     static const bool isInstalled = [] {
-        QAccessible::installFactory(makeInterface);
+        QAccessible::installFactory(makeRowInterface);
         return true;
     }();
     (void)isInstalled;
-    row.setProperty(selectedKey, false);
 }
 
-void setSelected(QWidget& row, bool selected)
+void AccessibleRow::setSelected(bool isSelected)
 {
-    if (row.property(selectedKey).toBool() == selected)
+    if (selected == isSelected)
         return;
-    row.setProperty(selectedKey, selected);
+    selected = isSelected;
     QAccessible::State changed;
     changed.selected = true;
-    QAccessibleStateChangeEvent event(&row, changed);
+    QAccessibleStateChangeEvent event(this, changed);
     QAccessible::updateAccessibility(&event);
 }
 
-} // namespace vellumry::AccessibleRow
+} // namespace vellumry

@@ -1,17 +1,25 @@
 #pragma once
 
-class QWidget;
+#include <QWidget>
 
 namespace vellumry {
 
-/// How a row that is a widget of its own tells a screen reader that it is a row, and whether it is
-/// selected.
-namespace AccessibleRow {
+/// A widget that is a row among others: to a screen reader an item of a list, which can be selected
+/// and pressed.
+class AccessibleRow : public QWidget {
+    Q_OBJECT
 
-/// To be called once for each row, before anything else is told about it.
-void install(QWidget& row);
-void setSelected(QWidget& row, bool selected);
+public:
+    explicit AccessibleRow(QWidget* parent);
 
-} // namespace AccessibleRow
+    [[nodiscard]] bool isSelected() const { return selected; }
+    void setSelected(bool isSelected);
+
+    /// Does what a click upon the row does.
+    virtual void press() = 0;
+
+private:
+    bool selected = false;
+};
 
 } // namespace vellumry

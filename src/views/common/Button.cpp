@@ -1,5 +1,6 @@
 #include "views/common/Button.h"
 
+#include "views/common/AccessibleRole.h"
 #include "views/common/Icon.h"
 #include "views/common/Strokes.h"
 #include "views/common/TextPainting.h"
@@ -23,6 +24,7 @@ Button::Button(const Theme& look, Kind buttonKind, const QString& text, QWidget*
     : QAbstractButton(parent), theme(look), kind(buttonKind), size(buttonSize),
       hover(new HoverFade(this))
 {
+    makeAccessibleByClicks(staticMetaObject);
     setText(text);
     setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_Hover);

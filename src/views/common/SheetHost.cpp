@@ -1,5 +1,6 @@
 #include "views/common/SheetHost.h"
 
+#include "views/common/AccessibleRole.h"
 #include "views/common/Button.h"
 #include "views/common/Motion.h"
 #include "views/common/Shadow.h"
@@ -32,6 +33,8 @@ public:
         : QWidget(parent), theme(look), contents(sheetContents), options(sheetOptions),
           focusBefore(window()->focusWidget()), motion(new QVariantAnimation(this))
     {
+        setAccessibleRole(*this, QAccessible::Dialog);
+        setAccessibleName(contents->accessibleName());
         contents->setParent(this);
         connect(motion, &QVariantAnimation::valueChanged, this, qOverload<>(&QWidget::update));
         connect(&theme, &Theme::changed, this, qOverload<>(&QWidget::update));

@@ -2,6 +2,8 @@
 
 #include "views/common/Fonts.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QFontDatabase>
 #include <QFontInfo>
 
@@ -96,6 +98,23 @@ void Theme::setTextScale(qreal scale)
         return;
     currentScale = held;
     Q_EMIT changed();
+}
+
+void Theme::followSystemFont()
+{
+    qApp->installEventFilter(this);
+}
+
+bool Theme::eventFilter(QObject* watched, QEvent* event)
+{
+    // The one comes from a desktop's own theme, the other from the toolkit's.
+    const bool isFontChange = (event->type() == QEvent::ApplicationFontChange && watched == qApp) ||
+                              (event->type() == QEvent::ThemeChange && watched->isWindowType());
+    if (isFontChange) {
+        currentScale = systemTextScale();
+        Q_EMIT changed(); // another family of the same size is another look, too
+    }
+    return false;
 }
 
 QFont Theme::font(TextStyle style) const

@@ -51,6 +51,9 @@ public:
     [[nodiscard]] QFont font(TextStyle style) const;
     [[nodiscard]] int lineHeight(TextStyle style) const;
 
+    /// From now on the texts are as large as the desktop's font asks for at the time.
+    void followSystemFont();
+
     /// The height of a row with one line of text: that of the design, or more for larger text.
     [[nodiscard]] int rowHeight(int designed, TextStyle style) const;
 
@@ -58,8 +61,11 @@ public:
     [[nodiscard]] QPalette palette() const;
 
 Q_SIGNALS:
-    /// Of colours or sizes.
+    /// Of colours, fonts or sizes.
     void changed();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     ColorScheme currentScheme;

@@ -1,6 +1,7 @@
 #include "views/editor/EditorBottomBar.h"
 
 #include "library/SnippetEditorViewModel.h"
+#include "views/common/AccessibleRole.h"
 #include "views/common/DateText.h"
 #include "views/common/Icon.h"
 #include "views/common/Strokes.h"
@@ -34,6 +35,7 @@ EditorBottomBar::EditorBottomBar(const Theme& look, SnippetEditorViewModel& mode
                                  const Clock& time, QWidget* parent)
     : QWidget(parent), theme(look), viewModel(model), clock(time)
 {
+    setAccessibleRole(*this, QAccessible::StaticText);
     QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);

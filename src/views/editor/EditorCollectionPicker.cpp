@@ -73,6 +73,8 @@ void EditorCollectionPicker::showMode()
 {
     const bool isAdding = viewModel.isAddingNewCollection();
     present->setVisible(!isAdding);
+    if (!isAdding && field->hasFocus())
+        present->setFocus(Qt::OtherFocusReason);
     field->setVisible(isAdding);
 }
 

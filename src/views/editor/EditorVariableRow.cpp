@@ -9,6 +9,7 @@
 #include <QKeyEvent>
 #include <QPainter>
 
+#include <algorithm>
 #include <utility>
 
 namespace vellumry {
@@ -34,16 +35,24 @@ EditorVariableRow::EditorVariableRow(const Theme& look, const QString& name, Act
     input->addClearButton(QStringLiteral("Clear value for variable ") + variable);
     input->installEventFilter(this);
     auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(leftPadding + nameWidth + gap, 0, rightPadding, 0);
     row->addWidget(input);
-    setFixedHeight(theme.rowHeight(rowHeight, TextStyle::body));
+    applyTheme();
     connect(input, &QLineEdit::textEdited, this,
             [this](const QString& text) { actions.onChange(text); });
     connect(input, &TextField::clearRequested, this, [this] { actions.onChange({}); });
-    connect(&theme, &Theme::changed, this, [this] {
-        setFixedHeight(theme.rowHeight(rowHeight, TextStyle::body));
-        update();
-    });
+    connect(&theme, &Theme::changed, this, &EditorVariableRow::applyTheme);
+}
+
+void EditorVariableRow::applyTheme()
+{
+    setFixedHeight(theme.rowHeight(rowHeight, TextStyle::body));
+    layout()->setContentsMargins(leftPadding + roomForName() + gap, 0, rightPadding, 0);
+    update();
+}
+
+int EditorVariableRow::roomForName() const
+{
+    return qRound(nameWidth * std::max<qreal>(1, theme.textScale()));
 }
 
 void EditorVariableRow::setValue(const QString& value)
@@ -73,7 +82,7 @@ void EditorVariableRow::paintEvent(QPaintEvent*)
     const ColorTokens& token = theme.colors();
     if (hasLineAbove)
         painter.fillRect(QRectF(0, 0, width(), lineWidth(painter)), token.stroke);
-    paintLine(painter, QRectF(leftPadding, 0, nameWidth, height()), variable,
+    paintLine(painter, QRectF(leftPadding, 0, roomForName(), height()), variable,
               theme.font(TextStyle::contentSmall), token.accent);
 }
 

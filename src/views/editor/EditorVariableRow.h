@@ -35,6 +35,9 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    void applyTheme();
+    [[nodiscard]] int roomForName() const;
+
     const Theme& theme;
     QString variable;
     Actions actions;

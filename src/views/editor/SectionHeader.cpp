@@ -1,5 +1,6 @@
 #include "views/editor/SectionHeader.h"
 
+#include "views/common/AccessibleRole.h"
 #include "views/common/Icon.h"
 #include "views/common/TextPainting.h"
 #include "views/editor/CountPill.h"
@@ -22,6 +23,7 @@ SectionHeader::SectionHeader(const Theme& look, const QString& symbolName, const
                              QWidget* parent)
     : QWidget(parent), theme(look), symbol(symbolName), title(text), row(new QHBoxLayout(this))
 {
+    setAccessibleRole(*this, QAccessible::Heading);
     setAccessibleName(title);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     row->setContentsMargins({});

@@ -1,5 +1,6 @@
 #include "views/list/ListHeader.h"
 
+#include "views/common/AccessibleRole.h"
 #include "views/common/Button.h"
 #include "views/common/Icon.h"
 #include "views/common/Strokes.h"
@@ -28,6 +29,7 @@ ListHeader::ListHeader(const Theme& look, QWidget* parent)
     : QWidget(parent), theme(look),
       add(Button::withSymbol(theme, QStringLiteral("plus"), QStringLiteral("New Snippet"), this))
 {
+    setAccessibleRole(*this, QAccessible::Heading);
     add->setToolTip(QStringLiteral("New Snippet (Ctrl+N)"));
     add->setAccented(true);
     setFixedHeight(headerHeight);

@@ -483,6 +483,18 @@ void SnippetCardListView::focusInEvent(QFocusEvent* event)
         Q_EMIT tabFocusReceived();
 }
 
+void SnippetCardListView::selectionChanged(const QItemSelection& chosen, const QItemSelection& left)
+{
+    QListView::selectionChanged(chosen, left);
+    // By itself the view selects what the model has selected; another card, a screen reader does.
+    const QModelIndexList indexes = chosen.indexes();
+    if (indexes.isEmpty())
+        return;
+    const QString id = rows->snippet(indexes.constFirst().row()).id();
+    if (services.viewModel.selectedSnippetID() != id)
+        Q_EMIT clicked(id);
+}
+
 void SnippetCardListView::scrollContentsBy(int dx, int dy)
 {
     QListView::scrollContentsBy(dx, dy);

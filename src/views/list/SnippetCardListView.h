@@ -85,6 +85,7 @@ protected:
     void focusInEvent(QFocusEvent* event) override;
     void scrollContentsBy(int dx, int dy) override;
     void hideEvent(QHideEvent* event) override;
+    void selectionChanged(const QItemSelection& chosen, const QItemSelection& left) override;
 
 private:
     struct Press {

@@ -231,8 +231,8 @@ bool SnippetListPanelView::handleKey(const QKeyEvent& event)
     if (!allowsKeys && (!hovered || sidebarPrefersKeys))
         return false;
     const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
-    const bool isShiftedEscape = event.key() == Qt::Key_Escape && modifiers == Qt::ShiftModifier;
-    if (event.key() == Qt::Key_Backtab || isShiftedEscape) {
+    const bool isBack = event.key() == Qt::Key_Backtab || event.key() == Qt::Key_Escape;
+    if (isBack && modifiers == Qt::ShiftModifier) {
         setKeys(false);
         focusSearchField();
         return true;

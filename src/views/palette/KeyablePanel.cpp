@@ -1,6 +1,7 @@
 #include "views/palette/KeyablePanel.h"
 
 #include "platform/PanelActivation.h"
+#include "views/common/AccessibleRole.h"
 #include "views/common/RoundedMask.h"
 #include "views/palette/QuickSearchStyle.h"
 
@@ -16,6 +17,7 @@ KeyablePanel::KeyablePanel(PanelActivation& activation, QWidget* parent)
     : QWidget(parent, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint),
       desktop(activation)
 {
+    setAccessibleRole(*this, QAccessible::Window);
     setWindowTitle(QStringLiteral("Palette"));
     setAttribute(Qt::WA_TranslucentBackground);
     setFixedSize(QuickSearchStyle::width, QuickSearchStyle::height);

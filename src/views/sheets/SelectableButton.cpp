@@ -1,5 +1,6 @@
 #include "views/sheets/SelectableButton.h"
 
+#include "views/common/AccessibleRole.h"
 #include "views/common/Strokes.h"
 
 #include <QKeyEvent>
@@ -19,6 +20,7 @@ constexpr qreal disabledOpacity = 0.5;
 SelectableButton::SelectableButton(const Theme& theme, const QString& name, QWidget* parent)
     : QAbstractButton(parent), appearance(theme), hover(new HoverFade(this))
 {
+    makeAccessibleByClicks(staticMetaObject);
     setText(name);
     setShortcut({}); // An ampersand in a name is no key.
     setAccessibleName(name);

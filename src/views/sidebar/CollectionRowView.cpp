@@ -1,7 +1,6 @@
 #include "views/sidebar/CollectionRowView.h"
 
 #include "settings/CategoryColorService.h"
-#include "views/common/AccessibleRow.h"
 #include "views/common/Icon.h"
 #include "views/common/PopupMenu.h"
 #include "views/common/Strokes.h"
@@ -33,9 +32,8 @@ QString capitalised(const QString& name)
 } // namespace
 
 CollectionRowView::CollectionRowView(const Theme& look, Actions handlers, QWidget* parent)
-    : QWidget(parent), theme(look), actions(std::move(handlers)), hover(new HoverFade(this))
+    : AccessibleRow(parent), theme(look), actions(std::move(handlers)), hover(new HoverFade(this))
 {
-    AccessibleRow::install(*this);
     setMouseTracking(true);
     connect(&theme, &Theme::changed, this, qOverload<>(&QWidget::update));
 }
@@ -51,8 +49,13 @@ void CollectionRowView::setContents(const Contents& contents)
                           .arg(shown.title)
                           .arg(shown.count)
                           .arg(shown.count == 1 ? QString() : QStringLiteral("s")));
-    AccessibleRow::setSelected(*this, shown.isSelected);
+    setSelected(shown.isSelected);
     update();
+}
+
+void CollectionRowView::press()
+{
+    actions.onSelect();
 }
 
 void CollectionRowView::setOpenPlace(bool open)
@@ -194,7 +197,7 @@ void CollectionRowView::mouseReleaseEvent(QMouseEvent* event)
     if (std::exchange(isDragging, false))
         Q_EMIT dragEnded(event->globalPosition().toPoint());
     else if (rect().contains(event->position().toPoint()))
-        actions.onSelect();
+        press();
 }
 
 void CollectionRowView::contextMenuEvent(QContextMenuEvent* event)

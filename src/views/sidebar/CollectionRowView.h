@@ -1,9 +1,8 @@
 #pragma once
 
+#include "views/common/AccessibleRow.h"
 #include "views/common/HoverFade.h"
 #include "views/common/Theme.h"
-
-#include <QWidget>
 
 #include <functional>
 #include <optional>
@@ -13,7 +12,7 @@ namespace vellumry {
 class PopupMenu;
 
 /// One row of the sidebar: a pseudo-collection with its symbol, or a collection with its dot.
-class CollectionRowView : public QWidget {
+class CollectionRowView : public AccessibleRow {
     Q_OBJECT
 
 public:
@@ -62,6 +61,7 @@ public:
     [[nodiscard]] PopupMenu* makeMenu();
 
     [[nodiscard]] QSize sizeHint() const override;
+    void press() override;
 
 Q_SIGNALS:
     /// The row is being dragged off its place, held there.

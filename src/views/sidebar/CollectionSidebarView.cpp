@@ -3,32 +3,26 @@
 #include "core/Text.h"
 #include "library/SnippetListViewModel.h"
 #include "notifications/NotificationCenter.h"
-#include "settings/CategoryColorService.h"
-#include "views/common/AlertCard.h"
+#include "views/common/AccessibleRole.h"
 #include "views/common/Button.h"
 #include "views/common/CollectionColors.h"
 #include "views/common/EdgeScroll.h"
-#include "views/common/Icon.h"
 #include "views/common/KeyEventMonitor.h"
 #include "views/common/LiftedPicture.h"
 #include "views/common/Motion.h"
 #include "views/common/OverlayScrollBar.h"
 #include "views/common/PopupMenu.h"
-#include "views/common/SheetHost.h"
 #include "views/common/Strokes.h"
 #include "views/common/TextPainting.h"
-#include "views/sidebar/CustomColorPickerView.h"
+#include "views/sidebar/CollectionDialogs.h"
 #include "views/sidebar/NewCollectionTextField.h"
-#include "views/sidebar/RenameCollectionView.h"
+#include "views/sidebar/SidebarHeader.h"
 
 #include <QBoxLayout>
 #include <QKeyEvent>
-#include <QMenu>
 #include <QPainter>
 #include <QScrollArea>
 #include <QSet>
-#include <QUrl>
-#include <QtMath>
 
 #include <algorithm>
 #include <utility>
@@ -39,7 +33,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr int headerHeight = 56;
 constexpr int footerHeight = 44;
 constexpr int sectionHeight = 28;
 constexpr int sectionGap = 12;
@@ -48,67 +41,22 @@ constexpr int sectionRight = 10;
 constexpr int rowMargin = 8;
 constexpr int fieldAbove = 2;
 constexpr int fieldBelow = 4;
-constexpr int logoSize = 24;
-constexpr int logoGap = 9;
 constexpr int addSide = 24;
 constexpr int addSymbol = 14;
 constexpr auto focusDelay = 100ms;
 constexpr auto menuDelay = 100ms; ///< so that a menu has closed
-constexpr auto pickerDelay = 100ms;
-constexpr auto alertDelay = 200ms;
 constexpr auto slideTime = 200ms;
-
-constexpr QStringView webSite = u"https://vellumry.example/";
-
-/// The logo and the name, which lead to the web site.
-class BrandButton final : public Button {
-public:
-    BrandButton(const Theme& look, QWidget* parent)
-        : Button(look, Kind::ghost, QStringLiteral("Vellumry"), parent), theme(look)
-    {
-        setCursor(Qt::PointingHandCursor);
-    }
-
-    [[nodiscard]] QSize sizeHint() const override
-    {
-        const qreal name = QFontMetricsF(theme.font(TextStyle::heading)).horizontalAdvance(text());
-        const int high = std::max(logoSize, theme.lineHeight(TextStyle::heading));
-        return {logoSize + logoGap + qCeil(name) + 1 + 2 * ringRoom, high + 2 * ringRoom};
-    }
-
-protected:
-    void paintEvent(QPaintEvent*) override
-    {
-        QPainter painter(this);
-        const QRectF face = QRectF(rect()).adjusted(ringRoom, ringRoom, -ringRoom, -ringRoom);
-        Icon(QStringLiteral("SidebarLogo"))
-            .paint(painter, {face.x(), face.center().y() - logoSize / 2.0}, logoSize, Qt::black);
-        paintLine(painter, face.adjusted(logoSize + logoGap, 0, 1, 0), text(),
-                  theme.font(TextStyle::heading), theme.colors().textPrimary);
-        if (isRingShown()) {
-            painter.setPen(QPen(theme.colors().focusRing, 2));
-            painter.setRenderHint(QPainter::Antialiasing);
-            painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), 8, 8);
-        }
-    }
-
-private:
-    const Theme& theme;
-};
-
-QWidget* bandOf(int height, QWidget* parent)
-{
-    auto* band = new QWidget(parent);
-    band->setFixedHeight(height);
-    return band;
-}
 
 } // namespace
 
 /// The scrolled rows, with the headings of their sections.
 class CollectionSidebarView::Content final : public QWidget {
 public:
-    explicit Content(CollectionSidebarView& view) : sidebar(view) {}
+    explicit Content(CollectionSidebarView& view) : sidebar(view)
+    {
+        setAccessibleRole(*this, QAccessible::List);
+        setAccessibleName(QStringLiteral("Collections"));
+    }
 
 protected:
     void paintEvent(QPaintEvent*) override
@@ -128,9 +76,13 @@ private:
 };
 
 CollectionSidebarView::CollectionSidebarView(const Dependencies& dependencies, QWidget* parent)
-    : QWidget(parent), services(dependencies), sliding(new QVariantAnimation(this)),
-      header(bandOf(headerHeight, this)), footer(bandOf(footerHeight, this)),
-      area(new QScrollArea(this)), content(new Content(*this)),
+    : QWidget(parent), services(dependencies),
+      dialogs(new CollectionDialogs({services.viewModel, services.colors, services.scheduler,
+                                     services.theme, services.sheets},
+                                    this)),
+      sliding(new QVariantAnimation(this)),
+      header(new SidebarHeader(services.theme, services.openExternally, this)),
+      footer(new QWidget(this)), area(new QScrollArea(this)), content(new Content(*this)),
       scrollBar(new OverlayScrollBar(*area, {}, services.scheduler)),
       edgeScroll(new EdgeScroll(*area, [this] { dragTo(lastDragPosition); })),
       add(Button::withSymbol(services.theme, QStringLiteral("plus"),
@@ -153,7 +105,6 @@ CollectionSidebarView::CollectionSidebarView(const Dependencies& dependencies, Q
 {
     setAccessibleName(QStringLiteral("Collections"));
     setFixedWidth(sidebarWidth);
-    buildHeader();
     buildFooter();
     add->setSymbol(QStringLiteral("plus"), addSymbol);
     add->setSide(addSide);
@@ -192,23 +143,6 @@ CollectionSidebarView::CollectionSidebarView(const Dependencies& dependencies, Q
 
 CollectionSidebarView::~CollectionSidebarView() = default;
 
-void CollectionSidebarView::buildHeader()
-{
-    brand = new BrandButton(services.theme, header);
-    menu = Button::withSymbol(services.theme, QStringLiteral("line.3.horizontal"),
-                              QStringLiteral("Menu"), header);
-    menu->hide();
-    auto* row = new QHBoxLayout(header);
-    constexpr int ring = Button::ringRoom;
-    row->setContentsMargins(sectionX - ring, 0, sectionRight - ring, 0);
-    row->addWidget(brand);
-    row->addStretch();
-    row->addWidget(menu);
-    connect(brand, &Button::clicked, this,
-            [this] { services.openExternally(QUrl(webSite.toString())); });
-    connect(menu, &Button::clicked, this, &CollectionSidebarView::openApplicationMenu);
-}
-
 void CollectionSidebarView::buildFooter()
 {
     const auto addButton = [this](const QString& symbol, const QString& text) {
@@ -219,6 +153,7 @@ void CollectionSidebarView::buildFooter()
         footer->layout()->addWidget(button);
         return button;
     };
+    footer->setFixedHeight(footerHeight);
     auto* row = new QHBoxLayout(footer);
     row->setContentsMargins(rowMargin - Button::ringRoom, 1, rowMargin - Button::ringRoom, 0);
     row->setSpacing(0);
@@ -255,18 +190,34 @@ void CollectionSidebarView::applyTheme()
     content->update();
 }
 
-void CollectionSidebarView::setApplicationMenu(QMenu* newMenu)
+void CollectionSidebarView::setApplicationMenu(QMenu* menu)
 {
-    applicationMenu = newMenu;
-    menu->setVisible(newMenu != nullptr);
+    header->setApplicationMenu(menu);
 }
 
-void CollectionSidebarView::openApplicationMenu()
+Button* CollectionSidebarView::brandButton() const
 {
-    if (!applicationMenu)
-        return;
-    const QPoint below(Button::ringRoom, menu->height() - Button::ringRoom);
-    applicationMenu->popup(menu->mapToGlobal(below));
+    return header->brandButton();
+}
+
+Button* CollectionSidebarView::menuButton() const
+{
+    return header->menuButton();
+}
+
+const std::optional<QString>& CollectionSidebarView::collectionToRename() const
+{
+    return dialogs->collectionToRename();
+}
+
+const std::optional<QString>& CollectionSidebarView::collectionToDelete() const
+{
+    return dialogs->collectionToDelete();
+}
+
+const CustomColorPickerState& CollectionSidebarView::colorPickerState() const
+{
+    return dialogs->colorPickerState();
 }
 
 // Rows
@@ -344,12 +295,12 @@ CollectionRowView* CollectionSidebarView::makeCollectionRow(const QString& name)
         {.onSelect =
              [this, name] { select([this, name] { services.viewModel.selectCollection(name); }); },
          .onHoverChange = hoverOf({HoveredItem::Kind::collection, name}),
-         .onRename = afterMenu([this, name] { showRenameDialog(name); }),
+         .onRename = afterMenu([this, name] { dialogs->showRename(name); }),
          .onExport = afterMenu([this, name] { Q_EMIT exportRequested(name); }),
-         .onDelete = [this, name] { showDeleteConfirmationAlert(name); },
+         .onDelete = [this, name] { dialogs->showDelete(name); },
          .onColorChange = [this,
                            name](const QString& preset) { services.colors.setColor(name, preset); },
-         .onCustomColor = afterMenu([this, name] { showColorPicker(name); }),
+         .onCustomColor = afterMenu([this, name] { dialogs->showColorPicker(name); }),
          .onTabFocus = [this] { takeKeys(); }},
         content);
     connect(row, &CollectionRowView::dragStarted, this,
@@ -498,10 +449,8 @@ void CollectionSidebarView::giveKeysAnd(void (NotificationCenter::*notification)
 
 bool CollectionSidebarView::handleKey(const QKeyEvent& event)
 {
-    if (event.key() == Qt::Key_F10 && !hasModifier(event) && applicationMenu) {
-        openApplicationMenu();
+    if (event.key() == Qt::Key_F10 && !hasModifier(event) && header->openApplicationMenu())
         return true;
-    }
     if (!allowsKeys && (!hovered || listPrefersKeys))
         return false;
     if (hasModifier(event))
@@ -543,6 +492,7 @@ void CollectionSidebarView::moveCollectionSelection(qsizetype by)
 
 void CollectionSidebarView::startAdding()
 {
+    hadKeysBeforeAdding = allowsKeys;
     newField->clear();
     newField->show();
     placeRows();
@@ -568,86 +518,14 @@ void CollectionSidebarView::confirmAddCollection()
 
 void CollectionSidebarView::stopAdding()
 {
+    // A field that is hidden with the focus hands it on to whatever Tab would reach.
+    const bool hadFocus = newField->hasFocus();
+    newField->clearFocus();
     newField->clear();
     newField->hide();
     placeRows();
-}
-
-void CollectionSidebarView::closeSheet()
-{
-    services.sheets.dismiss(std::exchange(sheet, nullptr));
-}
-
-void CollectionSidebarView::showRenameDialog(const QString& name)
-{
-    toRename = name;
-    const auto close = [this] {
-        toRename.reset();
-        closeSheet();
-    };
-    auto* view = new RenameCollectionView(
-        services.theme, name, name,
-        [this, name, close](const QString& newName) {
-            close();
-            services.viewModel.renameCollection(name, newName);
-        },
-        close);
-    sheet = view;
-    services.sheets.present(view, {.onCancel = close, .firstFocus = view->field()});
-}
-
-void CollectionSidebarView::showColorPicker(const QString& name)
-{
-    colorPicker.collectionName = name;
-    colorPicker.initialColor = services.colors.color(name);
-    services.scheduler.after(pickerDelay, this, [this] {
-        colorPicker.isPresented = true;
-        presentColorPicker(*colorPicker.collectionName);
-    });
-}
-
-void CollectionSidebarView::presentColorPicker(const QString& name)
-{
-    const auto close = [this] {
-        colorPicker.isPresented = false;
-        closeSheet();
-    };
-    sheet = new CustomColorPickerView(
-        services.theme, name, colorPicker.initialColor,
-        [this, name, close](const QColor& color) {
-            services.colors.setColor(name, toHex(color));
-            close();
-        },
-        close);
-    services.sheets.present(sheet, {.onCancel = close});
-}
-
-void CollectionSidebarView::showDeleteConfirmationAlert(const QString& name)
-{
-    toDelete = name;
-    services.scheduler.after(alertDelay, this, [this, name] {
-        const auto close = [this] {
-            toDelete.reset();
-            closeSheet();
-        };
-        const QString message = QStringLiteral("Are you sure you want to delete \"") + name +
-                                QStringLiteral("\" and all its snippets? This action cannot be "
-                                               "undone.");
-        auto* alert = new AlertCard(
-            services.theme,
-            {.symbol = QStringLiteral("exclamationmark.triangle.fill"),
-             .symbolColor = &ColorTokens::warningFill,
-             .title = QStringLiteral("Delete Collection"),
-             .message = message,
-             .answers = {{QStringLiteral("Cancel"), Button::Kind::secondary, close, true},
-                         {QStringLiteral("Delete"), Button::Kind::danger, [this, name, close] {
-                              services.viewModel.deleteCollection(name);
-                              services.colors.refresh();
-                              close();
-                          }}}});
-        sheet = alert;
-        services.sheets.present(alert, {.onCancel = close, .firstFocus = alert->firstFocus()});
-    });
+    if (hadFocus && hadKeysBeforeAdding)
+        takeKeys();
 }
 
 // Drag

@@ -4,7 +4,6 @@
 #include "views/common/Theme.h"
 #include "views/sidebar/CollectionDropDelegate.h"
 #include "views/sidebar/CollectionRowView.h"
-#include "views/sidebar/CustomColorPickerState.h"
 
 #include <QHash>
 #include <QStringList>
@@ -23,12 +22,15 @@ namespace vellumry {
 
 class Button;
 class CollectionColors;
+class CollectionDialogs;
+struct CustomColorPickerState;
 class EdgeScroll;
 class LiftedPicture;
 class NewCollectionTextField;
 class NotificationCenter;
 class OverlayScrollBar;
 class SheetHost;
+class SidebarHeader;
 class SnippetListViewModel;
 
 /// The left column of the main window: the pseudo-collections, the collections with all that one
@@ -64,7 +66,6 @@ public:
 
     /// The menu that the header's button and F10 open; without one there is no button. Not owned.
     void setApplicationMenu(QMenu* menu);
-    void openApplicationMenu();
 
     // State
 
@@ -73,10 +74,10 @@ public:
     [[nodiscard]] bool listPrefersFocus() const { return listPrefersKeys; }
     [[nodiscard]] const std::optional<HoveredItem>& hoveredItem() const { return hoveredRow; }
     [[nodiscard]] bool isAddingNewCollection() const;
-    [[nodiscard]] const std::optional<QString>& collectionToRename() const { return toRename; }
-    [[nodiscard]] const std::optional<QString>& collectionToDelete() const { return toDelete; }
+    [[nodiscard]] const std::optional<QString>& collectionToRename() const;
+    [[nodiscard]] const std::optional<QString>& collectionToDelete() const;
     [[nodiscard]] const std::optional<QString>& draggingCollection() const { return dragged; }
-    [[nodiscard]] const CustomColorPickerState& colorPickerState() const { return colorPicker; }
+    [[nodiscard]] const CustomColorPickerState& colorPickerState() const;
     /// Takes the keys away from the sidebar: the person has turned to a text.
     void stopKeyboardNav();
 
@@ -91,8 +92,8 @@ public:
     [[nodiscard]] Button* addButton() const { return add; }
     [[nodiscard]] Button* shortcutsButton() const { return shortcuts; }
     [[nodiscard]] Button* settingsButton() const { return settings; }
-    [[nodiscard]] Button* brandButton() const { return brand; }
-    [[nodiscard]] Button* menuButton() const { return menu; }
+    [[nodiscard]] Button* brandButton() const;
+    [[nodiscard]] Button* menuButton() const;
     /// The field for a new collection; hidden while none is being added.
     [[nodiscard]] NewCollectionTextField* newCollectionField() const { return newField; }
 
@@ -111,7 +112,6 @@ protected:
 private:
     class Content;
 
-    void buildHeader();
     void buildFooter();
     void observe();
     void applyTheme();
@@ -139,11 +139,6 @@ private:
     void startAdding();
     void confirmAddCollection();
     void stopAdding();
-    void showRenameDialog(const QString& name);
-    void showColorPicker(const QString& name);
-    void presentColorPicker(const QString& name);
-    void closeSheet();
-    void showDeleteConfirmationAlert(const QString& name);
 
     void startDrag(const QString& name, const QPoint& grip);
     void dragTo(const QPoint& screenPosition);
@@ -157,28 +152,23 @@ private:
     bool allowsKeys = false;
     bool listPrefersKeys = false;
     std::optional<HoveredItem> hoveredRow;
-    std::optional<QString> toRename;
-    std::optional<QString> toDelete;
-    CustomColorPickerState colorPicker;
     std::optional<QString> dragged;
     std::optional<QString> entered; ///< the row that the drag is over
     LiftedPicture* lifted = nullptr;
     QPoint lastDragPosition;
-    QWidget* sheet = nullptr; ///< the one of the sidebar that is up
     bool isRefreshing = false;
+    bool hadKeysBeforeAdding = false; ///< before the text of a new collection took them
 
     QStringList names;
     QHash<QString, CollectionRowView*> rows;
     std::map<const QWidget*, int> slidFrom; ///< how far above its place a row starts
+    CollectionDialogs* dialogs;
     QVariantAnimation* sliding;
 
-    QWidget* header;
+    SidebarHeader* header;
     QWidget* footer;
-    Button* brand = nullptr;
-    Button* menu = nullptr;
     Button* shortcuts = nullptr;
     Button* settings = nullptr;
-    QMenu* applicationMenu = nullptr;
     QScrollArea* area;
     QWidget* content;
     OverlayScrollBar* scrollBar;

@@ -13,6 +13,7 @@
 
 #include <QApplication>
 #include <QLineEdit>
+#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QSplitter>
 #include <QStackedLayout>
@@ -35,6 +36,18 @@ QWidget* textInputOf(QWidget* widget)
             return each;
     }
     return nullptr;
+}
+
+/// The window's menus are no children of its contents.
+void applyThemeTo(QMenuBar& bar, const Theme& theme)
+{
+    QList<QWidget*> parts{&bar};
+    for (const QAction* action : bar.actions())
+        parts.append(action->menu());
+    for (QWidget* part : parts) {
+        part->setPalette(theme.palette());
+        part->setFont(theme.font(TextStyle::body));
+    }
 }
 
 } // namespace
@@ -141,6 +154,8 @@ void MainContentView::applyTheme()
 {
     const QPalette colors = services.theme.palette();
     setPalette(colors);
+    if (auto* bar = window()->findChild<QMenuBar*>({}, Qt::FindDirectChildrenOnly))
+        applyThemeTo(*bar, services.theme);
     QToolTip::setPalette(colors);
     QToolTip::setFont(services.theme.font(TextStyle::label));
 }
@@ -261,6 +276,8 @@ void MainContentView::focusMoved(QWidget* now)
 
 bool MainContentView::eventFilter(QObject* watched, QEvent* event)
 {
+    if (event->type() == QEvent::Show && watched == window() && watched != this)
+        applyTheme();
     if (event->type() != QEvent::MouseButtonPress || !watched->isWidgetType())
         return false;
     auto* clicked = static_cast<QWidget*>(watched);

@@ -1,5 +1,6 @@
 #include "views/window/SettingsWindow.h"
 
+#include "views/common/AccessibleRole.h"
 #include "views/settings/SettingsView.h"
 
 #include <QHideEvent>
@@ -11,6 +12,7 @@ namespace vellumry {
 
 SettingsWindow::SettingsWindow(QWidget* contents, QWidget* parent) : QWidget(parent, Qt::Window)
 {
+    setAccessibleRole(*this, QAccessible::Window);
     setWindowTitle(QStringLiteral("Settings"));
     setWindowIcon(QIcon(QStringLiteral(":/icons/vellumry.svg")));
     setAttribute(Qt::WA_DeleteOnClose);

@@ -85,6 +85,20 @@ TEST_F(SnippetEditor, ANewSnippetsTitleIsTypedFirst)
     EXPECT_EQ(editorModel().title(), u"Mine");
 }
 
+TEST_F(SnippetEditor, WhoComesBackToANewSnippetDoesNotTypeItsTitle)
+{
+    loadFour();
+    open();
+    createSnippet();
+    const QString id = *model.selectedSnippetID();
+    pass(150ms);
+    clickCard(u"One"_s);
+    model.setSelectedSnippetID(id);
+    QApplication::processEvents();
+    pass(1s);
+    EXPECT_FALSE(title().titleField().hasFocus());
+}
+
 TEST_F(SnippetEditor, ASelectedSnippetsTitleIsNot)
 {
     openOn(u"text"_s);
@@ -211,6 +225,40 @@ TEST_F(SnippetEditor, SaveSaves)
     EXPECT_EQ(save.text(), u"Saved");
     pass(1ms);
     EXPECT_EQ(save.text(), u"Save");
+}
+
+TEST_F(SnippetEditor, SaveLooksAsItsStateIs)
+{
+    openOn(u"text"_s);
+    Button& save = editor().toolbar().saveButton();
+    const auto over = [&](const QColor& top, float opacity) {
+        const QColor ground = theme.colors().editor;
+        const auto mix = [&](float a, float b) { return a * opacity + b * (1 - opacity); };
+        return QColor::fromRgbF(mix(top.redF(), ground.redF()), mix(top.greenF(), ground.greenF()),
+                                mix(top.blueF(), ground.blueF()));
+    };
+    const auto colorAt = [&](int x) {
+        const QImage image = content().grab().toImage();
+        const QPointF place = save.mapTo(&content(), QPoint(x, save.height() / 2));
+        return image.pixelColor((place * image.devicePixelRatio()).toPoint());
+    };
+    const auto isNear = [](const QColor& a, const QColor& b) {
+        return std::abs(a.red() - b.red()) < 3 && std::abs(a.green() - b.green()) < 3 &&
+               std::abs(a.blue() - b.blue()) < 3;
+    };
+    constexpr int inFace = Button::ringRoom + 5;
+    constexpr int outOfFace = Button::ringRoom - 1;
+    EXPECT_TRUE(isNear(colorAt(inFace), over(theme.colors().secondaryMark, 0.35F)));
+    EXPECT_TRUE(isNear(colorAt(outOfFace), theme.colors().editor));
+    focus(text());
+    type(u"x"_s);
+    EXPECT_TRUE(isNear(colorAt(inFace), theme.colors().accentFill));
+    EXPECT_FALSE(isNear(colorAt(outOfFace), theme.colors().editor)) << "it has grown";
+    click(&save);
+    EXPECT_TRUE(isNear(colorAt(inFace), over(theme.colors().successFill, 0.9F)));
+    EXPECT_TRUE(isNear(colorAt(outOfFace), theme.colors().editor));
+    pass(1500ms);
+    EXPECT_TRUE(isNear(colorAt(inFace), over(theme.colors().secondaryMark, 0.35F)));
 }
 
 TEST_F(SnippetEditor, TheSaveKeyActsEverywhereInTheWindow)
@@ -428,6 +476,7 @@ TEST_F(SnippetEditor, ANewCollectionIsNamed)
     EXPECT_FALSE(editorModel().isAddingNewCollection());
     EXPECT_EQ(picker.chip().text(), u"Travel");
     EXPECT_FALSE(picker.chip().isHidden());
+    EXPECT_TRUE(picker.chip().hasFocus()) << "in the place of the field";
     EXPECT_TRUE(model.collections().contains(u"Travel"_s));
 }
 
