@@ -167,6 +167,9 @@ void AppDelegate::togglePalette()
         mainWindow->orderOut();
     services.windows.setRegularActivationPolicy();
     services.windows.activateIgnoringOtherApps();
+    if (const std::string token = hotkey::HotKeysController::backend().takeActivationToken();
+        !token.empty())
+        services.panelActivation.offerToken(QByteArray::fromStdString(token));
     services.scheduler.after(0ms, this, [this, eventTime = hotKeyEventTime()] {
         paletteWindow->center();
         paletteWindow->orderFront(eventTime);
@@ -178,6 +181,9 @@ void AppDelegate::togglePalette()
 
 void AppDelegate::showQuickSearchToast(const QString& message)
 {
+    // It would take the keyboard from the program that the person goes on with.
+    if (!services.panelActivation.arrangesWindows())
+        return;
     toastWindow = new ToastWindow(services.panelActivation);
     toastWindow->showText(message,
                           paletteWindow ? paletteWindow->place() : toastPlaceWithoutPalette);

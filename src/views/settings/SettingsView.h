@@ -29,6 +29,7 @@ class HotkeyServiceProtocol;
 class Label;
 class NotificationCenter;
 class OverlayScrollBar;
+class SettingsGroup;
 class SettingsNote;
 class SettingsService;
 class SettingsSwitch;
@@ -75,6 +76,8 @@ public:
     [[nodiscard]] HotkeyRecorderButton* recorderButton() const { return recorder; }
     [[nodiscard]] Label* recorderHelp() const { return help; }
     [[nodiscard]] SettingsNote* warningNote() const { return note; }
+    /// Tells what the desktop has not made of the hot key; hidden where there is nothing to tell.
+    [[nodiscard]] SettingsNote* desktopNote() const { return desktop; }
     [[nodiscard]] StorageSettingsSection& storageSection() const { return *storage; }
     [[nodiscard]] Button* resetButton() const { return reset; }
     [[nodiscard]] Button* doneButton() const { return done; }
@@ -96,6 +99,7 @@ protected:
 private:
     void addGeneralSection(QVBoxLayout& column, QWidget* body);
     void addKeyboardSection(QVBoxLayout& column, QWidget* body);
+    [[nodiscard]] SettingsNote* addNote(SettingsGroup& group, QWidget*& row) const;
     void addStorageSection(QVBoxLayout& column, QWidget* body);
     void addHeading(QVBoxLayout& column, const QString& text, QWidget* body) const;
     void buildFooter();
@@ -132,6 +136,8 @@ private:
     Label* help = nullptr;
     QWidget* noteRow = nullptr;
     SettingsNote* note = nullptr;
+    QWidget* desktopRow = nullptr;
+    SettingsNote* desktop = nullptr;
     StorageSettingsSection* storage = nullptr;
     Button* reset = nullptr;
     Button* done = nullptr;
