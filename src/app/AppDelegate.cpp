@@ -6,6 +6,7 @@
 #include "library/SnippetListViewModel.h"
 #include "notifications/NotificationCenter.h"
 #include "palette/CommandPaletteViewModel.h"
+#include "platform/PanelActivation.h"
 #include "settings/HotkeyServiceProtocol.h"
 #include "settings/SettingsService.h"
 #include "storage/StorageServiceProtocol.h"
