@@ -5,20 +5,22 @@
 //
 // and does what it is told on standard input:
 //
-//   press [TOKEN]     the shortcut's keys are pressed; prints "pressed NANOSECONDS" of the
-//   monotonic
-//                     clock just before the signal goes out
+//   press [TOKEN]     the shortcut's keys are pressed; prints "pressed MICROSECONDS", the time of
+//   day
+//                     just before the signal goes out
 //   trigger TEXT      the person chooses other keys
 
 #include "hotkey/FakeGlobalShortcutsPortal.h"
 
+#include <QByteArray>
 #include <QCoreApplication>
 #include <QDBusError>
 #include <QSocketNotifier>
-#include <QTextStream>
 
+#include <array>
 #include <chrono>
 #include <cstdio>
+#include <unistd.h>
 
 namespace {
 
@@ -32,12 +34,11 @@ void obey(vellumry::test::FakeGlobalShortcutsPortal& portal, const QString& line
 {
     const QString command = line.section(u' ', 0, 0);
     const QString rest = line.section(u' ', 1);
-    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    using namespace std::chrono;
+    const auto now = system_clock::now().time_since_epoch();
     if (command == QStringLiteral("press")) {
-        print(QStringLiteral("pressed %1")
-                  .arg(std::chrono::duration_cast<std::chrono::nanoseconds>(now).count()));
-        portal.press(quint64(std::chrono::duration_cast<std::chrono::milliseconds>(now).count()),
-                     rest);
+        print(QStringLiteral("pressed %1").arg(duration_cast<microseconds>(now).count()));
+        portal.press(quint64(duration_cast<milliseconds>(now).count()), rest);
     } else if (command == QStringLiteral("trigger")) {
         portal.changeTrigger(rest);
     }
@@ -56,14 +57,19 @@ int main(int argc, char** argv)
                      qPrintable(bus.lastError().message()));
         return 1;
     }
-    QTextStream input(stdin);
+    QByteArray input;
     const QSocketNotifier lines(0, QSocketNotifier::Read);
     QObject::connect(&lines, &QSocketNotifier::activated, &application, [&] {
-        const QString line = input.readLine();
-        if (line.isNull())
+        std::array<char, 1024> piece{};
+        const ssize_t size = read(0, piece.data(), piece.size());
+        if (size <= 0)
             QCoreApplication::quit();
         else
-            obey(portal, line);
+            input.append(piece.data(), size);
+        for (qsizetype end = input.indexOf('\n'); end >= 0; end = input.indexOf('\n')) {
+            obey(portal, QString::fromUtf8(input.first(end)));
+            input.remove(0, end + 1);
+        }
     });
     print(QStringLiteral("ready"));
     return QCoreApplication::exec();

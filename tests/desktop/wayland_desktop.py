@@ -115,6 +115,11 @@ class WaylandDesktop(VirtualDesktop):
     def wait_gone(self, title):
         wait_for(f"window {title!r} is gone", lambda: not self.windows(title))
 
+    def close(self, title):
+        """As by the button of its frame."""
+        self.command("swaymsg", f'[con_id={self.window(title)}] kill')
+        self.wait_gone(title)
+
     def focused_window(self):
         """The title of the window that has the keyboard, or an empty text."""
         return next((node["name"] for node in self._leaves() if node["focused"]), "")
