@@ -82,7 +82,7 @@ public:
         return std::nullopt;
     }
     /// From now on `observer` is told, on the main thread, when that changes.
-    virtual void observeDesktopShortcut(std::function<void()> /*observer*/) {}
+    virtual void observeDesktopShortcut(const std::function<void()>& /*observer*/) {}
 };
 
 } // namespace vellumry::hotkey

@@ -87,9 +87,9 @@ std::optional<DesktopShortcut> PortalHotKeyBackend::desktopShortcut() const
     return shortcut;
 }
 
-void PortalHotKeyBackend::observeDesktopShortcut(std::function<void()> newObserver)
+void PortalHotKeyBackend::observeDesktopShortcut(const std::function<void()>& newObserver)
 {
-    observer = std::move(newObserver);
+    observer = newObserver;
 }
 
 void PortalHotKeyBackend::apply()

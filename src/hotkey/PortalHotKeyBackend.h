@@ -49,7 +49,7 @@ public:
     [[nodiscard]] std::uint32_t lastEventTime() const override { return eventTime; }
     [[nodiscard]] std::string takeActivationToken() override;
     [[nodiscard]] std::optional<DesktopShortcut> desktopShortcut() const override;
-    void observeDesktopShortcut(std::function<void()> newObserver) override;
+    void observeDesktopShortcut(const std::function<void()>& newObserver) override;
 
 private Q_SLOTS:
     void portalOwnerChanged(const QString& name, const QString& before, const QString& now);

@@ -74,9 +74,9 @@ public:
     {
         return shortcut;
     }
-    void observeDesktopShortcut(std::function<void()> newObserver) override
+    void observeDesktopShortcut(const std::function<void()>& newObserver) override
     {
-        observer = std::move(newObserver);
+        observer = newObserver;
     }
     /// As a desktop that has the last word on hot keys.
     void decide(const DesktopShortcut& decision)

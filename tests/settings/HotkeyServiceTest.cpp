@@ -23,11 +23,13 @@ using hotkey::ModifierFlags;
 /// registration leaves, and a press is an event handed to it.
 class HotkeyServiceTest : public testing::Test {
 protected:
-    HotkeyServiceTest()
+    /// Makes it the window system in use.
+    static hotkey::FakeHotKeyBackend* plainValues()
     {
-        auto plainValues = std::make_unique<hotkey::FakeHotKeyBackend>();
-        backend = plainValues.get();
-        HotKeysController::setBackend(std::move(plainValues));
+        auto made = std::make_unique<hotkey::FakeHotKeyBackend>();
+        auto* backend = made.get();
+        HotKeysController::setBackend(std::move(made));
+        return backend;
     }
 
     /// The combinations that are registered now.
@@ -55,7 +57,7 @@ protected:
         return [this] { ++presses; };
     }
 
-    hotkey::FakeHotKeyBackend* backend = nullptr; ///< owned by the registry
+    hotkey::FakeHotKeyBackend* backend = plainValues(); ///< owned by the registry
     HotkeyConfig setting{u"t"_s, ModifierFlags::option};
     int presses = 0;
     test::LogCapture capture;
