@@ -6,6 +6,7 @@
 #include "library/SnippetListViewModel.h"
 #include "notifications/NotificationCenter.h"
 #include "palette/CommandPaletteViewModel.h"
+#include "platform/PanelActivation.h"
 #include "settings/HotkeyServiceProtocol.h"
 #include "settings/SettingsService.h"
 #include "storage/StorageServiceProtocol.h"
@@ -167,6 +168,9 @@ void AppDelegate::togglePalette()
         mainWindow->orderOut();
     services.windows.setRegularActivationPolicy();
     services.windows.activateIgnoringOtherApps();
+    if (const std::string token = hotkey::HotKeysController::backend().takeActivationToken();
+        !token.empty())
+        services.panelActivation.offerToken(QByteArray::fromStdString(token));
     services.scheduler.after(0ms, this, [this, eventTime = hotKeyEventTime()] {
         paletteWindow->center();
         paletteWindow->orderFront(eventTime);
@@ -178,6 +182,9 @@ void AppDelegate::togglePalette()
 
 void AppDelegate::showQuickSearchToast(const QString& message)
 {
+    // It would take the keyboard from the program that the person goes on with.
+    if (!services.panelActivation.arrangesWindows())
+        return;
     toastWindow = new ToastWindow(services.panelActivation);
     toastWindow->showText(message,
                           paletteWindow ? paletteWindow->place() : toastPlaceWithoutPalette);

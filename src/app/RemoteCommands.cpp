@@ -4,38 +4,47 @@
 
 namespace vellumry {
 
-void RemoteCommands::listen(std::function<void(StartCommand)> onCommand)
+const QString RemoteCommands::tokenKey = QStringLiteral("activation-token");
+
+void RemoteCommands::listen(Receiver onCommand)
 {
     receiver = std::move(onCommand);
-    for (const StartCommand command : std::exchange(waiting, {}))
-        post(command);
+    for (const Request& request : std::exchange(waiting, {}))
+        post(request);
 }
 
-void RemoteCommands::Activate(const QVariantMap&)
+void RemoteCommands::Activate(const QVariantMap& platformData)
 {
-    post(StartCommand::open);
+    post(StartCommand::open, platformData);
 }
 
-void RemoteCommands::Open(const QStringList&, const QVariantMap&)
+void RemoteCommands::Open(const QStringList&, const QVariantMap& platformData)
 {
-    post(StartCommand::open);
+    post(StartCommand::open, platformData);
 }
 
-void RemoteCommands::ActivateAction(const QString& name, const QVariantList&, const QVariantMap&)
+void RemoteCommands::ActivateAction(const QString& name, const QVariantList&,
+                                    const QVariantMap& platformData)
 {
     if (const auto command = commandOf(QStringLiteral("--") + name))
-        post(*command);
+        post(*command, platformData);
 }
 
-void RemoteCommands::post(StartCommand command)
+void RemoteCommands::post(StartCommand command, const QVariantMap& platformData)
+{
+    post({command, platformData.value(tokenKey).toString().toUtf8()});
+}
+
+void RemoteCommands::post(const Request& request)
 {
     if (!receiver) {
-        waiting.append(command);
+        waiting.append(request);
         return;
     }
     // Later, so that the caller has its answer before windows take their time.
     QMetaObject::invokeMethod(
-        this, [this, command] { receiver(command); }, Qt::QueuedConnection);
+        this, [this, request] { receiver(request.command, request.activationToken); },
+        Qt::QueuedConnection);
 }
 
 } // namespace vellumry

@@ -2,6 +2,7 @@
 
 #include "app/CommandLine.h"
 
+#include <QByteArray>
 #include <QDBusAbstractAdaptor>
 #include <QList>
 #include <QStringList>
@@ -18,12 +19,19 @@ class RemoteCommands final : public QDBusAbstractAdaptor {
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
 public:
+    /// Under which the data of the platform hold the token.
+    static const QString tokenKey;
+
     /// Of the object under which the bus knows the program.
     explicit RemoteCommands(QObject* parent) : QDBusAbstractAdaptor(parent) {}
 
+    /// Told what is asked for, and the desktop's token for the window that this may bring up, empty
+    /// when there is none.
+    using Receiver = std::function<void(StartCommand command, const QByteArray& activationToken)>;
+
     /// From now on `onCommand` is called, in a turn of the event loop; what came before waits until
     /// then.
-    void listen(std::function<void(StartCommand)> onCommand);
+    void listen(Receiver onCommand);
 
 public Q_SLOTS:
     void Activate(const QVariantMap& platformData);
@@ -32,10 +40,16 @@ public Q_SLOTS:
                         const QVariantMap& platformData);
 
 private:
-    void post(StartCommand command);
+    struct Request {
+        StartCommand command;
+        QByteArray activationToken;
+    };
 
-    std::function<void(StartCommand)> receiver;
-    QList<StartCommand> waiting;
+    void post(StartCommand command, const QVariantMap& platformData);
+    void post(const Request& request);
+
+    Receiver receiver;
+    QList<Request> waiting;
 };
 
 } // namespace vellumry

@@ -1,6 +1,5 @@
 #include "app/SingleInstance.h"
 
-#include "app/RemoteCommands.h"
 #include "core/Log.h"
 #include "platform/linux/SessionBus.h"
 
@@ -69,7 +68,7 @@ SingleInstance::Role SingleInstance::claim(StartCommand command)
     return isForwarded ? Role::forwarded : Role::refused;
 }
 
-void SingleInstance::listen(std::function<void(StartCommand)> onCommand)
+void SingleInstance::listen(RemoteCommands::Receiver onCommand)
 {
     if (commands)
         commands->listen(std::move(onCommand));
@@ -83,7 +82,11 @@ bool SingleInstance::forward(StartCommand command)
         action.isEmpty() ? QStringLiteral("Activate") : QStringLiteral("ActivateAction"));
     if (!action.isEmpty())
         call << action << QVariantList();
-    call << QVariantMap();
+    // The launcher's token is for the window that comes up there, since none does here.
+    QVariantMap platformData;
+    if (const QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN"); !token.isEmpty())
+        platformData.insert(RemoteCommands::tokenKey, token);
+    call << platformData;
     const QDBusMessage answer =
         QDBusConnection::sessionBus().call(call, QDBus::Block, answerTimeout);
     return answer.type() == QDBusMessage::ReplyMessage;

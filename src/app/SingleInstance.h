@@ -1,15 +1,12 @@
 #pragma once
 
 #include "app/CommandLine.h"
+#include "app/RemoteCommands.h"
 
 #include <QObject>
 #include <QString>
 
-#include <functional>
-
 namespace vellumry {
-
-class RemoteCommands;
 
 /// Sees to it that one program runs in a session, over the session bus: the first to start keeps a
 /// name there, and the others hand over to it what they were started for. Without a bus each start
@@ -35,7 +32,7 @@ public:
 
     /// From now on `onCommand` is called, in a turn of the event loop, with what later starts ask
     /// for; what came before waits until then.
-    void listen(std::function<void(StartCommand)> onCommand);
+    void listen(RemoteCommands::Receiver onCommand);
 
 private:
     /// Whether the one that has the name has answered.

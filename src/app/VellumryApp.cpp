@@ -13,6 +13,8 @@
 #include "palette/FuzzySearchService.h"
 #include "palette/RandomPasswordService.h"
 #include "platform/linux/SessionBus.h"
+#include "platform/linux/WaylandWindowActivation.h"
+#include "platform/linux/X11WindowActivation.h"
 #include "settings/CategoryColorService.h"
 #include "settings/HotkeyService.h"
 #include "settings/SettingsService.h"
@@ -49,6 +51,15 @@ void choosePlatformTheme()
         qputenv("QT_QPA_PLATFORMTHEME", "generic");
 }
 
+/// Qt of this age draws on X11 in GNOME's Wayland sessions unless told otherwise. Where its plugin
+/// for Wayland is not installed, X11 it is.
+void choosePlatform()
+{
+    if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") &&
+        !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "wayland;xcb");
+}
+
 /// What the toolkit cannot do without, as a display, ends the program with its line and as an
 /// error, not as a crash.
 void endWithoutCore()
@@ -66,6 +77,13 @@ void postToMainThread(std::function<void()> action)
 {
     if (QCoreApplication* application = QCoreApplication::instance())
         QMetaObject::invokeMethod(application, std::move(action), Qt::QueuedConnection);
+}
+
+std::unique_ptr<PanelActivation> makePanelActivation()
+{
+    if (QGuiApplication::platformName().startsWith(QLatin1StringView("wayland")))
+        return std::make_unique<WaylandWindowActivation>();
+    return std::make_unique<X11WindowActivation>();
 }
 
 std::chrono::duration<double> systemUptime()
@@ -126,7 +144,9 @@ int runWithDisplay(int& argc, char** argv)
     FatalErrorNotice::install();
     VellumryApp program;
     program.launch(line.command);
-    instance.listen([&program](StartCommand command) { program.perform(command); });
+    instance.listen([&program](StartCommand command, const QByteArray& activationToken) {
+        program.perform(command, activationToken);
+    });
     const int status = QApplication::exec();
     DependencyContainer::shared().collectionFileStorageService().stopFileWatching();
     ThreadRunner::shared().drain();
@@ -140,16 +160,21 @@ int VellumryApp::run(int& argc, char** argv)
     if (const auto status = answerWithoutDisplay(argc, argv))
         return *status;
     endWithoutCore();
+    choosePlatform();
     choosePlatformTheme();
     avoidSilentSessionBus(busPatience);
     // A reader of our lines that goes away, as `head` does, is no reason to end.
     std::signal(SIGPIPE, SIG_IGN);
-    hotkey::HotKeysController::setBackend(hotkey::makeHotKeyBackend(postToMainThread));
+    hotkey::HotKeysController::setBackend(hotkey::makeHotKeyBackend(
+        postToMainThread, {.applicationId = SingleInstance::applicationId,
+                           .id = QStringLiteral("toggle-palette"),
+                           .description = QStringLiteral("Open the command palette")}));
     return runWithDisplay(argc, argv);
 }
 
 VellumryApp::VellumryApp()
-    : container(DependencyContainer::shared()), statusArea(EventLoopScheduler::shared()),
+    : container(DependencyContainer::shared()), panelActivation(makePanelActivation()),
+      statusArea(EventLoopScheduler::shared()),
       launchState(NotificationCenter::defaultCenter(),
                   [] { return StorageLocationManager::shared().needsFirstLaunchSetup(); }),
       contents({.container = container,
@@ -157,7 +182,7 @@ VellumryApp::VellumryApp()
                 .showSettings = [this](SheetHost& sheets) { settingsContents.present(sheets); }}),
       settingsContents(
           {.container = container, .theme = [this]() -> Theme& { return contents.theme(); }}),
-      windows({.activation = panelActivation,
+      windows({.activation = *panelActivation,
                .commands = [this]() -> AppCommands& { return commands(); },
                .makeMainContents = [this] { return contents.make(); },
                .makeSettingsContents = [this] { return settingsContents.make(); }}),
@@ -206,7 +231,7 @@ AppDelegate::Dependencies VellumryApp::delegateDependencies()
             .hotkeyService = container.hotkeyService(),
             .settings = container.settings(),
             .notifications = NotificationCenter::defaultCenter(),
-            .panelActivation = panelActivation,
+            .panelActivation = *panelActivation,
             .windows = windows,
             .statusArea = statusArea,
             .scheduler = EventLoopScheduler::shared(),
@@ -305,8 +330,9 @@ void VellumryApp::prepareWhenIdle(StartCommand command)
     });
 }
 
-void VellumryApp::perform(StartCommand command)
+void VellumryApp::perform(StartCommand command, const QByteArray& activationToken)
 {
+    panelActivation->offerToken(activationToken);
     switch (command) {
     case StartCommand::open:
         appDelegate.applicationShouldHandleReopen(windows.hasVisibleWindows());

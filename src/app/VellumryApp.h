@@ -9,7 +9,6 @@
 #include "library/Termination.h"
 #include "platform/QuitSignals.h"
 #include "platform/linux/DesktopStatusArea.h"
-#include "platform/linux/X11WindowActivation.h"
 
 #include <QObject>
 
@@ -21,6 +20,7 @@ namespace vellumry {
 
 class AppCommands;
 class DependencyContainer;
+class PanelActivation;
 
 /// The entry value of the program: builds the parts in their order and declares the windows, their
 /// commands and their contents. Needs the QApplication. Main thread only.
@@ -38,8 +38,8 @@ public:
     /// window.
     void launch(StartCommand command);
 
-    /// Does what a later start asks for.
-    void perform(StartCommand command);
+    /// Does what a later start asks for; the desktop's token is for the window that comes up.
+    void perform(StartCommand command, const QByteArray& activationToken = {});
 
 private:
     [[nodiscard]] AppDelegate::Dependencies delegateDependencies();
@@ -50,7 +50,7 @@ private:
     void prepareWhenIdle(StartCommand command);
 
     DependencyContainer& container;
-    X11WindowActivation panelActivation;
+    const std::unique_ptr<PanelActivation> panelActivation;
     DesktopStatusArea statusArea;
     LaunchState launchState;
     MainContents contents;

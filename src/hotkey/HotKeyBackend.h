@@ -1,10 +1,12 @@
 #pragma once
 
+#include "hotkey/DesktopShortcut.h"
 #include "hotkey/HotKeyEvent.h"
 
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace vellumry::hotkey {
@@ -67,6 +69,20 @@ public:
 
     /// The window system's time of the last press or release that the handler was told, 0 if none.
     [[nodiscard]] virtual std::uint32_t lastEventTime() const = 0;
+
+    /// What the desktop gave along with the last press, so that the window which the press brings
+    /// up may take the keyboard. Serves once, and until releaseKeyboard(); empty when there is
+    /// none.
+    [[nodiscard]] virtual std::string takeActivationToken() { return {}; }
+
+    /// What the desktop has made of the registrations, where it is the one to decide; nothing where
+    /// the combinations themselves are in force.
+    [[nodiscard]] virtual std::optional<DesktopShortcut> desktopShortcut() const
+    {
+        return std::nullopt;
+    }
+    /// From now on `observer` is told, on the main thread, when that changes.
+    virtual void observeDesktopShortcut(const std::function<void()>& /*observer*/) {}
 };
 
 } // namespace vellumry::hotkey

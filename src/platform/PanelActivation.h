@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QObject>
 #include <QRect>
 
@@ -23,6 +24,14 @@ public:
 
     /// Whether translucent pixels let through what lies below. Without it windows are masked.
     [[nodiscard]] virtual bool isCompositing() const = 0;
+
+    /// Whether programs place their windows and may show one without giving it the keyboard; where
+    /// they do not, both is up to the desktop.
+    [[nodiscard]] virtual bool arrangesWindows() const { return true; }
+
+    /// What the desktop gave along with the person's wish for a window, for the next activate();
+    /// empty when it gave nothing.
+    virtual void offerToken(const QByteArray& /*token*/) {}
 
 Q_SIGNALS:
     void compositingChanged(bool isCompositing);

@@ -104,9 +104,42 @@ bool isInForce(const hotkey::HotKey& hotKey)
 HotkeyService::HotkeyService(std::function<HotkeyConfig()> setting, QObject* parent)
     : HotkeyServiceProtocol(parent), currentSetting(std::move(setting))
 {
+    hotkey::HotKeysController::backend().observeDesktopShortcut([service = QPointer(this)] {
+        if (!service)
+            return;
+        service->logDesktopShortcut();
+        Q_EMIT service->desktopShortcutChanged();
+    });
 }
 
 HotkeyService::~HotkeyService() = default;
+
+std::optional<hotkey::DesktopShortcut> HotkeyService::desktopShortcut() const
+{
+    return hotkey::HotKeysController::backend().desktopShortcut();
+}
+
+void HotkeyService::logDesktopShortcut() const
+{
+    using State = hotkey::DesktopShortcut::State;
+    const auto shortcut = desktopShortcut();
+    if (!shortcut)
+        return;
+    switch (shortcut->state) {
+    case State::asked:
+        break;
+    case State::granted:
+        log(typeName, QStringLiteral("the desktop has bound the hot key: ") +
+                          QString::fromStdString(shortcut->trigger));
+        break;
+    case State::refused:
+        log(typeName, u"the desktop has not allowed the hot key");
+        break;
+    case State::unavailable:
+        log(typeName, u"the desktop has no portal for hot keys");
+        break;
+    }
+}
 
 std::optional<Key> HotkeyService::keyFromString(const QString& name)
 {

@@ -33,6 +33,7 @@ public:
     void unregisterHotkey() override;
     void pauseHotkey() override;
     void resumeHotkey() override;
+    [[nodiscard]] std::optional<hotkey::DesktopShortcut> desktopShortcut() const override;
 
     /// The hot key that was asked for, also during a pause; nothing when none is registered.
     [[nodiscard]] const std::optional<QString>& currentKey() const { return key; }
@@ -49,6 +50,7 @@ public:
 private:
     void performRegistration(const HotkeyConfig& config);
     void releaseHotKey();
+    void logDesktopShortcut() const;
 
     std::function<HotkeyConfig()> currentSetting;
     std::unique_ptr<hotkey::HotKey> hotKey; ///< the live registration

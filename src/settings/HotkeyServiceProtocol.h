@@ -1,11 +1,13 @@
 #pragma once
 
+#include "hotkey/DesktopShortcut.h"
 #include "hotkey/ModifierFlags.h"
 
 #include <QObject>
 #include <QString>
 
 #include <functional>
+#include <optional>
 
 namespace vellumry {
 
@@ -30,6 +32,16 @@ public:
 
     /// Ends the pause: puts the hot key of the settings, whatever it is now, on the system.
     virtual void resumeHotkey() = 0;
+
+    /// What the desktop has made of the hot key, where it is the one to decide; nothing where the
+    /// combination itself is in force.
+    [[nodiscard]] virtual std::optional<hotkey::DesktopShortcut> desktopShortcut() const
+    {
+        return std::nullopt;
+    }
+
+Q_SIGNALS:
+    void desktopShortcutChanged();
 };
 
 } // namespace vellumry

@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 
 #include "app/MenuBarService.h"
+#include "hotkey/FakeHotKeyBackend.h"
 #include "hotkey/HotKeysController.h"
 #include "hotkey/NullHotKeyBackend.h"
 #include "library/SnippetListViewModel.h"
@@ -82,6 +83,11 @@ public:
     void prepareToShow(QWindow&, quint32) override {}
     void activate(QWindow&, quint32) override {}
     bool isCompositing() const override { return true; }
+    bool arrangesWindows() const override { return programsArrange; }
+    void offerToken(const QByteArray& token) override { tokens.append(token); }
+
+    bool programsArrange = true;
+    QByteArrayList tokens;
 };
 
 class AppDelegateTest : public testing::Test {
@@ -461,6 +467,32 @@ TEST_F(AppDelegateTest, aToastWithoutPaletteHasAPlaceOfItsOwn)
     fresh.showQuickSearchToast(QStringLiteral("Hello"));
     ASSERT_NE(fresh.toast(), nullptr);
     EXPECT_EQ(fresh.toast()->geometry(), QRect(190, 195, 300, 90));
+}
+
+TEST_F(AppDelegateTest, whereAToastWouldTakeTheKeyboardThereIsNone)
+{
+    desktop.programsArrange = false;
+    Q_EMIT center.quickSearchShowToast(QStringLiteral("Hello"));
+    EXPECT_EQ(delegate.toast(), nullptr);
+    scheduler.advance(2s);
+    EXPECT_EQ(toastCount(), 0);
+}
+
+TEST_F(AppDelegateTest, theTokenOfThePressIsForThePalette)
+{
+    auto fake = std::make_unique<hotkey::FakeHotKeyBackend>();
+    auto& backend = *fake;
+    hotkey::HotKeysController::setBackend(std::move(fake));
+    backend.activationToken = "first";
+    showPalette();
+    EXPECT_EQ(desktop.tokens, QByteArrayList{"first"});
+    backend.activationToken = "for nothing";
+    showPalette();
+    EXPECT_EQ(desktop.tokens, QByteArrayList{"first"}) << "the press has hidden the palette";
+    backend.activationToken.clear();
+    showPalette();
+    EXPECT_EQ(desktop.tokens, QByteArrayList{"first"});
+    hotkey::HotKeysController::setBackend(nullptr);
 }
 
 TEST_F(AppDelegateTest, aToastWithoutTextSaysThatTheTextIsOnTheClipboard)

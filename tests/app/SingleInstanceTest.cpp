@@ -20,7 +20,7 @@ TEST(SingleInstanceTest, withoutASessionBusEachStartIsTheFirst)
     for (const StartCommand command : {StartCommand::open, StartCommand::togglePalette}) {
         SingleInstance instance;
         EXPECT_EQ(instance.claim(command), SingleInstance::Role::first);
-        instance.listen([](StartCommand) { FAIL() << "nobody can ask"; });
+        instance.listen([](StartCommand, const QByteArray&) { FAIL() << "nobody can ask"; });
     }
     EXPECT_EQ(log.lines.value(0),
               QStringLiteral("SingleInstance: there is no session bus, so a second start will not "
@@ -34,7 +34,8 @@ TEST(RemoteCommandsTest, whatComesBeforeSomebodyListensWaits)
     QList<StartCommand> received;
     commands.Activate({});
     commands.ActivateAction(QStringLiteral("toggle-palette"), {}, {});
-    commands.listen([&received](StartCommand command) { received.append(command); });
+    commands.listen(
+        [&received](StartCommand command, const QByteArray&) { received.append(command); });
     commands.Open({QStringLiteral("file:///a")}, {});
     EXPECT_TRUE(received.isEmpty()) << "the caller has its answer first";
     QCoreApplication::processEvents();
@@ -42,12 +43,26 @@ TEST(RemoteCommandsTest, whatComesBeforeSomebodyListensWaits)
                                                StartCommand::open));
 }
 
+TEST(RemoteCommandsTest, theDesktopsTokenComesAlong)
+{
+    QObject object;
+    RemoteCommands commands(&object);
+    QByteArrayList tokens;
+    commands.ActivateAction(QStringLiteral("toggle-palette"), {},
+                            {{RemoteCommands::tokenKey, QStringLiteral("first")}});
+    commands.listen([&tokens](StartCommand, const QByteArray& token) { tokens.append(token); });
+    commands.Activate({{RemoteCommands::tokenKey, QStringLiteral("second")}});
+    commands.Open({}, {{QStringLiteral("desktop-startup-id"), QStringLiteral("other")}});
+    QCoreApplication::processEvents();
+    EXPECT_THAT(tokens, testing::ElementsAre("first", "second", ""));
+}
+
 TEST(RemoteCommandsTest, anActionThatThereIsNotDoesNothing)
 {
     QObject object;
     RemoteCommands commands(&object);
     int received = 0;
-    commands.listen([&received](StartCommand) { ++received; });
+    commands.listen([&received](StartCommand, const QByteArray&) { ++received; });
     commands.ActivateAction(QStringLiteral("format-disk"), {}, {});
     commands.ActivateAction(QString(), {}, {});
     QCoreApplication::processEvents();

@@ -107,10 +107,10 @@ class Desktop(VirtualDesktop):
 
     # Clipboard
 
-    def clipboard(self, target="UTF8_STRING"):
+    def clipboard(self, target="UTF8_STRING", selection="clipboard"):
         """The clipboard's text, or what it offers in another form; None when nobody offers it."""
         result = subprocess.run(
-            ["xclip", "-o", "-selection", "clipboard", "-t", target], env=self.env,
+            ["xclip", "-o", "-selection", selection, "-t", target], env=self.env,
             capture_output=True, encoding="utf-8", check=False)
         return result.stdout if result.returncode == 0 else None
 
@@ -130,7 +130,8 @@ class Desktop(VirtualDesktop):
         try:
             wait_for("clipboard", lambda: self.clipboard() == text)
         except AssertionError as error:
-            raise AssertionError(f"the clipboard holds {self.clipboard()!r}, not {text!r}") from error
+            held = str(self.clipboard())[:200]
+            raise AssertionError(f"the clipboard holds {held!r}, not {text[:200]!r}") from error
 
     # Pictures
 

@@ -25,6 +25,9 @@ public:
     EventHandler handler;
     int handlersInstalled = 0;
     std::optional<std::vector<SymbolicHotKey>> symbolicHotKeys;
+    std::string activationToken;
+    std::optional<DesktopShortcut> shortcut;
+    std::function<void()> observer;
 
     /// The number of the registration of a combination, 0 if there is none.
     [[nodiscard]] std::uint32_t numberOf(std::uint32_t keyCode, std::uint32_t modifiers) const
@@ -63,6 +66,24 @@ public:
     }
     void releaseKeyboard() override {}
     [[nodiscard]] std::uint32_t lastEventTime() const override { return 0; }
+    [[nodiscard]] std::string takeActivationToken() override
+    {
+        return std::exchange(activationToken, {});
+    }
+    [[nodiscard]] std::optional<DesktopShortcut> desktopShortcut() const override
+    {
+        return shortcut;
+    }
+    void observeDesktopShortcut(const std::function<void()>& newObserver) override
+    {
+        observer = newObserver;
+    }
+    /// As a desktop that has the last word on hot keys.
+    void decide(const DesktopShortcut& decision)
+    {
+        shortcut = decision;
+        observer();
+    }
 
 private:
     Reference lastReference = 100; // Unlike any number of a hot key.

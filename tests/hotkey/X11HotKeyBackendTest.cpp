@@ -678,18 +678,18 @@ TEST_F(X11HotKeyBackendTest, connectsToNoServerThatIsNotThere)
 TEST_F(X11HotKeyBackendTest, theFactoryTakesTheDisplayOfTheEnvironment)
 {
     setenv("DISPLAY", server.displayName().c_str(), 1);
-    auto made = makeHotKeyBackend(queue.executor());
+    auto made = makeHotKeyBackend(queue.executor(), {});
     EXPECT_TRUE(made->registerHotKey(codeOfT, carbonOptionBit, anyID).reference.has_value());
     EXPECT_TRUE(isHeld(keycode::t, altBit));
     made.reset();
 
     server.kill();
-    made = makeHotKeyBackend(queue.executor());
+    made = makeHotKeyBackend(queue.executor(), {});
     EXPECT_EQ(made->registerHotKey(codeOfT, carbonOptionBit, anyID).status, hotKeyUnavailable);
     made.reset();
 
     unsetenv("DISPLAY");
-    made = makeHotKeyBackend(queue.executor());
+    made = makeHotKeyBackend(queue.executor(), {});
     EXPECT_EQ(made->registerHotKey(codeOfT, carbonOptionBit, anyID).status, hotKeyUnavailable);
 }
 

@@ -8,7 +8,8 @@ import yaml
 ROOT = os.path.realpath(os.path.join(os.path.dirname(__file__), "..", ".."))
 ID = "org.vellumry.Vellumry"
 PATH = os.path.join(ROOT, "packaging/flatpak", ID + ".yml")
-RIGHTS = {"--socket=x11", "--share=ipc", "--filesystem=xdg-documents/Apps/Vellumry:create",
+RIGHTS = {"--socket=wayland", "--socket=fallback-x11", "--share=ipc",
+          "--filesystem=xdg-documents/Apps/Vellumry:create",
           "--talk-name=org.kde.StatusNotifierWatcher", "--talk-name=org.freedesktop.FileManager1"}
 KEYS = {"app-id", "runtime", "runtime-version", "sdk", "command", "rename-icon", "finish-args",
         "modules"}

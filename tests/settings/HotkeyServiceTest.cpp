@@ -23,11 +23,13 @@ using hotkey::ModifierFlags;
 /// registration leaves, and a press is an event handed to it.
 class HotkeyServiceTest : public testing::Test {
 protected:
-    HotkeyServiceTest()
+    /// Makes it the window system in use.
+    static hotkey::FakeHotKeyBackend* plainValues()
     {
-        auto plainValues = std::make_unique<hotkey::FakeHotKeyBackend>();
-        backend = plainValues.get();
-        HotKeysController::setBackend(std::move(plainValues));
+        auto made = std::make_unique<hotkey::FakeHotKeyBackend>();
+        auto* backend = made.get();
+        HotKeysController::setBackend(std::move(made));
+        return backend;
     }
 
     /// The combinations that are registered now.
@@ -55,7 +57,7 @@ protected:
         return [this] { ++presses; };
     }
 
-    hotkey::FakeHotKeyBackend* backend = nullptr; ///< owned by the registry
+    hotkey::FakeHotKeyBackend* backend = plainValues(); ///< owned by the registry
     HotkeyConfig setting{u"t"_s, ModifierFlags::option};
     int presses = 0;
     test::LogCapture capture;
@@ -82,6 +84,34 @@ TEST_F(HotkeyServiceTest, APressRunsTheAction)
     EXPECT_EQ(presses, 1);
     press(hotkey::HotKeyEvent::released);
     EXPECT_EQ(presses, 1);
+}
+
+TEST_F(HotkeyServiceTest, WhatTheDesktopDecidesIsToldAndLogged)
+{
+    using State = hotkey::DesktopShortcut::State;
+    int changes = 0;
+    QObject::connect(&service, &HotkeyServiceProtocol::desktopShortcutChanged, &service,
+                     [&changes] { ++changes; });
+    EXPECT_EQ(service.desktopShortcut(), std::nullopt);
+    backend->decide({State::asked, ""});
+    backend->decide({State::granted, "Alt+T"});
+    EXPECT_EQ(service.desktopShortcut(), (hotkey::DesktopShortcut{State::granted, "Alt+T"}));
+    backend->decide({State::refused, ""});
+    backend->decide({State::unavailable, ""});
+    EXPECT_EQ(changes, 4);
+    EXPECT_EQ(capture.lines,
+              (QStringList{u"HotkeyService: the desktop has bound the hot key: Alt+T"_s,
+                           u"HotkeyService: the desktop has not allowed the hot key"_s,
+                           u"HotkeyService: the desktop has no portal for hot keys"_s}));
+}
+
+TEST_F(HotkeyServiceTest, ADesktopThatOutlivesTheServiceTellsNobody)
+{
+    {
+        const HotkeyService other([this] { return setting; });
+    }
+    backend->decide({hotkey::DesktopShortcut::State::granted, "Alt+T"});
+    EXPECT_TRUE(capture.lines.isEmpty());
 }
 
 TEST_F(HotkeyServiceTest, ACombinationThatSomebodyHoldsIsToldAndStaysWithoutEffect)

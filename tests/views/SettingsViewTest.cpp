@@ -167,6 +167,48 @@ TEST_F(SettingsViewTest, TheHotKeyIsShownAsCaps)
     EXPECT_EQ(caps(), (QStringList{u"Ctrl"_s, u"Alt"_s, u"Shift"_s, u"Super"_s, u"␣"_s}));
 }
 
+TEST_F(SettingsViewTest, TheDesktopsWordsForTheKeysAreShownWhereItDecides)
+{
+    registry.backend->decide({hotkey::DesktopShortcut::State::granted, "Press Super+V"});
+    open();
+    EXPECT_EQ(caps(), QStringList{u"Press Super+V"_s});
+    EXPECT_FALSE(view().desktopNote()->isVisible());
+    EXPECT_EQ(view().recorderButton()->accessibleName(), u"Quick Search, Press Super+V"_s);
+
+    registry.backend->decide({hotkey::DesktopShortcut::State::granted, "Alt+B"});
+    EXPECT_EQ(caps(), QStringList{u"Alt+B"_s});
+    startRecording();
+    press(Qt::Key_Alt, Qt::AltModifier);
+    EXPECT_EQ(caps(), QStringList{u"!Alt"_s});
+}
+
+TEST_F(SettingsViewTest, WhatTheDesktopHasNotMadeOfTheHotKeyIsSaid)
+{
+    using State = hotkey::DesktopShortcut::State;
+    open();
+    EXPECT_FALSE(view().desktopNote()->isVisible()) << "the window system takes what it is told";
+    registry.backend->decide({State::asked, ""});
+    EXPECT_FALSE(view().desktopNote()->isVisible());
+
+    registry.backend->decide({State::unavailable, ""});
+    EXPECT_TRUE(shows(u"This desktop gives programs no shortcuts. Let a key in its keyboard "
+                      u"settings run \"vellumry --toggle-palette\", or call ActivateAction of "
+                      u"org.freedesktop.Application with \"toggle-palette\" over D-Bus."_s));
+    EXPECT_EQ(caps(), (QStringList{u"Alt"_s, u"T"_s}));
+
+    registry.backend->decide({State::refused, ""});
+    EXPECT_TRUE(shows(u"The desktop has not allowed this shortcut. Choose another one here, or let "
+                      u"a key in the desktop's keyboard settings run \"vellumry "
+                      u"--toggle-palette\"."_s));
+
+    registry.backend->decide({State::granted, ""});
+    EXPECT_TRUE(shows(u"The desktop has no key for this shortcut yet. Choose one in its keyboard "
+                      u"settings."_s));
+
+    registry.backend->decide({State::granted, "Alt+T"});
+    EXPECT_FALSE(view().desktopNote()->isVisible());
+}
+
 TEST_F(SettingsViewTest, AClickStartsTheRecordingAndAnotherEndsIt)
 {
     open();

@@ -84,13 +84,17 @@ void KeyablePanel::changeEvent(QEvent* event)
 
 void KeyablePanel::mousePressEvent(QMouseEvent* event)
 {
-    if (event->button() == Qt::LeftButton)
+    if (event->button() != Qt::LeftButton)
+        return;
+    if (desktop.arrangesWindows())
         dragOffset = event->position().toPoint();
+    else
+        windowHandle()->startSystemMove();
 }
 
 void KeyablePanel::mouseMoveEvent(QMouseEvent* event)
 {
-    // Not left to the window manager, which would take the keyboard away for the time.
+    // Not left to a window manager, which would take the keyboard away for the time.
     if (dragOffset && event->buttons().testFlag(Qt::LeftButton))
         put(event->globalPosition().toPoint() - *dragOffset);
 }

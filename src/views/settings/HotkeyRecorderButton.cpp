@@ -74,9 +74,11 @@ void HotkeyRecorderButton::setRecording(bool isRecording)
 
 void HotkeyRecorderButton::showCaps()
 {
-    const QStringList keys =
-        keyboardCaps(state.isRecording ? HotkeyConfig::modifierSymbols(state.recordingModifiers)
-                                       : state.hotkey.keySymbols());
+    QStringList keys{state.trigger};
+    if (state.isRecording)
+        keys = keyboardCaps(HotkeyConfig::modifierSymbols(state.recordingModifiers));
+    else if (state.trigger.isEmpty())
+        keys = keyboardCaps(state.hotkey.keySymbols());
     QStringList spoken;
     for (size_t i = 0; i < caps.size(); ++i) {
         const QString key = keys.value(qsizetype(i));

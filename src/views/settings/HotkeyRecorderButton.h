@@ -24,6 +24,7 @@ public:
 
     struct State {
         HotkeyConfig hotkey;
+        QString trigger; ///< what the desktop has made of it, in its words; empty where it counts
         bool isRecording = false;
         hotkey::ModifierFlags recordingModifiers;
 

@@ -65,6 +65,31 @@ QHBoxLayout* makeRemark(const Theme& theme, const QString& symbol, int symbolSiz
     return line;
 }
 
+/// What the person has to know where the desktop, which decides, has not put the hot key in force.
+QString remarkOn(const hotkey::DesktopShortcut& shortcut)
+{
+    using State = hotkey::DesktopShortcut::State;
+    switch (shortcut.state) {
+    case State::asked:
+        break;
+    case State::granted:
+        if (shortcut.trigger.empty())
+            return QStringLiteral("The desktop has no key for this shortcut yet. Choose one in its "
+                                  "keyboard settings.");
+        break;
+    case State::refused:
+        return QStringLiteral(
+            "The desktop has not allowed this shortcut. Choose another one here, or let a key in "
+            "the desktop's keyboard settings run \"vellumry --toggle-palette\".");
+    case State::unavailable:
+        return QStringLiteral(
+            "This desktop gives programs no shortcuts. Let a key in its keyboard settings run "
+            "\"vellumry --toggle-palette\", or call ActivateAction of org.freedesktop.Application "
+            "with \"toggle-palette\" over D-Bus.");
+    }
+    return {};
+}
+
 } // namespace
 
 SettingsView::SettingsView(const Dependencies& dependencies, QWidget* parent)
@@ -209,14 +234,8 @@ void SettingsView::addKeyboardSection(QVBoxLayout& column, QWidget* body)
     line->addLayout(button);
     group->addRow(search);
 
-    noteRow = new QWidget(group);
-    auto* noteLayout = new QVBoxLayout(noteRow);
-    noteLayout->setContentsMargins(rowSide, 0, rowSide, noteBelow);
-    note = new NoteView(theme, NoteView::Kind::warning,
-                        {.symbol = QStringLiteral("exclamationmark.triangle.fill")}, noteRow);
-    noteLayout->addWidget(note);
-    noteRow->hide();
-    group->addRow(noteRow);
+    note = addNote(*group, noteRow);
+    desktop = addNote(*group, desktopRow);
 
     auto* restart = new QWidget(group);
     restart->setMinimumHeight(restartHeight);
@@ -232,6 +251,20 @@ void SettingsView::addKeyboardSection(QVBoxLayout& column, QWidget* body)
     column.addWidget(group);
     recorderRow = line;
     connect(recorder, &Button::clicked, this, &SettingsView::toggleRecording);
+}
+
+/// For a remark on the hot key, hidden.
+NoteView* SettingsView::addNote(SettingsGroup& group, QWidget*& row) const
+{
+    row = new QWidget(&group);
+    auto* layout = new QVBoxLayout(row);
+    layout->setContentsMargins(rowSide, 0, rowSide, noteBelow);
+    auto* made = new NoteView(services.theme, NoteView::Kind::warning,
+                              {.symbol = QStringLiteral("exclamationmark.triangle.fill")}, row);
+    layout->addWidget(made);
+    row->hide();
+    group.addRow(row);
+    return made;
 }
 
 void SettingsView::addStorageSection(QVBoxLayout& column, QWidget* body)
@@ -279,6 +312,8 @@ void SettingsView::observe()
             [this] { launch->setChecked(services.settings.launchAtLogin()); });
     connect(&services.settings, &S::appearanceModeChanged, this, &SettingsView::showAppearanceMode);
     connect(&services.settings, &S::quickSearchHotkeyChanged, this, &SettingsView::showRecorder);
+    connect(&services.hotkeyService, &HotkeyServiceProtocol::desktopShortcutChanged, this,
+            &SettingsView::showRecorder);
     connect(&services.theme, &Theme::changed, this, &SettingsView::applyTheme);
 }
 
@@ -325,7 +360,12 @@ void SettingsView::showRecorder()
     help->setText(recording ? QStringLiteral("Press Esc to cancel")
                             : QStringLiteral("Click to change shortcut"));
     recorder->setAccessibleDescription(help->text());
+    const auto shortcut = services.hotkeyService.desktopShortcut();
+    const QString remark = shortcut ? remarkOn(*shortcut) : QString();
+    desktop->setText(remark);
+    desktopRow->setVisible(!remark.isEmpty());
     recorder->setState({.hotkey = services.settings.quickSearchHotkey(),
+                        .trigger = shortcut ? QString::fromStdString(shortcut->trigger) : QString(),
                         .isRecording = recording,
                         .recordingModifiers = modifiers});
     foldSettingsRow(*recorderRow);

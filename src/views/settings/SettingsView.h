@@ -30,6 +30,7 @@ class Label;
 class NoteView;
 class NotificationCenter;
 class OverlayScrollBar;
+class SettingsGroup;
 class SettingsService;
 class SettingsSwitch;
 class StorageLocationManager;
@@ -75,6 +76,8 @@ public:
     [[nodiscard]] HotkeyRecorderButton* recorderButton() const { return recorder; }
     [[nodiscard]] Label* recorderHelp() const { return help; }
     [[nodiscard]] NoteView* warningNote() const { return note; }
+    /// Tells what the desktop has not made of the hot key; hidden where there is nothing to tell.
+    [[nodiscard]] NoteView* desktopNote() const { return desktop; }
     [[nodiscard]] StorageSettingsSection& storageSection() const { return *storage; }
     [[nodiscard]] Button* resetButton() const { return reset; }
     [[nodiscard]] Button* doneButton() const { return done; }
@@ -96,6 +99,7 @@ protected:
 private:
     void addGeneralSection(QVBoxLayout& column, QWidget* body);
     void addKeyboardSection(QVBoxLayout& column, QWidget* body);
+    [[nodiscard]] NoteView* addNote(SettingsGroup& group, QWidget*& row) const;
     void addStorageSection(QVBoxLayout& column, QWidget* body);
     void addHeading(QVBoxLayout& column, const QString& text, QWidget* body) const;
     void buildFooter();
@@ -132,6 +136,8 @@ private:
     Label* help = nullptr;
     QWidget* noteRow = nullptr;
     NoteView* note = nullptr;
+    QWidget* desktopRow = nullptr;
+    NoteView* desktop = nullptr;
     StorageSettingsSection* storage = nullptr;
     Button* reset = nullptr;
     Button* done = nullptr;
