@@ -63,7 +63,17 @@ class Library:
 
     def snippets(self):
         """All snippets on disk, by title."""
-        names = [name.removesuffix(".json") for name in sorted(os.listdir(self.folder))
-                 if name.endswith(".json") and name != METADATA]
-        return {record["title"]: record
-                for name in names for record in self.collection(name)["snippets"]}
+        return {record["title"]: record for file in self._files() for record in file["snippets"]}
+
+    def titles(self):
+        """The titles on disk by their collections, which are in their order; so are the titles."""
+        with open(os.path.join(self.folder, METADATA), encoding="utf-8") as file:
+            order = json.load(file)["collectionOrder"]
+        files = sorted(self._files(), key=lambda file: order.index(file["collection"]["id"]))
+        return {file["collection"]["name"]: [record["title"] for record in sorted(
+            file["snippets"], key=lambda record: record.get("displayOrder", 0))] for file in files}
+
+    def _files(self):
+        return [self.collection(name.removesuffix(".json"))
+                for name in sorted(os.listdir(self.folder))
+                if name.endswith(".json") and name != METADATA]
