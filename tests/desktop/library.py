@@ -26,8 +26,8 @@ def snippet(title, content, variables=None, keywords=(), age_days=1):
 class Library:
     """The library in a home folder, written and read without the program."""
 
-    def __init__(self, home):
-        self.folder = os.path.join(home, "Documents", "Apps", "Vellumry")
+    def __init__(self, home, folder=None):
+        self.folder = folder or os.path.join(home, "Documents", "Apps", "Vellumry")
 
     def write(self, collections):
         """collections: name -> list of snippets. The file of a collection is `<name>.json`."""
@@ -41,6 +41,9 @@ class Library:
             "version": "1.0",
             "collection": {"id": f"ID-{name}", "name": name, "createdAt": date_text(now())},
             "snippets": [{**record, "collection": name} for record in snippets]})
+
+    def remove_collection(self, name):
+        os.remove(os.path.join(self.folder, f"{name}.json"))
 
     def _save(self, file_name, record):
         """Writes the whole file atomically, as every program that shares the folder does."""

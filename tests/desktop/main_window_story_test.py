@@ -3,12 +3,15 @@ import re
 
 from case import SAMPLE, main
 from library import snippet
-from person import BUTTON, ENTRY, FIELD, ROW, PersonCase
+from person import BUTTON, FIELD, ROW, PersonCase
 from waiting import wait_for
 
 TITLE, SUBTITLE, CONTENT = "Snippet Title", "Add a subtitle (optional)", "Snippet content"
 KEYWORDS, FILTER = "Related terms", "Filter list"
 CARDS, SIDEBAR = "Snippets", "Collections"
+# Positions in the menus.
+DELETE_CARD = 1
+RENAME, DELETE_COLLECTION = 1, 3
 
 
 def row_of(name):
@@ -89,8 +92,7 @@ class Writing(MainWindowCase):
     def test_new_collection_of_the_picker(self):
         """The picker makes a collection too, and the snippet moves there."""
         self.select("alpha note")
-        self.click("Notes", BUTTON)
-        self.click("+ Create New Collection", ENTRY)
+        self.open_picker(len(self.sidebar()) + 1)
         self.wait_focused("Enter collection name")
         self.desktop.type_text("Travel")
         self.desktop.key("Return")
@@ -114,12 +116,12 @@ class Writing(MainWindowCase):
 
     def test_delete_asks(self):
         """The question answered with no, the snippet stays; with yes, it is gone for good."""
-        self.choose("Delete", row_of("beta note"), ROW, CARDS)
+        self.choose(DELETE_CARD, row_of("beta note"), ROW, CARDS)
         self.wait_seen("Are you sure you want to delete this snippet?")
         self.desktop.key("Escape")
         self.wait_unseen("Delete Snippet")
         self.assertIn("beta note", self.library.snippets())
-        self.choose("Delete", row_of("beta note"), ROW, CARDS)
+        self.choose(DELETE_CARD, row_of("beta note"), ROW, CARDS)
         self.click("Delete", BUTTON, "Delete Snippet")
         wait_for("it is gone", lambda: "beta note" not in self.library.snippets())
         self.start_again()
@@ -127,9 +129,13 @@ class Writing(MainWindowCase):
 
     def pick(self, collection):
         """Chooses the collection of the snippet that is in the editor."""
-        self.click(re.compile("|".join(map(re.escape, self.sidebar()))), BUTTON)
-        self.click(collection, ENTRY)
+        self.open_picker(self.sidebar().index(collection) + 1)
         self.wait_seen(collection, BUTTON)
+
+    def open_picker(self, position):
+        """Its entries are the collections as in the sidebar, then the one that makes another."""
+        present = re.compile("|".join(map(re.escape, self.sidebar())))
+        self.choose(position, present, BUTTON, button=1)
 
 
 class Order(MainWindowCase):
@@ -138,7 +144,7 @@ class Order(MainWindowCase):
     def test_rename_and_reorder_collections(self):
         """A collection gets another name and another place, which are on the disk and there again
         after a restart."""
-        self.choose("Rename", row_of("Notes"), ROW, SIDEBAR)
+        self.choose(RENAME, row_of("Notes"), ROW, SIDEBAR)
         self.enter("Ideas", "New name")
         self.desktop.key("Return")
         wait_for("the new name is on the disk", lambda: "Ideas" in self.library.titles())
@@ -151,25 +157,29 @@ class Order(MainWindowCase):
         wait_for("it is there again", lambda: self.sidebar() == ["Shell", "Mail", "Ideas"])
 
     def test_reorder_snippets(self):
-        """A snippet dragged to another place of its collection is there again after a restart."""
+        """A snippet dragged to another place of its collection stays there, and is there again
+        after a restart. The order alone is not written; it goes with the next use of the file."""
         self.click(row_of("Notes"), ROW, SIDEBAR)
         wait_for("its snippets are listed", lambda: len(self.cards()) == 2)
         first, second = self.cards()
         self.drag_row(first, second, CARDS)
-        wait_for("the new order is on the disk",
-                 lambda: self.library.titles()["Notes"] == [second, first])
+        wait_for("it is in its new place", lambda: self.cards() == [second, first])
+        self.select(first)
+        self.desktop.key("ctrl+c")
+        wait_for("its use is counted", lambda: self.library.snippets()[first]["usageCount"] == 1)
+        self.assertEqual(self.library.titles()["Notes"], [second, first])
         self.start_again()
         self.click(row_of("Notes"), ROW, SIDEBAR)
         wait_for("it is there again", lambda: self.cards() == [second, first])
 
     def test_delete_collection_asks(self):
         """A collection goes with its snippets once the question has been answered with yes."""
-        self.choose("Delete", row_of("Notes"), ROW, SIDEBAR)
+        self.choose(DELETE_COLLECTION, row_of("Notes"), ROW, SIDEBAR)
         self.wait_seen(re.compile('Are you sure you want to delete "Notes" and all its snippets.*'))
         self.desktop.key("Escape")
         self.wait_unseen("Delete Collection")
         self.assertIn("Notes", self.library.titles())
-        self.choose("Delete", row_of("Notes"), ROW, SIDEBAR)
+        self.choose(DELETE_COLLECTION, row_of("Notes"), ROW, SIDEBAR)
         self.click("Delete", BUTTON, "Delete Collection")
         wait_for("it is gone", lambda: self.library.titles() == {
             "Mail": ["letter"], "Shell": ["disk"]})

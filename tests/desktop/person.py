@@ -1,11 +1,11 @@
 """A person before the program's windows: reads what they show, clicks on it and types."""
 from case import DesktopCase
-from program import MAIN_WINDOW, Program
+from program import MAIN_WINDOW, WINDOW_CLASS, Program
 from screen_reader import ScreenReader
 from waiting import NotReached, wait_for
 
 # What screen readers call things.
-BUTTON, RADIO, ENTRY, ROW, FIELD = "push button", "radio button", "menu item", "list item", "text"
+BUTTON, RADIO, ROW, FIELD = "push button", "radio button", "list item", "text"
 
 
 class PersonCase(DesktopCase):
@@ -66,7 +66,8 @@ class PersonCase(DesktopCase):
 
     def rows(self, inside):
         """The names of the rows of that list, from the top."""
-        return [each.name for each in self.seen("", ROW, inside)]
+        rows = self.seen("", ROW, inside)
+        return [each.name for each in sorted(rows, key=lambda row: row.place[1])]
 
     # Hands
 
@@ -78,10 +79,18 @@ class PersonCase(DesktopCase):
         x, y = found.middle()
         self.desktop.command("xdotool", "mousemove", str(x), str(y), "click", str(button))
 
-    def choose(self, entry, name, role="", inside=""):
-        """Clicks on an entry of the menu that the thing has under the other mouse button."""
-        self.click(name, role, inside, button=3)
-        self.click(entry, ENTRY)
+    def choose(self, position, name="", role="", inside="", button=3):
+        """Opens the menu of the thing by that button of the mouse and chooses the entry at the
+        position, from 1, by the keyboard."""
+        before = self.program_windows()
+        self.click(name, role, inside, button=button)
+        wait_for("the menu", lambda: self.program_windows() - before)
+        self.desktop.move_pointer(0, 0)  # which would choose, too
+        self.desktop.key(*["Down"] * position, "Return")
+        wait_for("the menu is gone", lambda: self.program_windows() == before)
+
+    def program_windows(self):
+        return set(self.desktop.windows_of(WINDOW_CLASS))
 
     def enter(self, text, field):
         """Clicks into the field of that name and types the text in the place of what it holds."""
@@ -90,6 +99,16 @@ class PersonCase(DesktopCase):
         self.desktop.key("ctrl+a")
         self.desktop.type_text(text)
         wait_for(f"{field!r} holds {text!r}", lambda: self.text_of(field) == text)
+
+    def answer_file_dialog(self, title, path):
+        """Types the path into the file dialog of that title, which opens, and takes it."""
+        self.desktop.wait_focus(title)
+        field = self.wait_seen("", FIELD, window=title)
+        self.desktop.key("ctrl+a")
+        self.desktop.type_text(path)
+        wait_for("the path is typed", lambda: self.seen("", FIELD, window=title)[-1].text == path)
+        self.desktop.key("Return")
+        self.desktop.wait_gone(title)
 
     def wait_focused(self, field):
         wait_for(f"{field!r} has the keyboard", lambda: any(
@@ -107,4 +126,4 @@ class PersonCase(DesktopCase):
         for step in range(1, steps + 1):
             x, y = (a + (b - a) * step // steps for a, b in zip(start, end))
             words += ["mousemove", str(x), str(y), "sleep", "0.03"]
-        self.desktop.command("xdotool", *words)
+        self.desktop.command("xdotool", *words, "mouseup", "1")
