@@ -73,12 +73,19 @@ class Desktop(VirtualDesktop):
 
     def windows(self, title):
         """The ids of all visible windows with exactly that title."""
+        return self._search("--name", title)
+
+    def windows_of(self, program):
+        """The ids of all visible windows of the program, also those without a title: menus."""
+        return self._search("--class", program)
+
+    def _search(self, kind, text):
         def search():
-            result = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", f"^{title}$"],
+            result = subprocess.run(["xdotool", "search", "--onlyvisible", kind, f"^{text}$"],
                                     env=self.env, capture_output=True, encoding="utf-8", check=False)
             # A window that goes away meanwhile spoils the search: ask again.
             return None if result.stderr.strip() else [result.stdout.split()]
-        return wait_for(f"a search for the windows {title!r}", search)[0]
+        return wait_for(f"a search for the windows {text!r}", search)[0]
 
     def window(self, title):
         """Waits for a visible window of that title and returns its id."""

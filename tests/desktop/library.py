@@ -26,8 +26,8 @@ def snippet(title, content, variables=None, keywords=(), age_days=1):
 class Library:
     """The library in a home folder, written and read without the program."""
 
-    def __init__(self, home):
-        self.folder = os.path.join(home, "Documents", "Apps", "Vellumry")
+    def __init__(self, home, folder=None):
+        self.folder = folder or os.path.join(home, "Documents", "Apps", "Vellumry")
 
     def write(self, collections):
         """collections: name -> list of snippets. The file of a collection is `<name>.json`."""
@@ -41,6 +41,9 @@ class Library:
             "version": "1.0",
             "collection": {"id": f"ID-{name}", "name": name, "createdAt": date_text(now())},
             "snippets": [{**record, "collection": name} for record in snippets]})
+
+    def remove_collection(self, name):
+        os.remove(os.path.join(self.folder, f"{name}.json"))
 
     def _save(self, file_name, record):
         """Writes the whole file atomically, as every program that shares the folder does."""
@@ -63,7 +66,17 @@ class Library:
 
     def snippets(self):
         """All snippets on disk, by title."""
-        names = [name.removesuffix(".json") for name in sorted(os.listdir(self.folder))
-                 if name.endswith(".json") and name != METADATA]
-        return {record["title"]: record
-                for name in names for record in self.collection(name)["snippets"]}
+        return {record["title"]: record for file in self._files() for record in file["snippets"]}
+
+    def titles(self):
+        """The titles on disk by their collections, which are in their order; so are the titles."""
+        with open(os.path.join(self.folder, METADATA), encoding="utf-8") as file:
+            order = json.load(file)["collectionOrder"]
+        files = sorted(self._files(), key=lambda file: order.index(file["collection"]["id"]))
+        return {file["collection"]["name"]: [record["title"] for record in sorted(
+            file["snippets"], key=lambda record: record.get("displayOrder", 0))] for file in files}
+
+    def _files(self):
+        return [self.collection(name.removesuffix(".json"))
+                for name in sorted(os.listdir(self.folder))
+                if name.endswith(".json") and name != METADATA]

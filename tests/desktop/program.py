@@ -15,6 +15,7 @@ NO_MAIN_WINDOW = "setupMainWindowWithRetry: All attempts exhausted, no main wind
 
 PALETTE, TOAST, MAIN_WINDOW = "Palette", "Toast", "Vellumry"
 SETTINGS_WINDOW = "Settings"
+WINDOW_CLASS = "vellumry"
 HOTKEY = "alt+t"
 
 # A query is searched 50 ms after its last letter; rows that stand still for this long are final.

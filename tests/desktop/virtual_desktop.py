@@ -33,7 +33,7 @@ DROPPED = ("DISPLAY", "WAYLAND_DISPLAY", "WAYLAND_SOCKET", "XAUTHORITY", "SESSIO
            "QT_IM_MODULE", "GTK_IM_MODULE", "QT_QPA_PLATFORM", "QT_QPA_PLATFORMTHEME",
            "QT_STYLE_OVERRIDE", "QT_SCALE_FACTOR", "QT_AUTO_SCREEN_SCALE_FACTOR", "QT_FONT_DPI",
            "GTK_MODULES", "GTK_THEME")
-# No service directories: nothing is started by accident.
+# No service directories: nothing is started by accident. As many open questions as a desktop allows.
 BUS_CONFIG = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
 <busconfig>
@@ -45,6 +45,7 @@ BUS_CONFIG = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Config
     <allow eavesdrop="true"/>
     <allow own="*"/>
   </policy>
+  <limit name="max_replies_per_connection">50000</limit>
 </busconfig>
 """
 

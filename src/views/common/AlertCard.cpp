@@ -57,6 +57,7 @@ AlertCard::AlertCard(const Theme& theme, const Question& question, QWidget* pare
     for (const Answer& answer : question.answers) {
         auto* button = new Button(theme, answer.kind, answer.text, this,
                                   isStacked ? Button::Size::alert : Button::Size::regular);
+        button->setAccessibleName(answer.text); // or else it would be read without its "&"
         if (isStacked)
             button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
         connect(button, &Button::clicked, this, answer.action);
