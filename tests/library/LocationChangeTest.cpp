@@ -552,6 +552,7 @@ TEST(MigrationHelperErrorTest, hasItsTexts)
 class RealMoveTest : public testing::Test {
 protected:
     RealMoveTest() { putLibrary(path(u"old"_s)); }
+    ~RealMoveTest() override { std::filesystem::remove_all(entry("old")); } // Qt cannot always
 
     [[nodiscard]] QString path(const QString& name) const { return folder.filePath(name); }
     [[nodiscard]] QByteArray native(const QString& name) const
