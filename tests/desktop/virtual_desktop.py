@@ -62,7 +62,7 @@ class VirtualDesktop:
         self.wm, self.compositor, self.size, self.monitors = wm, compositor, size, monitors
         self.folder = tempfile.mkdtemp(prefix="vellumry-desktop.")
         self.services = []
-        self.x = None
+        self.x = self.recording = None
         self.homes = 0
         self.env = {name: value for name, value in os.environ.items()
                     if name not in DROPPED and not name.startswith("XDG_")}
@@ -79,8 +79,8 @@ class VirtualDesktop:
         return self
 
     def __exit__(self, *_):
-        if self.x:
-            self.x.close()
+        for connection in filter(None, (self.x, self.recording)):
+            connection.close()
         for service in reversed(self.services):
             end(service, grace=2.0)
         shutil.rmtree(self.folder, ignore_errors=True)
@@ -99,6 +99,7 @@ class VirtualDesktop:
     def _start(self):
         self._start_x()
         self.x = x11.Connection(self.env["DISPLAY"])
+        self.recording = x11.Recording(self.env["DISPLAY"])
         self._start_bus()
         subprocess.run(["xsetroot", "-solid", "#5a7a9a"], env=self.env, check=True)
         for index, (left, width) in enumerate(self.monitors):
