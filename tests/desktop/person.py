@@ -20,8 +20,7 @@ class PersonCase(DesktopCase):
 
     def start_program(self):
         program = self.start(self.kind, self.desktop, self.home, self.wrapper, ())
-        program.wait_settled()
-        self.desktop.wait_focus(MAIN_WINDOW)
+        program.wait_main_window()
         return program
 
     def setUp(self):

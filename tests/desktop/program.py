@@ -18,6 +18,10 @@ SETTINGS_WINDOW = "Settings"
 WINDOW_CLASS = "vellumry"
 HOTKEY = "alt+t"
 
+TOAST_SIZE = (300, 90)
+# A start by hand shows the main window, brings it up again once it is there, and adopts it.
+RAISED_AT_START = 3
+
 # A query is searched 50 ms after its last letter; rows that stand still for this long are final.
 SEARCHED = 0.25
 # Where the toast, which stands in the middle of the palette, does not cover the rows.
@@ -46,6 +50,15 @@ class Program(LoggedProcess):
         """Waits until the search for the first main window is over, which would raise one."""
         wait_for("the search for the main window is over", lambda: any(
             line.startswith(ADOPTED) or line == NO_MAIN_WINDOW for line in self.lines))
+
+    def wait_main_window(self):
+        """Waits until the main window of a start by hand has the keyboard and is raised no more,
+        which would take the keyboard away from another window."""
+        self.wait_settled()
+        window = int(self.desktop.window(MAIN_WINDOW))
+        wait_for("the main window is raised for the last time",
+                 lambda: self.desktop.recording.activations(window) >= RAISED_AT_START)
+        self.desktop.wait_focus(MAIN_WINDOW)
 
     def shown_count(self):
         return self.count(SHOWN)
@@ -108,6 +121,10 @@ class Program(LoggedProcess):
         self.desktop.key("Up")
         wait_for("the selection is back", lambda: self.selected_row() == first)
         return x + width // 2, (top + bottom) // 2
+
+    def toast_count(self):
+        """How many toasts there have been on this desktop, even if nobody saw them."""
+        return self.desktop.recording.popups().count(TOAST_SIZE)
 
     def wait_new_toast(self, seen=()):
         """Waits for a toast that is not one of those seen before; returns its window id."""

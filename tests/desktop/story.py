@@ -17,13 +17,14 @@ class StoryCase(DesktopCase):
         # The end of an older toast's time would take the new one away.
         self.desktop.wait_gone(TOAST)
         self.assertEqual(self.desktop.focused_window(), "Recorder")
+        toasts = self.program.toast_count()
 
         self.program.open_palette()
         self.program.search("letter")
         self.desktop.key("Return")
 
         self.desktop.wait_clipboard(LETTER_TEXT)
-        self.program.wait_new_toast()
+        wait_for("toast", lambda: self.program.toast_count() > toasts)
         self.program.wait_palette_gone()
         self.desktop.wait_focus("Recorder")
         wait_for("the use is counted on disk", lambda: self.library.snippets()["letter"]

@@ -66,7 +66,7 @@ class VirtualDesktop:
         self.accessible = accessible
         self.folder = tempfile.mkdtemp(prefix="vellumry-desktop.")
         self.services = []
-        self.x = None
+        self.x = self.recording = None
         self.homes = 0
         self.env = {name: value for name, value in os.environ.items()
                     if name not in DROPPED and not name.startswith("XDG_")}
@@ -83,8 +83,8 @@ class VirtualDesktop:
         return self
 
     def __exit__(self, *_):
-        if self.x:
-            self.x.close()
+        for connection in filter(None, (self.x, self.recording)):
+            connection.close()
         for service in reversed(self.services):
             end(service, grace=2.0)
         shutil.rmtree(self.folder, ignore_errors=True)
@@ -103,6 +103,7 @@ class VirtualDesktop:
     def _start(self):
         self._start_x()
         self.x = x11.Connection(self.env["DISPLAY"])
+        self.recording = x11.Recording(self.env["DISPLAY"])
         self._start_bus()
         if self.accessible:
             self._start_accessibility_bus()

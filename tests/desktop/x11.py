@@ -29,7 +29,37 @@ _XTEST = ctypes.CDLL("libXtst.so.6")
 _XTEST.XTestFakeKeyEvent.argtypes = [_POINTER, ctypes.c_uint, _INT, _LONG]
 _X.XSync.argtypes = [_POINTER, _INT]
 
+_X.XSelectInput.argtypes = [_POINTER, _LONG, ctypes.c_long]
+_X.XPending.argtypes = [_POINTER]
+_X.XNextEvent.argtypes = [_POINTER, _POINTER]
+
 _ALL_PLANES, _Z_PIXMAP = 0xFFFFFFFF, 2
+_SUBSTRUCTURE_NOTIFY_MASK = 1 << 19
+_CREATE_NOTIFY, _MAP_NOTIFY, _CONFIGURE_NOTIFY, _CLIENT_MESSAGE = 16, 19, 22, 33
+
+
+class _AnyEvent(ctypes.Structure):
+    _fields_ = [("type", _INT), ("serial", _LONG), ("send_event", _INT), ("display", _POINTER)]
+
+
+class _MapEvent(ctypes.Structure):
+    _fields_ = [*_AnyEvent._fields_, ("event", _LONG), ("window", _LONG), ("override", _INT)]
+
+
+class _ConfigureEvent(ctypes.Structure):
+    """The event of a creation has the same places."""
+    _fields_ = [*_AnyEvent._fields_, ("event", _LONG), ("window", _LONG), ("x", _INT), ("y", _INT),
+                ("width", _INT), ("height", _INT)]
+
+
+class _ClientMessageEvent(ctypes.Structure):
+    _fields_ = [*_AnyEvent._fields_, ("window", _LONG), ("message_type", _LONG)]
+
+
+class _Event(ctypes.Union):
+    """Xlib's XEvent, as far as it is read here."""
+    _fields_ = [("type", _INT), ("map", _MapEvent), ("configure", _ConfigureEvent),
+                ("message", _ClientMessageEvent), ("pad", ctypes.c_long * 24)]
 
 
 class Connection:
@@ -72,3 +102,37 @@ class Connection:
 
     def close(self):
         _X.XCloseDisplay(self.display)
+
+
+class Recording(Connection):
+    """Knows what has happened to the windows since it was made, also what was over before anybody
+    looked: the server keeps the events until they are asked for."""
+
+    def __init__(self, display):
+        super().__init__(display)
+        self._sizes, self._popups, self._activated = {}, [], []
+        _X.XSelectInput(self.display, self.root, _SUBSTRUCTURE_NOTIFY_MASK)
+        _X.XSync(self.display, 0)
+
+    def popups(self):
+        """The sizes of all windows that came onto the screen past the window manager, in order."""
+        self._read()
+        return list(self._popups)
+
+    def activations(self, window):
+        """How often somebody asked the window manager to give that window the keyboard."""
+        self._read()
+        return self._activated.count(window)
+
+    def _read(self):
+        event = _Event()
+        while _X.XPending(self.display):
+            _X.XNextEvent(self.display, ctypes.byref(event))
+            if event.type in (_CREATE_NOTIFY, _CONFIGURE_NOTIFY):
+                change = event.configure
+                self._sizes[change.window] = (change.width, change.height)
+            elif event.type == _MAP_NOTIFY and event.map.override:
+                self._popups.append(self._sizes.get(event.map.window))
+            elif event.type == _CLIENT_MESSAGE and \
+                    event.message.message_type == self._atom("_NET_ACTIVE_WINDOW"):
+                self._activated.append(event.message.window)
