@@ -31,7 +31,9 @@ endif()
 
 find_program(CCACHE ccache)
 if(CCACHE)
-  set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE}")
+  # One checkout finds what another has compiled.
+  set(CMAKE_CXX_COMPILER_LAUNCHER
+    env "CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}" CCACHE_NOHASHDIR=1 "${CCACHE}")
 endif()
 
 find_program(MOLD mold)
