@@ -26,8 +26,8 @@ struct PortalFileFilter {
     QList<Rule> rules;
 };
 
-const QString service = QStringLiteral("org.freedesktop.portal.Desktop");
-const QString path = QStringLiteral("/org/freedesktop/portal/desktop");
+const QString dialogService = QStringLiteral("org.freedesktop.portal.Desktop");
+const QString dialogPath = QStringLiteral("/org/freedesktop/portal/desktop");
 const QString chooser = QStringLiteral("org.freedesktop.portal.FileChooser");
 const QString requestInterface = QStringLiteral("org.freedesktop.portal.Request");
 
@@ -93,7 +93,7 @@ PortalFileDialog::PortalFileDialog(const QDBusConnection& bus, FileChooser::Hand
 PortalFileDialog::~PortalFileDialog()
 {
     if (isOpen)
-        connection.asyncCall(QDBusMessage::createMethodCall(service, handle, requestInterface,
+        connection.asyncCall(QDBusMessage::createMethodCall(dialogService, handle, requestInterface,
                                                             QStringLiteral("Close")));
 }
 
@@ -101,14 +101,15 @@ void PortalFileDialog::show(const FileChooser::Request& request)
 {
     const QString token = QStringLiteral("vellumry_") + QUuid::createUuid().toString(QUuid::Id128);
     const QString sender = connection.baseService().mid(1).replace(u'.', u'_');
-    handle = path + QStringLiteral("/request/") + sender + u'/' + token;
+    handle = dialogPath + QStringLiteral("/request/") + sender + u'/' + token;
     // Before the question: the answer may come right behind it.
     connection.connect(QString(), handle, requestInterface, QStringLiteral("Response"), this,
                        SLOT(responded(uint, QVariantMap)));
 
     const bool isSaving = request.kind == FileChooser::Kind::saveFile;
-    QDBusMessage question = QDBusMessage::createMethodCall(
-        service, path, chooser, isSaving ? QStringLiteral("SaveFile") : QStringLiteral("OpenFile"));
+    QDBusMessage question = QDBusMessage::createMethodCall(dialogService, dialogPath, chooser,
+                                                           isSaving ? QStringLiteral("SaveFile")
+                                                                    : QStringLiteral("OpenFile"));
     QVariantMap options = optionsOf(request);
     options.insert(QStringLiteral("handle_token"), token);
     const QString parent = request.x11Window == 0

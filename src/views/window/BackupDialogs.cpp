@@ -15,7 +15,7 @@ namespace vellumry {
 
 namespace {
 
-const QString backupType = QStringLiteral("application/json");
+constexpr QStringView backupType = u"application/json";
 
 } // namespace
 
@@ -57,7 +57,7 @@ void BackupDialogs::showImportPicker()
     importDialog = FileDialog::show(with.contents,
                                     {.kind = FileChooser::Kind::openFile,
                                      .title = QStringLiteral("Import from JSON"),
-                                     .mimeType = backupType},
+                                     .mimeType = backupType.toString()},
                                     [this](const std::optional<PickedFile>& file) {
                                         importDialog = nullptr;
                                         with.viewModel.setShowImportPicker(false);
@@ -126,7 +126,7 @@ void BackupDialogs::showExportPicker()
                                     {.kind = FileChooser::Kind::saveFile,
                                      .title = QStringLiteral("Export to JSON"),
                                      .fileName = with.defaultExportFilename(),
-                                     .mimeType = backupType},
+                                     .mimeType = backupType.toString()},
                                     [this](const std::optional<PickedFile>& file) {
                                         exportDialog = nullptr;
                                         with.viewModel.setShowExportPicker(false);
