@@ -21,11 +21,6 @@ using namespace std::chrono_literals;
 /// How long the outcome of an import is shown.
 constexpr auto importResultTime = 3s;
 
-void log(QStringView message)
-{
-    vellumry::log(u"SnippetListViewModel", message);
-}
-
 } // namespace
 
 // Export
@@ -108,8 +103,8 @@ void SnippetListViewModel::exportTo(const QString& path)
 
 void SnippetListViewModel::handleExport(const PickedFile& result)
 {
-    log(result.error ? QString(u"导出失败: " % *result.error)
-                     : QString(u"导出成功: " % result.path));
+    log(u"SnippetListViewModel", result.error ? QString(u"导出失败: " % *result.error)
+                                              : QString(u"导出成功: " % result.path));
 }
 
 // Import
@@ -132,7 +127,7 @@ void SnippetListViewModel::handleImport(const PickedFile& result)
     try {
         imported = ImportExportService::importFromJSON(services.files.read(result.path).bytes);
     } catch (const FileError& failure) {
-        vellumry::log(u"ImportExportService", QString(u"导入失败 - " % failure.description()));
+        log(u"ImportExportService", QString(u"导入失败 - " % failure.description()));
     }
     if (!imported) {
         // Stays until something else takes its place, or until the time of an older one is over.
