@@ -1,6 +1,6 @@
 // A screen reader without a voice, and the registry that programs look for before they report to
-// one: it tells what the last program shows, by names and places. Standard input has the title of the window to look at on each line,
-// or nothing for all windows; the answer is one line.
+// one: it tells what the last program shows, by names and places. Standard input has the title of
+// the window to look at on each line, or nothing for all windows; the answer is one line.
 //
 //   ready             programs can report
 //   seen [...]        all objects that are on the screen, as JSON
@@ -118,18 +118,19 @@ public:
             if (hasState(bit))
                 held.append(QString::fromLatin1(word));
         }
-        return {{QStringLiteral("name"), title()},
-                {QStringLiteral("role"), kind()},
-                {QStringLiteral("states"), held},
-                {QStringLiteral("text"), answered(text)},
-                {QStringLiteral("place"),
-                 QJsonArray{area.x(), area.y(), area.width(), area.height()}}};
+        return {
+            {QStringLiteral("name"), title()},
+            {QStringLiteral("role"), kind()},
+            {QStringLiteral("states"), held},
+            {QStringLiteral("text"), answered(text)},
+            {QStringLiteral("place"), QJsonArray{area.x(), area.y(), area.width(), area.height()}}};
     }
 
     const QString path;
 
 private:
-    [[nodiscard]] QDBusPendingCall property(const QString& service, const QString& propertyName) const
+    [[nodiscard]] QDBusPendingCall property(const QString& service,
+                                            const QString& propertyName) const
     {
         return ask(service, path, QStringLiteral("org.freedesktop.DBus.Properties"),
                    QStringLiteral("Get"), {accessibleInterface, propertyName});
@@ -243,7 +244,8 @@ int main(int argc, char** argv)
             QCoreApplication::quit();
         else
             print(QStringLiteral("seen ") +
-                  QString::fromUtf8(QJsonDocument(reader.look(title)).toJson(QJsonDocument::Compact)));
+                  QString::fromUtf8(
+                      QJsonDocument(reader.look(title)).toJson(QJsonDocument::Compact)));
     });
     print(QStringLiteral("ready"));
     return QCoreApplication::exec();
