@@ -1,4 +1,5 @@
 """A library folder as the program stores it: one file for each collection and a metadata file."""
+import contextlib
 import datetime
 import json
 import os
@@ -72,11 +73,19 @@ class Library:
         """The titles on disk by their collections, which are in their order; so are the titles."""
         with open(os.path.join(self.folder, METADATA), encoding="utf-8") as file:
             order = json.load(file)["collectionOrder"]
-        files = sorted(self._files(), key=lambda file: order.index(file["collection"]["id"]))
+
+        def place(file):
+            known = file["collection"]["id"] in order
+            return order.index(file["collection"]["id"]) if known else len(order)
         return {file["collection"]["name"]: [record["title"] for record in sorted(
-            file["snippets"], key=lambda record: record.get("displayOrder", 0))] for file in files}
+            file["snippets"], key=lambda record: record.get("displayOrder", 0))]
+                for file in sorted(self._files(), key=place)}
 
     def _files(self):
-        return [self.collection(name.removesuffix(".json"))
-                for name in sorted(os.listdir(self.folder))
-                if name.endswith(".json") and name != METADATA]
+        """Without those that go away while they are read."""
+        files = []
+        for name in sorted(os.listdir(self.folder)):
+            if name.endswith(".json") and name != METADATA:
+                with contextlib.suppress(FileNotFoundError):
+                    files.append(self.collection(name.removesuffix(".json")))
+        return files
