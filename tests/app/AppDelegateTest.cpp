@@ -2,7 +2,6 @@
 
 #include "app/MenuBarService.h"
 #include "hotkey/FakeHotKeyBackend.h"
-#include "hotkey/FakeHotKeyBackend.h"
 #include "hotkey/HotKeysController.h"
 #include "hotkey/NullHotKeyBackend.h"
 #include "library/SnippetListViewModel.h"
