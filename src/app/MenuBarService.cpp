@@ -80,6 +80,8 @@ MenuBarService::MenuBarService(Dependencies dependencies, QObject* parent)
     });
     connect(&services.notifications, &NotificationCenter::hotkeyDidChange, this,
             &MenuBarService::hotkeyDidChange);
+    connect(&services.hotkeyService, &HotkeyServiceProtocol::desktopShortcutChanged, this,
+            [this] { hotkeyDidChange(services.settings.quickSearchHotkey()); });
     // The start has more urgent things to do.
     services.scheduler.after(0ms, this, [this] { services.statusArea.startLooking(); });
 }
@@ -129,7 +131,7 @@ std::unique_ptr<QMenu> MenuBarService::createMenu()
     add(QStringLiteral("Open Vellumry"), Qt::CTRL | Qt::Key_O,
         menuIcon(QStringLiteral("macwindow")), [this] { openMainWindow(); });
     searchMenuItem =
-        add(QStringLiteral("Quick Search"), shownHotKey(services.settings.quickSearchHotkey()),
+        add(QStringLiteral("Quick Search"), searchKey(services.settings.quickSearchHotkey()),
             menuIcon(QStringLiteral("magnifyingglass")),
             [this] { Q_EMIT services.notifications.togglePalette(); });
     menu->addSeparator();
@@ -146,7 +148,17 @@ std::unique_ptr<QMenu> MenuBarService::createMenu()
 void MenuBarService::hotkeyDidChange(const HotkeyConfig& config)
 {
     if (searchMenuItem)
-        searchMenuItem->setShortcut(shownHotKey(config));
+        searchMenuItem->setShortcut(searchKey(config));
+}
+
+/// Where the desktop decides on the keys, what it says of them counts, if a menu can show it.
+QKeySequence MenuBarService::searchKey(const HotkeyConfig& config) const
+{
+    const auto shortcut = services.hotkeyService.desktopShortcut();
+    if (!shortcut)
+        return shownHotKey(config);
+    const QKeySequence keys(QString::fromStdString(shortcut->trigger), QKeySequence::PortableText);
+    return keys.isEmpty() || keys[0].key() == Qt::Key_unknown ? QKeySequence() : keys;
 }
 
 void MenuBarService::openMainWindow()

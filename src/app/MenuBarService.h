@@ -3,6 +3,7 @@
 #include "models/HotkeyConfig.h"
 #include "platform/ApplicationWindows.h"
 
+#include <QKeySequence>
 #include <QObject>
 #include <QString>
 
@@ -61,6 +62,7 @@ private:
     [[nodiscard]] std::unique_ptr<QMenu> createMenu();
     [[nodiscard]] QIcon itemIcon() const;
     void hotkeyDidChange(const HotkeyConfig& config);
+    [[nodiscard]] QKeySequence searchKey(const HotkeyConfig& config) const;
 
     Dependencies services;
     std::unique_ptr<QMenu> statusMenu;

@@ -32,8 +32,18 @@ public:
     void unregisterHotkey() override {}
     void pauseHotkey() override { ++pauses; }
     void resumeHotkey() override {}
+    [[nodiscard]] std::optional<hotkey::DesktopShortcut> desktopShortcut() const override
+    {
+        return shortcut;
+    }
+    void decide(const std::string& trigger)
+    {
+        shortcut = {hotkey::DesktopShortcut::State::granted, trigger};
+        Q_EMIT desktopShortcutChanged();
+    }
 
     int pauses = 0;
+    std::optional<hotkey::DesktopShortcut> shortcut;
 };
 
 class MenuBarServiceTest : public testing::Test {
@@ -121,6 +131,20 @@ TEST_F(MenuBarServiceTest, offersItsCommandsInOrder)
                                      QStringLiteral("New Snippet Ctrl+N icon"), QStringLiteral("-"),
                                      QStringLiteral("Settings... Ctrl+, icon"), QStringLiteral("-"),
                                      QStringLiteral("Quit Vellumry Ctrl+Q")));
+}
+
+TEST_F(MenuBarServiceTest, quickSearchShowsTheKeysThatTheDesktopGave)
+{
+    hotkeys.decide("Ctrl+Alt+V");
+    Q_EMIT area.appeared();
+    const QAction& search = item(QStringLiteral("Quick Search"));
+    EXPECT_EQ(search.shortcut(), QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_V));
+    hotkeys.decide("Meta+B");
+    EXPECT_EQ(search.shortcut(), QKeySequence(Qt::META | Qt::Key_B));
+    hotkeys.decide("Press <Super>v");
+    EXPECT_TRUE(search.shortcut().isEmpty()) << "which no menu can show";
+    hotkeys.decide("");
+    EXPECT_TRUE(search.shortcut().isEmpty());
 }
 
 TEST_F(MenuBarServiceTest, quickSearchShowsTheHotKeyOfTheMoment)

@@ -3,7 +3,9 @@
 #include "hotkey/FakeGlobalShortcutsPortal.h"
 #include "hotkey/HotKey.h"
 #include "hotkey/HotKeysController.h"
+#include "hotkey/makeHotKeyBackend.h"
 #include "platform/PrivateBus.h"
+#include "support/Environment.h"
 #include "support/Eventually.h"
 
 #include <QCoreApplication>
@@ -383,6 +385,13 @@ TEST_F(PortalHotKeyBackendTest, theBusIsReachedOnAnotherThread)
     EXPECT_NE(thread.load(), std::this_thread::get_id());
     mayConnect.release();
     EXPECT_TRUE(waitFor(State::granted));
+}
+
+TEST_F(PortalHotKeyBackendTest, theFactoryTakesThePortalInAWaylandSession)
+{
+    const test::Environment session("WAYLAND_DISPLAY", "wayland-0");
+    const auto made = makeHotKeyBackend(&postToApplication, {});
+    EXPECT_EQ(made->desktopShortcut(), DesktopShortcut{});
 }
 
 TEST_F(PortalHotKeyBackendTest, drivesHotKeysThroughTheRegistry)

@@ -677,6 +677,7 @@ TEST_F(X11HotKeyBackendTest, connectsToNoServerThatIsNotThere)
 
 TEST_F(X11HotKeyBackendTest, theFactoryTakesTheDisplayOfTheEnvironment)
 {
+    unsetenv("WAYLAND_DISPLAY");
     setenv("DISPLAY", server.displayName().c_str(), 1);
     auto made = makeHotKeyBackend(queue.executor(), {});
     EXPECT_TRUE(made->registerHotKey(codeOfT, carbonOptionBit, anyID).reference.has_value());
