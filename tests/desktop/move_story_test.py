@@ -83,14 +83,14 @@ class CloudDrive(MoveCase):
         self.open_sheet()
         self.click(re.compile("Dropbox.*"), inside=SHEET, window=SETTINGS_WINDOW)
         self.move()
-        percents = set()
+        shown = set()
 
-        def has_risen():
-            percents.update(int(PROGRESS.fullmatch(each.name)[1])
-                            for each in self.seen(PROGRESS, window=SETTINGS_WINDOW))
+        def risen():
+            shown.update(each.name for each in self.reader.look())
+            percents = [int(found[1]) for found in map(PROGRESS.fullmatch, shown) if found]
             return len([percent for percent in percents if 50 < percent < 100]) > 1
-        wait_for("the progress rises before the eyes", has_risen)
-        self.assertTrue(self.seen("Migrating your data...", window=MAIN_WINDOW), "no overlay")
+        wait_for("the progress rises before the eyes", risen)
+        self.assertIn("Migrating your data...", shown)
         self.wait_moved(folder)
         self.assertEqual(set(self.library.snippets()), titles)
         self.wait_seen(f"All Snippets, {len(titles)} snippets", ROW, window=MAIN_WINDOW)
