@@ -3,7 +3,7 @@ import os
 
 from case import SAMPLE, main
 from library import Library
-from person import BUTTON, RADIO, ROW, PersonCase
+from person import BUTTON, ROW, PersonCase
 from program import MAIN_WINDOW
 from waiting import wait_for
 

@@ -1,10 +1,11 @@
 """The main window used as a person does, and what is on the disk afterwards."""
+import contextlib
 import re
 
 from case import SAMPLE, main
 from library import snippet
 from person import BUTTON, FIELD, ROW, PersonCase
-from waiting import wait_for
+from waiting import NotReached, wait_for
 
 TITLE, SUBTITLE, CONTENT = "Snippet Title", "Add a subtitle (optional)", "Snippet content"
 KEYWORDS, FILTER = "Related terms", "Filter list"
@@ -22,9 +23,14 @@ def row_of(name):
 class MainWindowCase(PersonCase):
 
     def select(self, title):
-        """Clicks on the card of that title and waits for it in the editor."""
-        self.click(row_of(title), ROW, CARDS)
-        wait_for(f"{title!r} is in the editor", lambda: self.text_of(TITLE) == title)
+        """Clicks on the card of that title and waits for it in the editor. On a machine that is
+        held up the library is read again after a save, and the cards can move under the hand:
+        then the click is repeated."""
+        def selected():
+            self.click(row_of(title), ROW, CARDS)
+            with contextlib.suppress(NotReached):
+                return wait_for("the title", lambda: self.text_of(TITLE) == title, timeout=3)
+        wait_for(f"{title!r} is in the editor", selected)
 
     def create(self, title):
         """Makes a snippet with the key for it, and gives it a title, which is not saved."""

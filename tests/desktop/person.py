@@ -5,7 +5,7 @@ from screen_reader import ScreenReader
 from waiting import NotReached, wait_for
 
 # What screen readers call things.
-BUTTON, RADIO, ROW, FIELD = "push button", "radio button", "list item", "text"
+BUTTON, ROW, FIELD = "push button", "list item", "text"
 
 
 class PersonCase(DesktopCase):
@@ -72,10 +72,10 @@ class PersonCase(DesktopCase):
 
     def click(self, name="", role="", inside="", window="", button=1):
         """Waits until it can be used, then clicks on its middle."""
-        found = wait_for(f"{name!r} can be used", lambda: next(
-            (each for each in [self.wait_seen(name, role, inside, window)]
-             if "enabled" in each.states), None))
-        x, y = found.middle()
+        def usable():
+            found = self.wait_seen(name, role, inside, window)
+            return found if "enabled" in found.states else None
+        x, y = wait_for(f"{name!r} can be used", usable).middle()
         self.desktop.command("xdotool", "mousemove", str(x), str(y), "click", str(button))
 
     def choose(self, position, name="", role="", inside="", button=3):
@@ -102,10 +102,10 @@ class PersonCase(DesktopCase):
     def answer_file_dialog(self, title, path):
         """Types the path into the file dialog of that title, which opens, and takes it."""
         self.desktop.wait_focus(title)
-        field = self.wait_seen("", FIELD, window=title)
+        self.wait_seen("", FIELD, window=title)
         self.desktop.key("ctrl+a")
         self.desktop.type_text(path)
-        wait_for("the path is typed", lambda: self.seen("", FIELD, window=title)[-1].text == path)
+        wait_for("the path is typed", lambda: self.text_of("", title) == path)
         self.desktop.key("Return")
         self.desktop.wait_gone(title)
 
@@ -113,8 +113,8 @@ class PersonCase(DesktopCase):
         wait_for(f"{field!r} has the keyboard", lambda: any(
             "focused" in each.states for each in self.seen(field, FIELD)))
 
-    def text_of(self, field):
-        found = self.seen(field, FIELD)
+    def text_of(self, field, window=""):
+        found = self.seen(field, FIELD, window=window)
         return found[-1].text if found else None
 
     def drag(self, start, end):
