@@ -254,8 +254,7 @@ class Display(SurroundingsCase):
         desktop.key("Return")
         desktop.wait_clipboard(LETTER_TEXT)
         wait_for("the use on disk", lambda: library.snippets()["letter"]["usageCount"] == 1)
-        desktop.x.close()
-        desktop.x = None
+        desktop.disconnect()
         display = next(service for service in desktop.services if "Xvfb" in service.args)
         display.kill()
         wait_for("the end", lambda: not program.running())

@@ -83,11 +83,16 @@ class VirtualDesktop:
         return self
 
     def __exit__(self, *_):
-        for connection in filter(None, (self.x, self.recording)):
-            connection.close()
+        self.disconnect()
         for service in reversed(self.services):
             end(service, grace=2.0)
         shutil.rmtree(self.folder, ignore_errors=True)
+
+    def disconnect(self):
+        """Lets go of the display, whose end would be the end of this process too."""
+        for connection in filter(None, (self.x, self.recording)):
+            connection.close()
+        self.x = self.recording = None
 
     def new_home(self):
         """Makes an empty home folder; returns the variables that name it."""
