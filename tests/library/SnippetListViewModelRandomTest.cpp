@@ -505,7 +505,7 @@ struct Kind {
 
 class RandomSequence : public testing::TestWithParam<Kind> {};
 
-constexpr int games = 60;
+constexpr int games = 170; // a hundred thousand steps over the four kinds
 constexpr int steps = 150;
 
 TEST_P(RandomSequence, AgreesWithThePlainModelAfterEachStep)
