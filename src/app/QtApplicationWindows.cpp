@@ -4,6 +4,7 @@
 #include "platform/PanelActivation.h"
 #include "views/common/SheetHost.h"
 #include "views/palette/KeyablePanel.h"
+#include "views/window/ColumnsGround.h"
 #include "views/window/MainWindow.h"
 #include "views/window/SettingsWindow.h"
 
@@ -13,6 +14,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QScreen>
+#include <QTimer>
 #include <QWindow>
 
 #include <algorithm>
@@ -21,6 +23,10 @@
 namespace vellumry {
 
 namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto paintPatience = 100ms;
 
 /// The handle of a top-level widget, and its child.
 class WidgetWindow final : public ApplicationWindow {
@@ -133,10 +139,34 @@ QtApplicationWindows::~QtApplicationWindows()
 
 void QtApplicationWindows::openWindowOfGroup()
 {
-    auto* window = new AppKitWindow(with.makeMainContents());
-    equip(*window);
-    connect(window, &MainWindow::appeared, this, &ApplicationWindows::mainWindowDidAppear);
-    handleOf(*window).makeKeyAndOrderFront();
+    MainWindow& window = makeWindowOfGroup();
+    fill(window);
+    handleOf(window).makeKeyAndOrderFront();
+}
+
+void QtApplicationWindows::openWindowOfGroupAtOnce(std::function<void()> whenFilled)
+{
+    MainWindow& window = makeWindowOfGroup();
+    ColumnsGround* ground = with.makeGround();
+    window.setCentralWidget(ground);
+    fillFirstWindow = [this, window = QPointer(&window), done = std::move(whenFilled)] {
+        if (window) {
+            fill(*window);
+            if (window->isActiveWindow())
+                handleOf(*window).makeContentViewFirstResponder();
+        }
+        done();
+    };
+    connect(ground, &ColumnsGround::painted, this, &QtApplicationWindows::fillWindow);
+    // A desktop need not show a window that it is asked to show.
+    QTimer::singleShot(paintPatience, this, &QtApplicationWindows::fillWindow);
+    handleOf(window).makeKeyAndOrderFront();
+}
+
+void QtApplicationWindows::fillWindow()
+{
+    if (const auto fillIt = std::exchange(fillFirstWindow, nullptr))
+        fillIt();
 }
 
 bool QtApplicationWindows::hasVisibleWindows() const
@@ -194,8 +224,9 @@ std::vector<ApplicationWindows::Menu> QtApplicationWindows::mainMenu()
 
 ApplicationWindow& QtApplicationWindows::createWindow()
 {
-    auto* window = new MainWindow(with.makeMainContents());
-    equip(*window);
+    auto* window = new MainWindow;
+    add(*window);
+    fill(*window);
     const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
     window->move(screen.center() - window->rect().center());
     return handleOf(*window);
@@ -218,16 +249,29 @@ void QtApplicationWindows::showSettingsWindow()
     handleOf(*settingsWindow).makeKeyAndOrderFront();
 }
 
-void QtApplicationWindows::equip(MainWindow& window)
+MainWindow& QtApplicationWindows::makeWindowOfGroup()
+{
+    auto* window = new AppKitWindow;
+    add(*window);
+    connect(window, &MainWindow::appeared, this, &ApplicationWindows::mainWindowDidAppear);
+    return *window;
+}
+
+void QtApplicationWindows::add(MainWindow& window)
 {
     window.setAttribute(Qt::WA_DeleteOnClose);
+    mainWindows.removeAll(nullptr);
+    mainWindows.append(&window);
+}
+
+void QtApplicationWindows::fill(MainWindow& window)
+{
     window.menuBar()->setAccessibleName(QStringLiteral("Menus"));
     for (QMenu* menu : with.commands().menus())
         window.menuBar()->addMenu(menu);
     // Their keys work also where the desktop shows the menus in its own place.
     window.addActions(with.commands().actions());
-    mainWindows.removeAll(nullptr);
-    mainWindows.append(&window);
+    window.setContents(with.makeMainContents());
 }
 
 ApplicationWindow& QtApplicationWindows::handleOf(QWidget& window)

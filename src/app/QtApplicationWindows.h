@@ -11,6 +11,7 @@ class QWidget;
 namespace vellumry {
 
 class AppCommands;
+class ColumnsGround;
 class MainWindow;
 class PanelActivation;
 class SettingsWindow;
@@ -24,6 +25,8 @@ public:
     struct Dependencies {
         PanelActivation& activation;
         std::function<AppCommands&()> commands; ///< which outlive the windows
+        /// What stands in the main window until it has its contents.
+        std::function<ColumnsGround*()> makeGround;
         /// What the windows are filled with; each call makes new contents.
         std::function<QWidget*()> makeMainContents;
         std::function<QWidget*()> makeSettingsContents;
@@ -34,6 +37,11 @@ public:
 
     /// Has the window group make its window, and shows it.
     void openWindowOfGroup();
+    /// The same, but shows the ground of the columns first and makes the contents behind that: at
+    /// the start of the program the library is still to be read. Calls back when it has contents.
+    void openWindowOfGroupAtOnce(std::function<void()> whenFilled);
+    /// Gives a window that still shows the ground its contents now.
+    void fillWindow();
 
     /// Whether a window other than a panel or a passing message is on the screen.
     [[nodiscard]] bool hasVisibleWindows() const;
@@ -51,11 +59,14 @@ Q_SIGNALS:
     void settingsWindowDidDisappear();
 
 private:
-    void equip(MainWindow& window);
+    [[nodiscard]] MainWindow& makeWindowOfGroup();
+    void add(MainWindow& window);
+    void fill(MainWindow& window);
     [[nodiscard]] ApplicationWindow& handleOf(QWidget& window);
 
     Dependencies with;
-    QList<QPointer<QWidget>> mainWindows; ///< in the order of their making
+    QList<QPointer<QWidget>> mainWindows;  ///< in the order of their making
+    std::function<void()> fillFirstWindow; ///< while it shows the ground
     QPointer<SettingsWindow> settingsWindow;
 };
 

@@ -21,6 +21,7 @@
 #include "storage/CollectionFileStorageService.h"
 #include "storage/StorageLocationManager.h"
 #include "views/common/FileDialog.h"
+#include "views/window/ColumnsGround.h"
 
 #include <QApplication>
 #include <QScopeGuard>
@@ -40,6 +41,8 @@ using namespace std::chrono_literals;
 
 /// A session bus that is under load answers in time; the start waits no longer for a dead one.
 constexpr auto busPatience = 2s;
+/// In which a main window that has just got its contents shows them; the palette can wait for it.
+constexpr auto contentsTime = 50ms;
 
 /// The GTK theme plugin, which some desktops load by their name alone, doubles the start-up time
 /// and triples the memory for looks that this program draws itself. What the user has set wins.
@@ -184,6 +187,7 @@ VellumryApp::VellumryApp()
           {.container = container, .theme = [this]() -> Theme& { return contents.theme(); }}),
       windows({.activation = *panelActivation,
                .commands = [this]() -> AppCommands& { return commands(); },
+               .makeGround = [this] { return new ColumnsGround(contents.theme()); },
                .makeMainContents = [this] { return contents.make(); },
                .makeSettingsContents = [this] { return settingsContents.make(); }}),
       appDelegate(delegateDependencies()),
@@ -302,30 +306,41 @@ void VellumryApp::sessionEnds(const std::function<bool()>& mayAsk,
 
 void VellumryApp::launch(StartCommand command)
 {
+    // First of all: the desktop brings the window to the screen while the rest of the start goes
+    // on.
+    if (command == StartCommand::open)
+        windows.openWindowOfGroupAtOnce([this] { preparePalette(); });
     appDelegate.applicationDidFinishLaunching();
-    prepareWhenIdle(command);
+    if (command != StartCommand::open)
+        loadWhenIdle(command);
 }
 
 /// What can wait until the hot key is in force, each in a turn of its own, so that a press in
 /// between is answered first.
-void VellumryApp::prepareWhenIdle(StartCommand command)
+void VellumryApp::loadWhenIdle(StartCommand command)
 {
     Scheduler& scheduler = EventLoopScheduler::shared();
     scheduler.after(0ms, this, [this, command, &scheduler] {
         (void)container.storageService().loadSnippets();
-        scheduler.after(0ms, this, [this, command, &scheduler] {
-            if (command == StartCommand::open)
-                windows.openWindowOfGroup();
-            else
-                perform(command);
-            appDelegate.preparePalette();
-            scheduler.after(0ms, this, [this] {
-                // For fewer it takes no time that anyone could notice at the first search.
-                constexpr qsizetype noticeable = 5'000;
-                const QList<Snippet> snippets = container.storageService().loadSnippets();
-                if (snippets.size() >= noticeable)
-                    container.fuzzySearchService().prepare(snippets);
-            });
+        scheduler.after(0ms, this, [this, command] {
+            perform(command);
+            preparePalette();
+        });
+    });
+}
+
+/// So that its first press is as quick as the later ones.
+void VellumryApp::preparePalette()
+{
+    Scheduler& scheduler = EventLoopScheduler::shared();
+    scheduler.after(contentsTime, this, [this, &scheduler] {
+        appDelegate.preparePalette();
+        scheduler.after(0ms, this, [this] {
+            // For fewer it takes no time that anyone could notice at the first search.
+            constexpr qsizetype noticeable = 5'000;
+            const QList<Snippet> snippets = container.storageService().loadSnippets();
+            if (snippets.size() >= noticeable)
+                container.fuzzySearchService().prepare(snippets);
         });
     });
 }
@@ -333,6 +348,7 @@ void VellumryApp::prepareWhenIdle(StartCommand command)
 void VellumryApp::perform(StartCommand command, const QByteArray& activationToken)
 {
     panelActivation->offerToken(activationToken);
+    windows.fillWindow();
     switch (command) {
     case StartCommand::open:
         appDelegate.applicationShouldHandleReopen(windows.hasVisibleWindows());

@@ -47,7 +47,8 @@ private:
     [[nodiscard]] Termination& termination();
     [[nodiscard]] std::optional<qsizetype> askBeforeEnd(const QuitQuestion& question);
     void sessionEnds(const std::function<bool()>& mayAsk, const std::function<void()>& refuse);
-    void prepareWhenIdle(StartCommand command);
+    void loadWhenIdle(StartCommand command);
+    void preparePalette();
 
     DependencyContainer& container;
     const std::unique_ptr<PanelActivation> panelActivation;

@@ -11,8 +11,10 @@
 #include "support/LogCapture.h"
 #include "support/ManualScheduler.h"
 #include "support/MemoryPreferences.h"
+#include "views/common/Theme.h"
 #include "views/common/ToastWindow.h"
 #include "views/palette/KeyablePanel.h"
+#include "views/window/ColumnsGround.h"
 #include "views/window/MainWindow.h"
 #include "views/window/SettingsWindow.h"
 
@@ -77,10 +79,12 @@ protected:
     FakeAppearance appearance;
     SettingsService settings{{preferences, hotkeys, center, appearance, scheduler, nullptr}};
     QtActivation activation;
+    Theme theme{ColorScheme::light};
     int contentsMade = 0;
     std::unique_ptr<AppCommands> commands;
     QtApplicationWindows windows{{.activation = activation,
                                   .commands = [this]() -> AppCommands& { return *commands; },
+                                  .makeGround = [this] { return new ColumnsGround(theme); },
                                   .makeMainContents =
                                       [this] {
                                           ++contentsMade;
@@ -128,6 +132,55 @@ TEST_F(QtApplicationWindowsTest, theGroupsWindowIsAMainWindowAndAnnouncesItselfO
     window.makeKeyAndOrderFront();
     EXPECT_EQ(appearances.count(), 1);
     EXPECT_TRUE(windows.hasVisibleWindows());
+}
+
+TEST_F(QtApplicationWindowsTest, theFirstWindowShowsTheGroundBeforeItsContentsAreMade)
+{
+    const QSignalSpy appearances(&windows, &ApplicationWindows::mainWindowDidAppear);
+    int filled = 0;
+    windows.openWindowOfGroupAtOnce([&filled] { ++filled; });
+    ASSERT_EQ(mainWindows().size(), 1);
+    const MainWindow& window = widgetOf(*mainWindows().first());
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_TRUE(qobject_cast<ColumnsGround*>(window.centralWidget()));
+    EXPECT_EQ(contentsMade, 0);
+    EXPECT_EQ(appearances.count(), 0);
+    ASSERT_TRUE(eventually([&] { return filled > 0; }));
+    EXPECT_TRUE(qobject_cast<QLineEdit*>(window.centralWidget()));
+    EXPECT_EQ(appearances.count(), 1);
+    EXPECT_FALSE(window.menuBar()->actions().isEmpty());
+    windows.fillWindow();
+    EXPECT_EQ(contentsMade, 1) << "once";
+    EXPECT_EQ(filled, 1);
+}
+
+TEST_F(QtApplicationWindowsTest, aCommandInBetweenFillsTheFirstWindow)
+{
+    int filled = 0;
+    windows.openWindowOfGroupAtOnce([&filled] { ++filled; });
+    windows.fillWindow();
+    EXPECT_EQ(contentsMade, 1);
+    EXPECT_EQ(filled, 1);
+    EXPECT_TRUE(qobject_cast<QLineEdit*>(widgetOf(*mainWindows().first()).centralWidget()));
+}
+
+TEST_F(QtApplicationWindowsTest, aFirstWindowThatIsNotPaintedIsFilledNevertheless)
+{
+    int filled = 0;
+    windows.openWindowOfGroupAtOnce([&filled] { ++filled; });
+    widgetOf(*mainWindows().first()).hide();
+    ASSERT_TRUE(eventually([&] { return filled > 0; }));
+    EXPECT_EQ(contentsMade, 1);
+}
+
+TEST_F(QtApplicationWindowsTest, aFirstWindowThatIsGoneIsNotFilled)
+{
+    int filled = 0;
+    windows.openWindowOfGroupAtOnce([&filled] { ++filled; });
+    delete &widgetOf(*mainWindows().first());
+    windows.fillWindow();
+    EXPECT_EQ(contentsMade, 0);
+    EXPECT_EQ(filled, 1) << "what waits for it goes on";
 }
 
 TEST_F(QtApplicationWindowsTest, panelsAndToastsAreToldApart)

@@ -13,21 +13,32 @@ constexpr QSize smallestContents{928, 560};
 
 } // namespace
 
-MainWindow::MainWindow(QWidget* contents, QWidget* parent) : QMainWindow(parent)
+MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent)
 {
     setWindowTitle(QStringLiteral("Vellumry"));
+    resize(firstSize);
+}
+
+void MainWindow::setContents(QWidget* contents)
+{
     // Here and not for the whole application: the palette is in no task bar, and drawing the icon
     // takes a megabyte.
     setWindowIcon(QIcon(QStringLiteral(":/icons/vellumry.svg")));
     contents->setMinimumSize(smallestContents);
     setCentralWidget(contents);
-    resize(firstSize);
+    hasContents = true;
+    tellOfContents();
 }
 
 void MainWindow::showEvent(QShowEvent* event)
 {
     QMainWindow::showEvent(event);
-    if (!std::exchange(hasAppeared, true))
+    tellOfContents();
+}
+
+void MainWindow::tellOfContents()
+{
+    if (hasContents && isVisible() && !std::exchange(hasAppeared, true))
         Q_EMIT appeared();
 }
 

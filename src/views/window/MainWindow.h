@@ -10,8 +10,10 @@ class MainWindow : public QMainWindow {
     Q_OBJECT
 
 public:
+    explicit MainWindow(QWidget* parent = nullptr);
+
     /// Takes the contents over.
-    explicit MainWindow(QWidget* contents, QWidget* parent = nullptr);
+    void setContents(QWidget* contents);
 
 Q_SIGNALS:
     /// The contents are on the screen for the first time.
@@ -21,6 +23,9 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
+    void tellOfContents();
+
+    bool hasContents = false;
     bool hasAppeared = false;
 };
 
