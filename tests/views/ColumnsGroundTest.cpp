@@ -9,36 +9,39 @@ namespace {
 
 constexpr QSize size{1024, 680};
 
+/// Far below the text, where only the columns' own colours are.
+constexpr int row = size.height() - 3;
+
 class ColumnsGroundTest : public MainFixture {
 protected:
-    void expectTheColumnsColours(Qt::LayoutDirection direction)
+    QImage picture(Qt::LayoutDirection direction)
     {
-        loadFour();
-        content().setLayoutDirection(direction);
-        open(size);
-        for (const auto scheme : {ColorScheme::light, ColorScheme::dark}) {
-            theme.setScheme(scheme);
-            const QImage contents = content().grab().toImage();
-            ColumnsGround ground(theme);
-            ground.setLayoutDirection(direction);
-            ground.resize(size);
-            const QImage shown = ground.grab().toImage();
-            // So far down no text stands.
-            const int y = size.height() - 3;
-            for (int x = 0; x < size.width(); ++x)
-                ASSERT_EQ(shown.pixelColor(x, y), contents.pixelColor(x, y)) << x;
-        }
+        ColumnsGround ground(theme);
+        ground.setLayoutDirection(direction);
+        ground.resize(size);
+        return ground.grab().toImage();
     }
 };
 
 TEST_F(ColumnsGroundTest, hasTheColoursOfTheColumnsThatTakeItsPlace)
 {
-    expectTheColumnsColours(Qt::LeftToRight);
+    loadFour();
+    open(size);
+    for (const auto scheme : {ColorScheme::light, ColorScheme::dark}) {
+        theme.setScheme(scheme);
+        const QImage contents = content().grab().toImage();
+        const QImage ground = picture(Qt::LeftToRight);
+        for (int x = 0; x < size.width(); ++x)
+            ASSERT_EQ(ground.pixelColor(x, row), contents.pixelColor(x, row)) << x;
+    }
 }
 
-TEST_F(ColumnsGroundTest, isMirroredAsTheyAre)
+TEST_F(ColumnsGroundTest, isMirroredWhereTheDesktopIs)
 {
-    expectTheColumnsColours(Qt::RightToLeft);
+    const QImage ground = picture(Qt::RightToLeft);
+    EXPECT_EQ(ground.pixelColor(0, row), theme.colors().editor);
+    EXPECT_EQ(ground.pixelColor(600, row), theme.colors().list);
+    EXPECT_EQ(ground.pixelColor(800, row), theme.colors().sidebar);
 }
 
 TEST_F(ColumnsGroundTest, tellsOnceThatItIsPainted)
