@@ -104,9 +104,33 @@ bool DraftedLibrary::setSnippets(const QList<Snippet>& snippets)
 void DraftedLibrary::index()
 {
     positions.clear();
+    gaps.clear();
     positions.reserve(stored.size());
     for (qsizetype i = stored.size() - 1; i >= 0; --i)
         positions.insert(stored.at(i).id(), i);
+}
+
+qsizetype DraftedLibrary::indexOf(const QString& id) const
+{
+    const auto place = positions.constFind(id);
+    if (place == positions.cend())
+        return -1;
+    return *place - (std::lower_bound(gaps.begin(), gaps.end(), *place) - gaps.begin());
+}
+
+/// Closes all gaps once there are many.
+void DraftedLibrary::leaveGap(qsizetype place)
+{
+    constexpr size_t many = 256;
+    const auto upper = [this](qsizetype other) {
+        return std::lower_bound(gaps.begin(), gaps.end(), other);
+    };
+    gaps.insert(upper(place), place);
+    if (gaps.size() < many)
+        return;
+    for (qsizetype& other : positions)
+        other -= upper(other) - gaps.begin();
+    gaps.clear();
 }
 
 bool DraftedLibrary::replace(qsizetype position, const Snippet& snippet)
@@ -123,7 +147,7 @@ bool DraftedLibrary::replace(qsizetype position, const Snippet& snippet)
 void DraftedLibrary::append(const Snippet& snippet)
 {
     if (!positions.contains(snippet.id()))
-        positions.insert(snippet.id(), stored.size());
+        positions.insert(snippet.id(), stored.size() + std::ssize(gaps));
     stored.append(snippet);
     if (countOf)
         ++(*countOf)[effectiveAt(stored.size() - 1).collection()];
@@ -138,9 +162,7 @@ bool DraftedLibrary::remove(const QString& id)
     if (hasUniqueIds()) {
         uncount(effectiveAt(position).collection());
         stored.removeAt(position);
-        positions.remove(id);
-        for (qsizetype& other : positions)
-            other -= other > position ? 1 : 0;
+        leaveGap(positions.take(id));
     } else {
         stored.removeIf([&](const Snippet& snippet) { return snippet.id() == id; });
         index();

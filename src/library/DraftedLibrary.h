@@ -9,6 +9,7 @@
 #include <QStringList>
 
 #include <optional>
+#include <vector>
 
 namespace vellumry {
 
@@ -32,7 +33,7 @@ public:
     [[nodiscard]] QList<Snippet> drafted() const;
 
     /// Where the first stored snippet of this id stands; -1 if there is none.
-    [[nodiscard]] qsizetype indexOf(const QString& id) const { return positions.value(id, -1); }
+    [[nodiscard]] qsizetype indexOf(const QString& id) const;
     [[nodiscard]] bool hasUniqueIds() const { return positions.size() == stored.size(); }
     /// The draft of this id, or the first stored snippet; nothing if none is stored.
     [[nodiscard]] std::optional<Snippet> effective(const QString& id) const;
@@ -64,13 +65,17 @@ private:
     [[nodiscard]] const Counts& counts() const;
     [[nodiscard]] const Snippet& effectiveAt(qsizetype position) const;
     void index();
+    void leaveGap(qsizetype place);
     void recount(const Snippet& before, const Snippet& now);
     void uncount(const QString& collection);
     void note();
 
     QList<Snippet> stored;
     QMap<QString, Snippet> edits;
-    QHash<QString, qsizetype> positions; ///< the first of each id in `stored`
+    /// The first of each id in `stored`, counted as if what was removed since then still stood in
+    /// the gaps, so that a removal need not renumber all that come after it.
+    QHash<QString, qsizetype> positions;
+    std::vector<qsizetype> gaps; ///< ascending, and few
     quint64 changes = 0;
     mutable std::optional<Counts> countOf;          ///< by collection, of effective(); never 0
     mutable std::optional<QList<Snippet>> overlaid; ///< effective() while there are drafts
