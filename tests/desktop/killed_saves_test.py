@@ -1,5 +1,5 @@
-"""The program is killed while it saves, again and again. Each time the folder holds whole files, and
-the next start loads it."""
+"""The program is killed while it saves, again and again. Each time the folder holds whole files,
+and the next start loads it."""
 import json
 import os
 import random
@@ -10,7 +10,7 @@ from case import LETTER, NOTES, DesktopCase, main
 from library import METADATA, snippet
 from program import Program
 from remote_commands import RemoteCommands
-from waiting import wait_for
+from waiting import TIMEOUT, wait_for
 
 KILLS = 500
 # A library grows with each of its saves, so there are several.
@@ -20,6 +20,8 @@ SEED = 20261122
 SAVES = 20
 # From the first sign of a save to the kill, in seconds.
 LATEST = 0.06
+# A machine that is held up for a while saves late.
+PATIENCE = 3 * TIMEOUT
 # What must have happened in a run, or the kills did not meet the saves.
 HALF_DONE, COMPLETED = 50, 100
 
@@ -91,7 +93,7 @@ class KilledSaves(DesktopCase):
         self.restart(files)
         first = SAVED + self.counts(files, made=1)
         self.commands.send("new-snippet")
-        wait_for("the first save", lambda: first in self.program.lines)
+        wait_for("the first save", lambda: first in self.program.lines, PATIENCE)
         self.program.finish()
         files = self.read_folder()
         self.restart(files)
@@ -102,7 +104,7 @@ class KilledSaves(DesktopCase):
         has begun."""
         untouched = self.last_changes()
         self.commands.send("new-snippet", SAVES)
-        wait_for("the program saves", lambda: self.last_changes() != untouched)
+        wait_for("the program saves", lambda: self.last_changes() != untouched, PATIENCE)
         time.sleep(delay)  # the moment of the crash, not a waiting
         self.program.process.kill()
         self.program.finish()
@@ -116,7 +118,8 @@ class KilledSaves(DesktopCase):
     def restart(self, files):
         """Starts the program, and sees that it loads all of these files, which the folder holds."""
         self.program = self.start_program()
-        wait_for("the load", lambda: any(line.startswith(LOADED) for line in self.program.lines))
+        wait_for("the load", lambda: any(line.startswith(LOADED) for line in self.program.lines),
+                 PATIENCE)
         self.assertIn(LOADED + self.counts(files), self.program.lines)
         self.assertFalse([line for line in self.program.lines if line.startswith(SKIPPED)])
 

@@ -1,5 +1,5 @@
-"""Commands to the running program over the session bus, many at once and without waiting for answers.
-Speaks the wire protocol by itself: the tools for it take a process for each call."""
+"""Commands to the running program over the session bus, many at once and without waiting for
+answers. Speaks the wire protocol by itself: the tools for it take a process for each call."""
 import os
 import socket
 import struct
@@ -28,7 +28,8 @@ class RemoteCommands:
         self.socket = socket.socket(socket.AF_UNIX)
         self.socket.settimeout(20)
         self.socket.connect(address.removeprefix("unix:path="))
-        self.socket.sendall(b"\0AUTH EXTERNAL " + str(os.getuid()).encode().hex().encode() + b"\r\n")
+        user = str(os.getuid()).encode().hex()
+        self.socket.sendall(f"\0AUTH EXTERNAL {user}\r\n".encode())
         answer = self.socket.recv(1024)
         if not answer.startswith(b"OK "):
             raise AssertionError(f"the bus refuses: {answer!r}")
