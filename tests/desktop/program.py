@@ -2,7 +2,7 @@
 import os
 
 from processes import LoggedProcess
-from waiting import wait_for, wait_until_stable
+from waiting import TIMEOUT, wait_for, wait_until_stable
 
 READY = "HotkeyService: 已注册热键 ⌥T"
 SHOWING = "AppDelegate: showing palette"
@@ -18,6 +18,8 @@ SETTINGS_WINDOW = "Settings"
 WINDOW_CLASS = "vellumry"
 HOTKEY = "alt+t"
 
+# A machine that is held up for a while starts it late.
+START = 3 * TIMEOUT
 TOAST_SIZE = (300, 90)
 # A start by hand shows the main window, brings it up again once it is there, and adopts it.
 RAISED_AT_START = 3
@@ -42,7 +44,8 @@ class Program(LoggedProcess):
         super().__init__([*wrapper, os.environ["VELLUMRY_PROGRAM"], *arguments],
                          {**desktop.env, **home})
         self.desktop, self.home = desktop, home
-        wait_for("the program is ready", lambda: self.ready in self.lines or not self.running())
+        wait_for("the program is ready", lambda: self.ready in self.lines or not self.running(),
+                 timeout=START)
         if not self.running():
             raise AssertionError("the program ended at its start:\n" + "\n".join(self.lines))
 
