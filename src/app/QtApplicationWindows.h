@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/ApplicationWindows.h"
+#include "platform/linux/GlobalMenu.h"
 
 #include <QPointer>
 
@@ -52,9 +53,12 @@ Q_SIGNALS:
 
 private:
     void equip(MainWindow& window);
+    void giveMenuBar(MainWindow& window);
     [[nodiscard]] ApplicationWindow& handleOf(QWidget& window);
 
     Dependencies with;
+    GlobalMenu globalMenu;
+    bool isLookingForGlobalMenu = false;
     QList<QPointer<QWidget>> mainWindows; ///< in the order of their making
     QPointer<SettingsWindow> settingsWindow;
 };
