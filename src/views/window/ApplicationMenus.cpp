@@ -26,11 +26,25 @@ ApplicationMenus::ApplicationMenus(CollectionSidebarView& sidebar, const Theme& 
 void ApplicationMenus::setBar(QMenuBar& newBar)
 {
     bar = &newBar;
+    if (!bar->isNativeMenuBar())
+        dressMenus();
     if (menu)
         menu->deleteLater();
     menu = makeList();
     applyTheme();
     arrange();
+}
+
+void ApplicationMenus::dressMenus()
+{
+    const QList<QAction*> entries = bar->actions();
+    for (QAction* each : entries) {
+        auto* dressed = new PopupMenu(theme, bar);
+        dressed->setTitle(each->menu()->title());
+        dressed->addActions(each->menu()->actions());
+        bar->removeAction(each);
+        bar->addMenu(dressed);
+    }
 }
 
 void ApplicationMenus::applyTheme()

@@ -36,6 +36,8 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    /// Shows the menus of the bar as the program's other menus.
+    void dressMenus();
     [[nodiscard]] PopupMenu* makeList() const;
     [[nodiscard]] bool isButtonOnScreen() const;
     void arrange();
