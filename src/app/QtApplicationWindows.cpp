@@ -2,14 +2,17 @@
 
 #include "app/AppCommands.h"
 #include "platform/PanelActivation.h"
+#include "platform/linux/SessionBus.h"
 #include "views/common/SheetHost.h"
 #include "views/palette/KeyablePanel.h"
 #include "views/window/ColumnsGround.h"
+#include "views/window/MainContentView.h"
 #include "views/window/MainWindow.h"
 #include "views/window/SettingsWindow.h"
 
 #include <QAction>
 #include <QApplication>
+#include <QDBusConnection>
 #include <QEvent>
 #include <QMenu>
 #include <QMenuBar>
@@ -266,12 +269,37 @@ void QtApplicationWindows::add(MainWindow& window)
 
 void QtApplicationWindows::fill(MainWindow& window)
 {
-    window.menuBar()->setAccessibleName(QStringLiteral("Menus"));
-    for (QMenu* menu : with.commands().menus())
-        window.menuBar()->addMenu(menu);
+    lookForGlobalMenu();
+    window.setContents(with.makeMainContents());
+    giveMenuBar(window);
     // Their keys work also where the desktop shows the menus in its own place.
     window.addActions(with.commands().actions());
-    window.setContents(with.makeMainContents());
+}
+
+void QtApplicationWindows::lookForGlobalMenu()
+{
+    if (std::exchange(isLookingForGlobalMenu, true) || !hasSessionBus())
+        return;
+    connect(&globalMenu, &GlobalMenu::changed, this, [this] {
+        for (QWidget* each : std::as_const(mainWindows)) {
+            if (auto* main = qobject_cast<MainWindow*>(each))
+                giveMenuBar(*main);
+        }
+    });
+    globalMenu.startLooking(QDBusConnection::sessionBus());
+}
+
+void QtApplicationWindows::giveMenuBar(MainWindow& window)
+{
+    // A bar that might be the desktop's would wait for the bus to find out.
+    QCoreApplication::setAttribute(Qt::AA_DontUseNativeMenuBar, !globalMenu.isThere());
+    auto* bar = new QMenuBar;
+    bar->setAccessibleName(QStringLiteral("Menus"));
+    for (QMenu* menu : with.commands().menus())
+        bar->addMenu(menu);
+    window.setMenuBar(bar);
+    if (auto* contents = qobject_cast<MainContentView*>(window.centralWidget()))
+        contents->setMenuBar(*bar);
 }
 
 ApplicationWindow& QtApplicationWindows::handleOf(QWidget& window)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/ApplicationWindows.h"
+#include "platform/linux/GlobalMenu.h"
 
 #include <QPointer>
 
@@ -62,9 +63,13 @@ private:
     [[nodiscard]] MainWindow& makeWindowOfGroup();
     void add(MainWindow& window);
     void fill(MainWindow& window);
+    void lookForGlobalMenu();
+    void giveMenuBar(MainWindow& window);
     [[nodiscard]] ApplicationWindow& handleOf(QWidget& window);
 
     Dependencies with;
+    GlobalMenu globalMenu;
+    bool isLookingForGlobalMenu = false;
     QList<QPointer<QWidget>> mainWindows;  ///< in the order of their making
     std::function<void()> fillFirstWindow; ///< while it shows the ground
     QPointer<SettingsWindow> settingsWindow;

@@ -5,18 +5,20 @@ import subprocess
 
 from case import DesktopCase, main
 from library import snippet
+from processes import LoggedProcess
 from program import MAIN_WINDOW, SETTINGS_WINDOW, Program
 from waiting import wait_for
 
-WALKER = ["/usr/bin/python3",
-          os.path.join(os.path.dirname(os.path.realpath(__file__)), "accessible_tree.py")]
+HERE = os.path.dirname(os.path.realpath(__file__))
+WALKER = ["/usr/bin/python3", os.path.join(HERE, "accessible_tree.py")]
 PROGRAM = "vellumry"
 # What a person acts upon, the state that it owes them, and what does the same as a click.
 CONTROLS = {"push button": ("ENABLED", {"Press"}), "radio button": ("ENABLED", {"Toggle"}),
             "check box": ("ENABLED", {"Toggle"}), "text": ("EDITABLE", {"SetFocus"}),
-            "list item": ("SELECTABLE", {"Press", "Toggle"}), "menu item": ("ENABLED", {"ShowMenu"})}
+            "list item": ("SELECTABLE", {"Press", "Toggle"}),
+            "menu item": ("ENABLED", {"ShowMenu", "Press"})}
 # What has the focus on behalf of what is in it.
-CONTAINERS = {"list", "menu bar", "dialog"}
+CONTAINERS = {"list", "menu bar", "popup menu", "dialog"}
 
 
 class Node:
@@ -63,7 +65,21 @@ class Node:
         return (f"{self.parent.path()} / " if self.parent else "") + f"{self.role} {self.name!r}"
 
 
-class Accessibility(DesktopCase):
+class GlobalMenu(LoggedProcess):
+    """A desktop that shows the menus of windows in a place of its own."""
+    stdin = subprocess.PIPE  # it ends with us
+
+    def __init__(self, desktop):
+        super().__init__(["/usr/bin/python3", os.path.join(HERE, "global_menu.py")], desktop.env)
+        wait_for("the global menu", lambda: "ready" in self.lines or not self.running())
+
+    def finish(self):
+        if not self.process.stdin.closed:
+            self.process.stdin.close()
+        return super().finish()
+
+
+class AccessibilityCase(DesktopCase):
     options = {"accessible": True}
     maxDiff = None
     collections = {"Mail": [snippet("letter.md", "Dear {{name}},\nkind regards\n{{sender}}",
@@ -113,6 +129,9 @@ class Accessibility(DesktopCase):
         self.assertEqual(set(controls) - found, set(),
                          "\n" + "\n".join(sorted(map(str, found))))
 
+
+class Accessibility(AccessibilityCase):
+
     def test_main_window(self):
         """The three columns, with all that the editor can show at once."""
         self.desktop.activate(MAIN_WINDOW)
@@ -125,7 +144,7 @@ class Accessibility(DesktopCase):
         self.desktop.type_text("x")
         self.desktop.key("ctrl+f")
         tree = self.wait_on_screen("push button", "Next Match")
-        buttons = ["Vellumry", "New Collection", "Shortcuts", "Settings", "New Snippet",
+        buttons = ["Vellumry", "Menu", "New Collection", "Shortcuts", "Settings", "New Snippet",
                    "Revert", "Save", "Mail", "Copy", "More Actions", "Save as File",
                    "Full Screen Editing", "Previous Match", "Next Match", "Close Search", "Clear",
                    "Clear value for variable name", "Remove greeting"]
@@ -177,6 +196,82 @@ class Accessibility(DesktopCase):
         tree = self.wait_on_screen("push button", "Done")
         self.assert_speaks(tree, controls)
         self.assertIn("CHECKED", tree.find("radio button", "Dark").states)
+
+
+class Menus(AccessibilityCase):
+
+    def windows(self):
+        return set(self.desktop.windows_of(PROGRAM))
+
+    def open_by(self, opening):
+        """Waits for what that opens; returns the windows that there were before."""
+        before = self.windows()
+        opening()
+        wait_for("the menu", lambda: self.windows() - before)
+        return before
+
+    def leave_to(self, windows):
+        self.desktop.key("Escape")
+        wait_for("the menu is gone", lambda: self.windows() == windows)
+
+    def test_behind_the_button(self):
+        """The button, F10 and Alt open the list; after Escape the keys go where they went."""
+        tree = self.wait_on_screen("push button", "Menu")
+        self.assertIsNone(tree.find("menu bar", "Menus"))
+        self.leave_to(self.open_by(lambda: self.press("push button", "Menu")))
+        self.desktop.activate(MAIN_WINDOW)
+        self.press("list item", "Mail, 1 snippet")
+        self.desktop.key("Tab")
+        self.wait_on_screen("text", "Filter list", lambda node: "FOCUSED" in node.states)
+        for key in ("F10", "Alt_L"):
+            with self.told(key):
+                self.leave_to(self.open_by(lambda name=key: self.desktop.key(name)))
+        self.desktop.type_text("note")
+        self.wait_on_screen("text", "Filter list", lambda node: node.text == "note")
+
+    def test_without_the_sidebar(self):
+        """The bar shows while the button does not, and F10 opens it."""
+        self.desktop.activate(MAIN_WINDOW)
+        self.open_by(lambda: self.desktop.key("F10"))
+        self.desktop.key("Down", "Down", "Down", "Down", "Down", "Return")
+        tree = self.wait_on_screen("menu bar", "Menus")
+        self.assert_speaks(tree, [("menu item", name)
+                                  for name in ("Vellumry", "File", "View", "Snippets")])
+        self.assertIsNone(tree.find("push button", "Menu"))
+        self.open_by(lambda: self.desktop.key("F10"))
+        self.wait_on_screen("menu item", "Quit Vellumry")
+        self.desktop.key("Escape", "Escape")
+        self.wait_gone("menu item", "Quit Vellumry")
+        self.desktop.key("ctrl+super+s")
+        self.wait_on_screen("push button", "Menu")
+        self.wait_gone("menu bar", "Menus")
+
+    def test_in_a_place_of_the_desktops_own(self):
+        """Where the desktop shows the menus there is no button, also if it begins to later."""
+        self.wait_on_screen("push button", "Menu")
+        desktop = self.start(GlobalMenu, self.desktop)
+        self.wait_gone("push button", "Menu")
+        wait_for("the menus", lambda: "menus Vellumry File View Snippets" in desktop.lines)
+        self.assertIsNone(self.wait_on_screen("push button", "Settings").find("menu bar", "Menus"))
+        self.program.finish()
+        self.program = self.start_program()
+        wait_for("the menus", lambda: desktop.count("menus Vellumry File View Snippets") == 2)
+        self.wait_gone("push button", "Menu")
+        desktop.finish()
+        self.wait_on_screen("push button", "Menu")
+
+
+class Welcome(AccessibilityCase):
+    collections = {}
+
+    def test_menus(self):
+        """There is no button where there is no sidebar: the bar shows."""
+        tree = self.wait_on_screen("push button", "Create First Snippet")
+        self.assert_speaks(tree, [("menu item", name)
+                                  for name in ("Vellumry", "File", "View", "Snippets")])
+        self.press("push button", "Create First Snippet")
+        self.wait_on_screen("push button", "Menu")
+        self.wait_gone("menu bar", "Menus")
 
 
 if __name__ == "__main__":

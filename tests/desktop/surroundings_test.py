@@ -10,11 +10,12 @@ from case import LETTER_TEXT, DesktopCase, main
 from desktop import Desktop
 from library import Library
 from processes import LoggedProcess
-from program import Program
+from program import MAIN_WINDOW, Program
 from waiting import wait_for
 
 # From the signal to the end. A call that waits for a bus takes 25 s.
 ENDS_IN = 5.0
+OPENS_IN = 10.0
 REFUSED = "HotkeyService: ⌥T has no effect: another program holds it, or the window system gives " \
           "out no hot keys"
 SILENT = "SessionBus: the session bus takes connections but does not answer, so Vellumry does " \
@@ -205,6 +206,20 @@ class Bus(SurroundingsCase):
         try:
             self.assert_works()
             self.assert_ends_soon()
+        finally:
+            self.bus().send_signal(signal.SIGCONT)
+
+    def test_bus_that_stops_answering_before_the_first_window(self):
+        """The window does not wait for it, neither for its menus nor for anything else."""
+        self.program.wait_settled()
+        self.bus().send_signal(signal.SIGSTOP)
+        try:
+            self.program.open_palette()
+            self.program.wait_searched()
+            began = time.monotonic()
+            self.desktop.key("Return")
+            self.desktop.wait_focus(MAIN_WINDOW)
+            self.assertLess(time.monotonic() - began, OPENS_IN)
         finally:
             self.bus().send_signal(signal.SIGCONT)
 

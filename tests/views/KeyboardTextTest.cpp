@@ -19,6 +19,15 @@ TEST(KeyboardTextTest, namesTheModifiersAsThisSystemsKeysDo)
     EXPECT_EQ(text(ModifierFlags::control), QStringLiteral("Super+T"));
 }
 
+TEST(KeyboardTextTest, namesTheKeysOfAShortcutInTheSameOrder)
+{
+    EXPECT_EQ(shortcutText(QKeySequence(Qt::META | Qt::CTRL | Qt::Key_S)),
+              QStringLiteral("Ctrl+Super+S"));
+    EXPECT_EQ(shortcutText(QKeySequence(Qt::SHIFT | Qt::ALT | Qt::CTRL | Qt::Key_Comma)),
+              QStringLiteral("Ctrl+Alt+Shift+,"));
+    EXPECT_EQ(shortcutText(QKeySequence()), QString());
+}
+
 TEST(KeyboardTextTest, theModifiersHaveAFixedOrder)
 {
     EXPECT_EQ(

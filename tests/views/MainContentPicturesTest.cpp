@@ -7,7 +7,7 @@
 
 #include <QDir>
 #include <QImage>
-#include <QMenu>
+#include <QMenuBar>
 #include <QSet>
 
 namespace vellumry::test {
@@ -85,8 +85,8 @@ TEST_F(MainContentPictures, MainWindow)
 {
     loadOffice();
     open();
-    QMenu menu;
-    content().setApplicationMenu(&menu);
+    QMenuBar bar;
+    content().setMenuBar(bar);
     clickCard(u"Refund confirmation"_s);
     picture(u"main-window"_s);
 }

@@ -1,6 +1,7 @@
 #include "views/common/KeyboardText.h"
 
 #include <array>
+#include <utility>
 
 namespace vellumry {
 
@@ -47,6 +48,22 @@ QStringList keyboardKeys(const HotkeyConfig& config)
 QString keyboardText(const HotkeyConfig& config)
 {
     return keyboardKeys(config).join(u'+');
+}
+
+QString shortcutText(const QKeySequence& shortcut)
+{
+    if (shortcut.isEmpty())
+        return {};
+    const QKeyCombination keys = shortcut[0];
+    QStringList names;
+    for (const auto& [modifier, name] :
+         {std::pair(Qt::ControlModifier, u"Ctrl"), std::pair(Qt::AltModifier, u"Alt"),
+          std::pair(Qt::ShiftModifier, u"Shift"), std::pair(Qt::MetaModifier, u"Super")}) {
+        if (keys.keyboardModifiers().testFlag(modifier))
+            names.append(QString::fromUtf16(name));
+    }
+    names.append(QKeySequence(keys.key()).toString(QKeySequence::NativeText));
+    return names.join(u'+');
 }
 
 QStringList keyboardCaps(const QStringList& symbols)

@@ -2,6 +2,7 @@
 
 #include "models/HotkeyConfig.h"
 
+#include <QKeySequence>
 #include <QString>
 #include <QStringList>
 
@@ -13,6 +14,9 @@ namespace vellumry {
 
 /// A hot key as it is printed on this system's keyboards, such as "Ctrl+Alt+T".
 [[nodiscard]] QString keyboardText(const HotkeyConfig& config);
+
+/// A shortcut of one combination in the same way.
+[[nodiscard]] QString shortcutText(const QKeySequence& shortcut);
 
 /// What stands on the caps of this system's keyboards for the symbols of a HotkeyConfig, in the
 /// order of keyboardText: "Ctrl", "Alt", "Shift" and "Super" for the modifiers, the rest unchanged.

@@ -1,6 +1,7 @@
 #include "views/common/PopupMenu.h"
 
 #include "views/common/Icon.h"
+#include "views/common/KeyboardText.h"
 #include "views/common/RoundedMask.h"
 #include "views/common/Strokes.h"
 #include "views/common/TextPainting.h"
@@ -9,6 +10,7 @@
 #include <QProxyStyle>
 #include <QStyleOptionMenuItem>
 
+#include <algorithm>
 #include <utility>
 
 namespace vellumry {
@@ -28,6 +30,7 @@ constexpr int leftPadding = 9;
 constexpr int rightPadding = 10;
 constexpr int chevronSize = 14;
 constexpr int leastTextWidth = 108;
+constexpr int keysGap = 24;
 
 constexpr auto symbolKey = "symbol";
 constexpr auto swatchKey = "swatch";
@@ -62,9 +65,14 @@ public:
             return QProxyStyle::sizeFromContents(type, option, size, widget);
         if (item->menuItemType == QStyleOptionMenuItem::Separator)
             return {1, separatorHeight};
-        const qreal text = QFontMetricsF(theme.font(TextStyle::body)).horizontalAdvance(item->text);
-        int wide = leftPadding + marksRoom(*qobject_cast<const PopupMenu*>(widget)) + iconSize +
-                   gap + std::max(leastTextWidth, qCeil(text)) + rightPadding;
+        const auto& menu = *qobject_cast<const PopupMenu*>(widget);
+        // The menu adds the room for the widest keys itself, in the larger font of the texts.
+        const QString text = item->text.section(u'\t', 0, 0);
+        const qreal advance = QFontMetricsF(theme.font(TextStyle::body)).horizontalAdvance(text);
+        int wide = leftPadding + marksRoom(menu) + symbolsRoom(menu) +
+                   std::max(leastTextWidth, qCeil(advance)) + rightPadding;
+        if (item->text.contains(u'\t'))
+            wide += keysGap;
         if (item->menuItemType == QStyleOptionMenuItem::SubMenu)
             wide += chevronSize + gap;
         return {wide, theme.rowHeight(rowHeight, TextStyle::body)};
@@ -100,6 +108,15 @@ public:
 private:
     static int marksRoom(const PopupMenu& menu) { return menu.hasChoices() ? iconSize + gap : 0; }
 
+    static int symbolsRoom(const PopupMenu& menu)
+    {
+        const QList<QAction*> items = menu.actions();
+        const bool has = std::any_of(items.begin(), items.end(), [](const QAction* item) {
+            return item->property(symbolKey).isValid() || item->property(swatchKey).isValid();
+        });
+        return has ? iconSize + gap : 0;
+    }
+
     void drawItem(const QStyleOptionMenuItem& item, QPainter& painter, const PopupMenu& menu) const
     {
         const ColorTokens& token = theme.colors();
@@ -131,9 +148,14 @@ private:
             drawLeading(*action, painter, slot, symbol);
         // Among choices, what has no swatch begins where theirs do.
         const bool isBare = menu.hasChoices() && action && !action->property(swatchKey).isValid();
-        const qreal x = slot.x() + (isBare ? 2 : iconSize + gap);
+        const qreal x = slot.x() + (isBare ? 2 : symbolsRoom(menu));
+        const bool hasKeys = action && !action->shortcut().isEmpty();
         paintLine(painter, QRectF(x, row.y(), row.right() - rightPadding + 2 - x, row.height()),
-                  item.text, theme.font(TextStyle::body), text);
+                  hasKeys ? action->text() : item.text, theme.font(TextStyle::body), text);
+        if (hasKeys)
+            paintLine(painter, row.adjusted(0, 0, -rightPadding, 0),
+                      shortcutText(action->shortcut()), theme.font(TextStyle::label),
+                      isCurrent ? token.onAccent : token.textTertiary, Qt::AlignRight);
         if (item.menuItemType == QStyleOptionMenuItem::SubMenu)
             Icon(QStringLiteral("chevron.right"))
                 .paint(painter,

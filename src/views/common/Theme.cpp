@@ -23,7 +23,7 @@ struct TypeSize {
     int line;
     QFont::Weight weight;
     bool isMono = false;
-    qreal spacing = 100; ///< between letters, in percent
+    qreal tracking = 0; ///< between letters, as a part of the size
 };
 
 constexpr TypeSize typeSize(TextStyle style)
@@ -54,7 +54,7 @@ constexpr TypeSize typeSize(TextStyle style)
     case TextStyle::captionMedium:
         return {11, 14, QFont::Medium};
     case TextStyle::section:
-        return {.size = 11, .line = 14, .weight = QFont::DemiBold, .spacing = 104};
+        return {.size = 11, .line = 14, .weight = QFont::DemiBold, .tracking = 0.04};
     case TextStyle::content:
         return {.size = 14, .line = 22, .weight = QFont::Normal, .isMono = true};
     case TextStyle::contentSmall:
@@ -122,8 +122,8 @@ QFont Theme::font(TextStyle style) const
     const TypeSize type = typeSize(style);
     const int pixels = qRound(type.size * currentScale);
     QFont font = type.isMono ? monoFont(pixels, type.weight) : uiFont(pixels, type.weight);
-    if (type.spacing != 100)
-        font.setLetterSpacing(QFont::PercentageSpacing, type.spacing);
+    if (type.tracking > 0)
+        font.setLetterSpacing(QFont::AbsoluteSpacing, type.tracking * pixels);
     return font;
 }
 

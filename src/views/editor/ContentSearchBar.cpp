@@ -3,6 +3,7 @@
 #include "views/common/Button.h"
 #include "views/common/Label.h"
 #include "views/common/Motion.h"
+#include "views/common/OutsetItem.h"
 #include "views/common/Strokes.h"
 #include "views/common/SymbolView.h"
 #include "views/editor/MacTextEditor.h"
@@ -10,6 +11,9 @@
 
 #include <QHBoxLayout>
 #include <QPainter>
+#include <QPainterPath>
+
+#include <algorithm>
 
 namespace vellumry {
 
@@ -21,6 +25,8 @@ constexpr int barHeight = 40;
 constexpr int gap = 8;
 constexpr int rightMargin = 6;
 constexpr int symbolSize = 14;
+constexpr int closeSymbolSize = 15;
+constexpr int ring = Button::ringRoom;
 constexpr qreal focusWidth = 2;
 constexpr auto slideTime = 150ms;
 constexpr auto focusDelay = 100ms;
@@ -75,8 +81,11 @@ void ContentSearchBar::layOut()
     row->addWidget(statusLabel);
     auto* buttons = new QHBoxLayout;
     buttons->setSpacing(0);
+    previous->setSymbol(previous->symbol(), symbolSize);
+    next->setSymbol(next->symbol(), symbolSize);
+    close->setSymbol(close->symbol(), closeSymbolSize);
     for (Button* button : {previous, next, close})
-        buttons->addWidget(button);
+        buttons->addItem(new OutsetItem(button, {ring, ring, ring, ring}));
     row->addLayout(buttons);
 }
 
@@ -176,9 +185,11 @@ void ContentSearchBar::paintEvent(QPaintEvent*)
     constexpr qreal half = focusWidth / 2;
     QPainter painter(this);
     const ColorTokens& token = theme.colors();
-    // The lower corners are not round.
+    // The lower corners are not round. At rest the line about the box is to be seen.
     painter.setClipRect(rect());
-    fillRounded(painter, QRectF(rect()).adjusted(0, 0, 0, look.radius), look.radius, token.group);
+    const int edge = input->hasFocus() ? 0 : look.reach;
+    fillRounded(painter, QRectF(rect()).adjusted(edge, edge, -edge, look.radius),
+                look.radius - edge, token.group);
     painter.fillRect(QRectF(0, height() - lineWidth(painter), width(), lineWidth(painter)),
                      token.stroke);
     if (!input->hasFocus())
@@ -186,7 +197,16 @@ void ContentSearchBar::paintEvent(QPaintEvent*)
     painter.setPen(QPen(token.focusRing, focusWidth));
     painter.setBrush(Qt::NoBrush);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.drawRoundedRect(QRectF(rect()).adjusted(half, half, -half, -half), half, half);
+    const QRectF line = QRectF(rect()).adjusted(half, half, -half, -half);
+    const qreal corner = std::max(look.radius - half, half);
+    QPainterPath path(line.bottomLeft());
+    path.lineTo(line.left(), line.top() + corner);
+    path.quadTo(line.topLeft(), {line.left() + corner, line.top()});
+    path.lineTo(line.right() - corner, line.top());
+    path.quadTo(line.topRight(), {line.right(), line.top() + corner});
+    path.lineTo(line.bottomRight());
+    path.closeSubpath();
+    painter.drawPath(path);
 }
 
 } // namespace vellumry

@@ -22,6 +22,7 @@ public:
     struct Look {
         int sideMargin; ///< where the symbol begins
         int radius;     ///< of the upper corners
+        int reach = 0;  ///< how far it lies over the focus line of a box that it stands in
     };
 
     /// All outlive the bar.

@@ -3,6 +3,7 @@
 #include "core/Text.h"
 #include "library/SnippetEditorViewModel.h"
 #include "views/common/Button.h"
+#include "views/common/OutsetItem.h"
 #include "views/editor/BareTextField.h"
 #include "views/editor/ContentSearchBar.h"
 #include "views/editor/EditorTextBox.h"
@@ -24,7 +25,7 @@ constexpr int leastHeight = 320;
 constexpr int textMargin = 12;
 constexpr int outset = BareTextField::outset;
 constexpr int border = 2; // as wide as the focus line
-constexpr int headerButtonSide = 24;
+constexpr int searchReach = 1;
 constexpr int headerSymbol = 14;
 
 Button* headerButton(const Theme& theme, const QString& symbol, const QString& name,
@@ -32,7 +33,6 @@ Button* headerButton(const Theme& theme, const QString& symbol, const QString& n
 {
     auto* button = Button::withSymbol(theme, symbol, name, parent);
     button->setSymbol(symbol, headerSymbol);
-    button->setSide(headerButtonSide);
     return button;
 }
 
@@ -51,7 +51,10 @@ EditorContentSection::EditorContentSection(const Theme& look, Scheduler& schedul
       box(new EditorTextBox(theme, {}, this)),
       editor(new MacTextEditor(theme, scheduler, textMargin - border, box)),
       searchBar(new ContentSearchBar(theme, scheduler, *editor,
-                                     {textMargin - border, EditorTextBox::radius - border}, box))
+                                     {.sideMargin = textMargin - border + searchReach,
+                                      .radius = EditorTextBox::radius - border + searchReach,
+                                      .reach = searchReach},
+                                     box))
 {
     fullScreen->setToolTip(QStringLiteral("Full Screen Editing (Ctrl+Shift+F)"));
     editor->setCallbacks({.onFocusChange = [this](bool hasFocus) { box->setFocused(hasFocus); },
@@ -82,13 +85,13 @@ void EditorContentSection::layOut()
     auto* inBox = new QVBoxLayout(box);
     inBox->setContentsMargins(border, border, border, border);
     inBox->setSpacing(0);
-    inBox->addWidget(searchBar);
+    inBox->addItem(new OutsetItem(searchBar, {searchReach, searchReach, searchReach, 0}));
     inBox->addWidget(editor);
 
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(outset, 0, outset, 0);
     column->setSpacing(0);
-    column->addWidget(header);
+    column->addItem(header->makeLayoutItem());
     column->addWidget(box);
     setTabOrder(saveAsFile, fullScreen);
     setTabOrder(fullScreen, editor);

@@ -18,7 +18,7 @@ namespace vellumry {
 namespace {
 
 constexpr int outset = BareTextField::outset;
-constexpr int padding = 8;
+constexpr int padding = 9; // with the border
 constexpr int tagGap = 6;
 constexpr int helpGap = 6;
 
@@ -39,7 +39,7 @@ EditorKeywordsSection::EditorKeywordsSection(const Theme& look, SnippetEditorVie
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(outset, 0, outset, 0);
     column->setSpacing(0);
-    column->addWidget(header);
+    column->addItem(header->makeLayoutItem());
     column->addWidget(box);
     column->addSpacing(helpGap);
     column->addWidget(new Label(theme, TextStyle::caption, &ColorTokens::textTertiary,

@@ -5,6 +5,7 @@
 #include "views/common/Button.h"
 #include "views/common/Label.h"
 #include "views/common/Motion.h"
+#include "views/common/OutsetItem.h"
 #include "views/common/PopupMenu.h"
 #include "views/editor/EditorCollectionPicker.h"
 #include "views/editor/SubtitleTextField.h"
@@ -22,6 +23,7 @@ constexpr int ring = Button::ringRoom;
 constexpr int outset = BareTextField::outset;
 constexpr int buttonHeight = 28;
 constexpr int symbolSize = 14;
+constexpr int moreSymbolSize = 18;
 constexpr int titleGap = 8;
 constexpr int buttonGap = 6;
 constexpr int countGap = 12;
@@ -60,6 +62,7 @@ EditorTitleSection::EditorTitleSection(const Theme& look, SnippetEditorViewModel
     title->updateText(viewModel.title());
     subtitle->updateText(viewModel.subtitle());
     copy->setSymbol(QStringLiteral("doc.on.doc"), symbolSize);
+    more->setSymbol(QStringLiteral("ellipsis"), moreSymbolSize);
     if (viewModel.showCopySuccess())
         showCopied();
     showRemaining();
@@ -76,7 +79,7 @@ void EditorTitleSection::layOut()
     row->setSpacing(0);
     row->addWidget(collection, 1);
     row->addSpacing(buttonGap);
-    row->addWidget(copy);
+    row->addItem(new OutsetItem(copy, {0, 0, 2 * ring - buttonGap, 0}));
     row->addWidget(more);
     column->addLayout(row);
     column->addSpacing(titleGap - ring);

@@ -18,7 +18,6 @@ namespace vellumry {
 namespace {
 
 constexpr int outset = BareTextField::outset;
-constexpr int headerButtonHeight = 24;
 constexpr int border = 1;
 
 } // namespace
@@ -33,14 +32,13 @@ EditorVariablesSection::EditorVariablesSection(const Theme& look, SnippetEditorV
       box(new EditorTextBox(theme, {&ColorTokens::group, &ColorTokens::stroke}, this)),
       column(new QVBoxLayout(box))
 {
-    clear->setFaceHeight(headerButtonHeight);
     header->addButton(clear);
     column->setContentsMargins(border, border, border, border);
     column->setSpacing(0);
     auto* all = new QVBoxLayout(this);
     all->setContentsMargins(outset, 0, outset, 0);
     all->setSpacing(0);
-    all->addWidget(header);
+    all->addItem(header->makeLayoutItem());
     all->addWidget(box);
 
     connect(clear, &Button::clicked, this, [this] { viewModel.clearVariableValues(); });

@@ -10,6 +10,7 @@ namespace vellumry {
 namespace {
 
 constexpr int fieldHeight = 24;
+constexpr int inset = 4;
 
 } // namespace
 
@@ -20,6 +21,7 @@ KeywordInputFieldCompat::KeywordInputFieldCompat(const Theme& scheme,
       onSubmit(std::move(submitted))
 {
     setAccessibleName(QStringLiteral("Related terms"));
+    setTextMargins(textMargins() + QMargins(inset, 0, inset, 0));
     setKeys({.onSubmit = [this] { submit(); }, .onEscape = std::move(onEscape)});
     connect(this, &BareTextField::edited, this, &KeywordInputFieldCompat::takeEdit);
 }

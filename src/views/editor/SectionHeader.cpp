@@ -1,7 +1,9 @@
 #include "views/editor/SectionHeader.h"
 
 #include "views/common/AccessibleRole.h"
+#include "views/common/Button.h"
 #include "views/common/Icon.h"
+#include "views/common/OutsetItem.h"
 #include "views/common/TextPainting.h"
 #include "views/editor/CountPill.h"
 
@@ -12,8 +14,8 @@ namespace vellumry {
 
 namespace {
 
-// As high as its buttons with the room for their focus lines.
-constexpr int headerHeight = 32;
+constexpr int headerHeight = 28;
+constexpr int ring = Button::ringRoom;
 constexpr int symbolSize = 14;
 constexpr int gap = 7;
 
@@ -47,9 +49,15 @@ void SectionHeader::addButton(QWidget* button)
     row->addWidget(button);
 }
 
+QLayoutItem* SectionHeader::makeLayoutItem()
+{
+    raise();
+    return new OutsetItem(this, {0, ring, ring, ring});
+}
+
 QSize SectionHeader::sizeHint() const
 {
-    return {0, theme.rowHeight(headerHeight, TextStyle::labelStrong)};
+    return {0, theme.rowHeight(headerHeight, TextStyle::labelStrong) + 2 * ring};
 }
 
 void SectionHeader::paintEvent(QPaintEvent*)

@@ -5,6 +5,7 @@
 #include <QWidget>
 
 class QHBoxLayout;
+class QLayoutItem;
 
 namespace vellumry {
 
@@ -21,6 +22,10 @@ public:
     void setCount(const QString& text);
     [[nodiscard]] const QString& count() const { return counted; }
     void addButton(QWidget* button);
+
+    /// For the layout of the section: the header's place there is as high as its buttons, whose
+    /// focus lines reach beyond it. Raises the header.
+    [[nodiscard]] QLayoutItem* makeLayoutItem();
 
     [[nodiscard]] QSize sizeHint() const override;
 

@@ -15,6 +15,7 @@ namespace {
 
 constexpr int headerHeight = 52;
 constexpr int leftMargin = 16;
+constexpr int addSymbol = 18;
 constexpr int rightMargin = 10;
 constexpr int gap = 8;
 constexpr int symbolSize = 16;
@@ -32,6 +33,7 @@ ListHeader::ListHeader(const Theme& look, QWidget* parent)
     setAccessibleRole(*this, QAccessible::Heading);
     add->setToolTip(QStringLiteral("New Snippet (Ctrl+N)"));
     add->setAccented(true);
+    add->setSymbol(QStringLiteral("plus"), addSymbol);
     setFixedHeight(headerHeight);
     connect(&theme, &Theme::changed, this, qOverload<>(&QWidget::update));
 }

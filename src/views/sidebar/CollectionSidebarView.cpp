@@ -195,6 +195,11 @@ void CollectionSidebarView::setApplicationMenu(QMenu* menu)
     header->setApplicationMenu(menu);
 }
 
+void CollectionSidebarView::openApplicationMenu()
+{
+    header->openApplicationMenu();
+}
+
 Button* CollectionSidebarView::brandButton() const
 {
     return header->brandButton();
@@ -449,8 +454,6 @@ void CollectionSidebarView::giveKeysAnd(void (NotificationCenter::*notification)
 
 bool CollectionSidebarView::handleKey(const QKeyEvent& event)
 {
-    if (event.key() == Qt::Key_F10 && !hasModifier(event) && header->openApplicationMenu())
-        return true;
     if (!allowsKeys && (!hovered || listPrefersKeys))
         return false;
     if (hasModifier(event))

@@ -64,8 +64,9 @@ public:
     explicit CollectionSidebarView(const Dependencies& dependencies, QWidget* parent = nullptr);
     ~CollectionSidebarView() override;
 
-    /// The menu that the header's button and F10 open; without one there is no button. Not owned.
+    /// The menu that the header's button opens; without one there is no button. Not owned.
     void setApplicationMenu(QMenu* menu);
+    void openApplicationMenu();
 
     // State
 

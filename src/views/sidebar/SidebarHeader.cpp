@@ -22,6 +22,7 @@ constexpr int leftMargin = 16;
 constexpr int rightMargin = 10;
 constexpr int logoSize = 24;
 constexpr int logoGap = 9;
+constexpr int menuGap = 3;
 constexpr int ring = Button::ringRoom;
 
 // To be replaced by the address of the site, once there is one.
@@ -85,12 +86,10 @@ void SidebarHeader::setApplicationMenu(QMenu* newMenu)
     menu->setVisible(newMenu != nullptr);
 }
 
-bool SidebarHeader::openApplicationMenu()
+void SidebarHeader::openApplicationMenu()
 {
-    if (!applicationMenu)
-        return false;
-    applicationMenu->popup(menu->mapToGlobal(QPoint(ring, menu->height() - ring)));
-    return true;
+    if (applicationMenu)
+        applicationMenu->popup(menu->mapToGlobal(QPoint(ring, menu->height() - ring + menuGap)));
 }
 
 } // namespace vellumry

@@ -26,8 +26,7 @@ public:
 
     /// The menu that the button opens; without one there is no button. Not owned.
     void setApplicationMenu(QMenu* menu);
-    /// Answers whether there is one to open.
-    bool openApplicationMenu();
+    void openApplicationMenu();
 
     [[nodiscard]] Button* brandButton() const { return brand; }
     [[nodiscard]] Button* menuButton() const { return menu; }

@@ -5,6 +5,7 @@
 #include "views/common/KeyCaps.h"
 #include "views/common/Label.h"
 #include "views/common/Motion.h"
+#include "views/common/TextPainting.h"
 
 #include <QBoxLayout>
 #include <QPainter>
@@ -21,10 +22,44 @@ constexpr int sheetInsetX = 22;
 constexpr int sheetInsetY = 14;
 constexpr int sheetRadius = 14;
 constexpr int symbolSize = 76;
+constexpr int moreLead = 2;
 constexpr qreal firstScale = 0.8;
 constexpr std::chrono::milliseconds appearTime{500};
 
 } // namespace
+
+/// A text of several lines that stand further apart than those of other texts.
+class EmptyStateView::Lines final : public Label {
+public:
+    Lines(const Theme& look, const QString& text, QWidget* parent)
+        : Label(look, TextStyle::body, &ColorTokens::textSecondary, text, parent), theme(look)
+    {
+    }
+
+    [[nodiscard]] QSize sizeHint() const override
+    {
+        return {Label::sizeHint().width(), lineHeight() * int(lines().size())};
+    }
+    [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        QPainter painter(this);
+        int y = 0;
+        for (const QString& line : lines()) {
+            paintLine(painter, QRectF(0, y, width(), lineHeight()), line, font(),
+                      theme.colors().textSecondary, Qt::AlignHCenter);
+            y += lineHeight();
+        }
+    }
+
+private:
+    [[nodiscard]] QStringList lines() const { return text().split(u'\n'); }
+    [[nodiscard]] int lineHeight() const { return theme.lineHeight(TextStyle::body) + moreLead; }
+
+    const Theme& theme;
+};
 
 /// Two translucent sheets, laid one over the other, behind the symbol.
 class EmptyStateView::Art final : public QWidget {
@@ -90,12 +125,10 @@ EmptyStateView::EmptyStateView(const Theme& look, std::function<void()> onCreate
     addCentered(new Label(theme, TextStyle::hero, &ColorTokens::textPrimary,
                           QStringLiteral("Welcome to Vellumry"), this));
     column->addSpacing(8);
-    auto* text = new Label(theme, TextStyle::body, &ColorTokens::textSecondary,
-                           QStringLiteral("Create your first snippet to get started.\n"
-                                          "Use snippets to quickly paste frequently used text."),
-                           this);
-    text->setAlignment(Qt::AlignCenter);
-    addCentered(text);
+    addCentered(new Lines(theme,
+                          QStringLiteral("Create your first snippet to get started.\n"
+                                         "Use snippets to quickly paste frequently used text."),
+                          this));
     column->addSpacing(24 - Button::ringRoom);
     addCentered(create);
     column->addSpacing(20 - Button::ringRoom);

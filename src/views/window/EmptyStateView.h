@@ -30,6 +30,7 @@ protected:
 
 private:
     class Art;
+    class Lines;
 
     const Theme& theme;
     QVariantAnimation* scaling;

@@ -8,12 +8,12 @@
 #include "views/common/SheetHost.h"
 #include "views/list/SnippetListPanelView.h"
 #include "views/sidebar/CollectionSidebarView.h"
+#include "views/window/ApplicationMenus.h"
 #include "views/window/EditorPlaceholder.h"
 #include "views/window/EmptyStateView.h"
 
 #include <QApplication>
 #include <QLineEdit>
-#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QSplitter>
 #include <QStackedLayout>
@@ -38,18 +38,6 @@ QWidget* textInputOf(QWidget* widget)
     return nullptr;
 }
 
-/// The window's menus are no children of its contents.
-void applyThemeTo(QMenuBar& bar, const Theme& theme)
-{
-    QList<QWidget*> parts{&bar};
-    for (const QAction* action : bar.actions())
-        parts.append(action->menu());
-    for (QWidget* part : parts) {
-        part->setPalette(theme.palette());
-        part->setFont(theme.font(TextStyle::body));
-    }
-}
-
 } // namespace
 
 MainContentView::MainContentView(const Dependencies& dependencies, QWidget* parent)
@@ -69,7 +57,8 @@ MainContentView::MainContentView(const Dependencies& dependencies, QWidget* pare
       placeholder(new EditorPlaceholder(services.theme, editorColumn)),
       emptyState(new EmptyStateView(
           services.theme, [this] { services.viewModel.createSnippet(); }, this)),
-      stack(new QStackedLayout(this))
+      stack(new QStackedLayout(this)),
+      applicationMenus(new ApplicationMenus(*sidebarView, services.theme, *this))
 {
     layOut();
     observe();
@@ -154,15 +143,14 @@ void MainContentView::applyTheme()
 {
     const QPalette colors = services.theme.palette();
     setPalette(colors);
-    if (auto* bar = window()->findChild<QMenuBar*>({}, Qt::FindDirectChildrenOnly))
-        applyThemeTo(*bar, services.theme);
+    applicationMenus->applyTheme();
     QToolTip::setPalette(colors);
     QToolTip::setFont(services.theme.font(TextStyle::label));
 }
 
-void MainContentView::setApplicationMenu(QMenu* menu)
+void MainContentView::setMenuBar(QMenuBar& bar)
 {
-    sidebarView->setApplicationMenu(menu);
+    applicationMenus->setBar(bar);
 }
 
 bool MainContentView::isWelcoming() const

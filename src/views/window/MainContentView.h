@@ -10,12 +10,13 @@
 #include <functional>
 #include <optional>
 
-class QMenu;
+class QMenuBar;
 class QStackedLayout;
 class QUrl;
 
 namespace vellumry {
 
+class ApplicationMenus;
 class CategoryColorService;
 class CollectionColors;
 class CollectionSidebarView;
@@ -52,8 +53,8 @@ public:
     explicit MainContentView(const Dependencies& dependencies, QWidget* parent = nullptr);
     ~MainContentView() override;
 
-    /// The menu behind the sidebar's button and F10. Not owned.
-    void setApplicationMenu(QMenu* menu);
+    /// The menu bar of the window, with its menus: ApplicationMenus tells where they show.
+    void setMenuBar(QMenuBar& bar);
 
     /// Shows the result of an import at the bottom while there is one; see PillToast::present.
     void showImportResult(const QString& symbol, const QString& text);
@@ -71,6 +72,7 @@ public:
     [[nodiscard]] CollectionSidebarView& sidebar() const { return *sidebarView; }
     [[nodiscard]] SnippetListPanelView& list() const { return *listPanel; }
     [[nodiscard]] EmptyStateView& welcome() const { return *emptyState; }
+    [[nodiscard]] ApplicationMenus& menus() const { return *applicationMenus; }
     [[nodiscard]] PillToast& toast() const { return *pill; }
     /// None while the placeholder shows.
     [[nodiscard]] SnippetEditorPanel* editorPanel() const { return panel; }
@@ -108,6 +110,7 @@ private:
     SnippetEditorPanel* panel = nullptr;
     QWidget* deleteAlert = nullptr;
     QStackedLayout* stack;
+    ApplicationMenus* applicationMenus;
 };
 
 } // namespace vellumry

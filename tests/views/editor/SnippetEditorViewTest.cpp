@@ -47,6 +47,31 @@ protected:
 
 // Appearance and focus
 
+TEST_F(SnippetEditor, TheSectionsStandCloseThoughTheirButtonsShowAFocusLine)
+{
+    openOn(u"text {{name}}"_s);
+    focus(text());
+    openSearch(u"text"_s);
+    QApplication::processEvents();
+    const auto place = [this](const QWidget& widget) {
+        return QRect(widget.mapTo(&content(), QPoint(0, 0)), widget.size());
+    };
+    constexpr int ring = Button::ringRoom;
+    const QRect box = place(*text().parentWidget());
+    EXPECT_EQ(box.top(), 202);
+    const QRect fullScreen =
+        place(contents().fullScreenButton()).adjusted(ring, ring, -ring, -ring);
+    EXPECT_EQ(fullScreen.size(), QSize(28, 28));
+    EXPECT_EQ(fullScreen.bottomRight(), QPoint(box.right(), box.top() - 1));
+    QList<int> middles;
+    for (const Button* button :
+         {&search().previousButton(), &search().nextButton(), &search().closeButton()})
+        middles.append(place(*button).center().x());
+    EXPECT_EQ(middles[1] - middles[0], 28);
+    EXPECT_EQ(middles[2] - middles[1], 28);
+    EXPECT_EQ(place(search()).topLeft(), box.topLeft() + QPoint(1, 1));
+}
+
 TEST_F(SnippetEditor, ShowsTheSnippet)
 {
     openOn(u"content of {{what}} One"_s, {{u"what"_s, u"it"_s}});

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QMargins>
+#include <QWidgetItem>
+
+namespace vellumry {
+
+/// The place in a layout of a widget that reaches beyond it, as the lines do that show the focus of
+/// its buttons. They lie over, or under, what stands beside it.
+class OutsetItem final : public QWidgetItem {
+public:
+    OutsetItem(QWidget* widget, const QMargins& reach) : QWidgetItem(widget), beyond(reach) {}
+
+    [[nodiscard]] QSize sizeHint() const override { return inside(QWidgetItem::sizeHint()); }
+    [[nodiscard]] QSize minimumSize() const override { return inside(QWidgetItem::minimumSize()); }
+    [[nodiscard]] QSize maximumSize() const override { return inside(QWidgetItem::maximumSize()); }
+    void setGeometry(const QRect& place) override
+    {
+        if (!isEmpty())
+            widget()->setGeometry(place.marginsAdded(beyond));
+    }
+
+private:
+    [[nodiscard]] QSize inside(const QSize& size) const
+    {
+        return size.shrunkBy(beyond).expandedTo({0, 0});
+    }
+
+    QMargins beyond;
+};
+
+} // namespace vellumry
