@@ -155,6 +155,8 @@ class Package(PackageCase):
         main = groups["Desktop Entry"]
         self.assertEqual(main["Icon"], os.path.splitext(os.path.basename(ICON))[0])
         self.assertEqual(main["DBusActivatable"], "true")
+        # Without it launchers pass no token on, and under Wayland the windows get no keyboard.
+        self.assertEqual(main["StartupNotify"], "true")
         names = {action: groups[f"Desktop Action {action}"]["Name"]
                  for action in main["Actions"].strip(";").split(";")}
         self.assertEqual(names, {"new-snippet": "New Snippet", "toggle-palette": "Quick Search"})
