@@ -59,8 +59,9 @@ def become_root():
 
 def mirrors():
     """Lines of sources.list for the release, from what apt-get uses here."""
-    targets = output("apt-get", "indextargets", "--format", "$(CODENAME) $(REPO_URI) $(RELEASE) $(COMPONENT)",
-                     "Created-By: Packages", "Origin: Debian").splitlines()
+    targets = output("apt-get", "indextargets", "--format",
+                     "$(CODENAME) $(REPO_URI) $(RELEASE) $(COMPONENT)", "Created-By: Packages",
+                     "Origin: Debian").splitlines()
     found = sorted({tuple(target.split()[1:]) for target in targets if target.startswith(RELEASE)})
     if not found:
         skip(f"apt-get knows no mirror of Debian's {RELEASE}")
@@ -256,8 +257,9 @@ class InstalledOnAFreshSystem(unittest.TestCase):
     def compare_starts(self):
         """The installed program is as quick to its key as the one in the build folder."""
         installed, built = [], []
-        commands = ((installed, self.system.as_person("vellumry", "--hidden", **self.environment())),
-                    (built, [os.environ["VELLUMRY_PROGRAM"], "--hidden"]))
+        commands = (
+            (installed, self.system.as_person("vellumry", "--hidden", **self.environment())),
+            (built, [os.environ["VELLUMRY_PROGRAM"], "--hidden"]))
         for _, command in commands:  # reads it from the disk
             start_to_ready(command, self.desktop.env)
         for _ in range(STARTS):
