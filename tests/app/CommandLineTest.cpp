@@ -32,8 +32,9 @@ TEST(CommandLineTest, eachSwitchHasItsCommandAndBack)
 
 TEST(CommandLineTest, theLastCommandCounts)
 {
-    EXPECT_EQ(parseCommandLine({QStringLiteral("--hidden"), QStringLiteral("--open-settings")}).command,
-              StartCommand::showSettings);
+    EXPECT_EQ(
+        parseCommandLine({QStringLiteral("--hidden"), QStringLiteral("--open-settings")}).command,
+        StartCommand::showSettings);
 }
 
 TEST(CommandLineTest, tellsWhatItDoesNotKnow)
