@@ -78,13 +78,13 @@ def mirrors():
 class FreshSystem:
     """A Debian of the packages that are required and apt-get, with one person, in a folder."""
 
-    def __init__(self, folder):
+    def __init__(self, folder, sources):
         self.root, self.borrowed = folder, []
         proxies = output("apt-config", "dump", "--no-empty", "Acquire::http", "Acquire::https")
         output("mmdebstrap", "--variant=apt", "--mode=root", "--skip=cleanup/apt/lists",
                f"--include={','.join(DESKTOP_PACKAGES)}",
                *(f"--aptopt={line}" for line in proxies.splitlines()),
-               *(f"--dpkgopt={option}" for option in DPKG_OPTIONS), RELEASE, folder, *mirrors())
+               *(f"--dpkgopt={option}" for option in DPKG_OPTIONS), RELEASE, folder, *sources)
         for name in DEVICES:
             self.lend_device(self.path(f"dev/{name}"), f"/dev/{name}")
         self.run("useradd", "--create-home", PERSON)
@@ -177,11 +177,12 @@ class InstalledOnAFreshSystem(unittest.TestCase):
 
     @classmethod
     def setUpClass(cls):
+        sources = mirrors()
         folder = cls.enterClassContext(tempfile.TemporaryDirectory(
             prefix="fresh-system.", dir=os.environ["VELLUMRY_BUILD"]))
         begun = time.monotonic()
         cls.package = make_package(os.path.join(folder, "made"))
-        cls.system = FreshSystem(os.path.join(folder, "root"))
+        cls.system = FreshSystem(os.path.join(folder, "root"), sources)
         cls.addClassCleanup(cls.system.close)
         print(f"\nmade the system in {time.monotonic() - begun:.0f} s", file=sys.stderr)
         cls.desktop = cls.enterClassContext(Desktop())
