@@ -22,7 +22,7 @@ constexpr std::array switches{
            QLatin1StringView("show the palette, or hide it when it is there")},
     Switch{StartCommand::newSnippet, QLatin1StringView("--new-snippet"),
            QLatin1StringView("open the main window with a new snippet")},
-    Switch{StartCommand::showSettings, QLatin1StringView("--settings"),
+    Switch{StartCommand::showSettings, QLatin1StringView("--open-settings"),
            QLatin1StringView("open the settings")},
     Switch{StartCommand::quit, QLatin1StringView("--quit"),
            QLatin1StringView("end the program that is running")},

@@ -6,6 +6,12 @@ namespace vellumry {
 
 const QString RemoteCommands::tokenKey = QStringLiteral("activation-token");
 
+namespace {
+
+const QString startupIdKey = QStringLiteral("desktop-startup-id");
+
+} // namespace
+
 void RemoteCommands::listen(Receiver onCommand)
 {
     receiver = std::move(onCommand);
@@ -32,7 +38,9 @@ void RemoteCommands::ActivateAction(const QString& name, const QVariantList&,
 
 void RemoteCommands::post(StartCommand command, const QVariantMap& platformData)
 {
-    post({command, platformData.value(tokenKey).toString().toUtf8()});
+    // Older launchers have but one name for what they give.
+    const QVariant token = platformData.value(tokenKey, platformData.value(startupIdKey));
+    post({command, token.toString().toUtf8()});
 }
 
 void RemoteCommands::post(const Request& request)

@@ -34,7 +34,7 @@ SingleInstance::~SingleInstance()
     QDBusConnection::sessionBus().send(release);
 }
 
-SingleInstance::Role SingleInstance::claim(StartCommand command)
+SingleInstance::Role SingleInstance::claim(StartCommand command, const QString& activationToken)
 {
     if (!hasSessionBus()) {
         log(u"SingleInstance",
@@ -58,7 +58,7 @@ SingleInstance::Role SingleInstance::claim(StartCommand command)
     if (takeName())
         return Role::first;
     // One that did not answer may have been on its way out.
-    const bool isForwarded = forward(command);
+    const bool isForwarded = forward(command, activationToken);
     if (!isForwarded && takeName())
         return Role::first;
     bus.unregisterObject(objectPath);
@@ -74,7 +74,7 @@ void SingleInstance::listen(RemoteCommands::Receiver onCommand)
         commands->listen(std::move(onCommand));
 }
 
-bool SingleInstance::forward(StartCommand command)
+bool SingleInstance::forward(StartCommand command, const QString& activationToken)
 {
     const QString action = switchOf(command).remove(0, 2);
     QDBusMessage call = QDBusMessage::createMethodCall(
@@ -82,10 +82,9 @@ bool SingleInstance::forward(StartCommand command)
         action.isEmpty() ? QStringLiteral("Activate") : QStringLiteral("ActivateAction"));
     if (!action.isEmpty())
         call << action << QVariantList();
-    // The launcher's token is for the window that comes up there, since none does here.
     QVariantMap platformData;
-    if (const QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN"); !token.isEmpty())
-        platformData.insert(RemoteCommands::tokenKey, token);
+    if (!activationToken.isEmpty())
+        platformData.insert(RemoteCommands::tokenKey, activationToken);
     call << platformData;
     const QDBusMessage answer =
         QDBusConnection::sessionBus().call(call, QDBus::Block, answerTimeout);

@@ -27,8 +27,9 @@ public:
     using QObject::QObject;
     ~SingleInstance() override;
 
-    /// Takes the name, or hands the command to the one that has it.
-    [[nodiscard]] Role claim(StartCommand command);
+    /// Takes the name, or hands the command to the one that has it, along with what the desktop
+    /// gave this start for the window that comes up there, since none does here.
+    [[nodiscard]] Role claim(StartCommand command, const QString& activationToken = {});
 
     /// From now on `onCommand` is called, in a turn of the event loop, with what later starts ask
     /// for; what came before waits until then.
@@ -36,7 +37,7 @@ public:
 
 private:
     /// Whether the one that has the name has answered.
-    [[nodiscard]] static bool forward(StartCommand command);
+    [[nodiscard]] static bool forward(StartCommand command, const QString& activationToken);
 
     RemoteCommands* commands = nullptr; ///< its child; null unless it is the first
 };

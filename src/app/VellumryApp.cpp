@@ -108,15 +108,23 @@ std::optional<int> answerWithoutDisplay(int argc, char** argv)
     return EXIT_SUCCESS;
 }
 
+/// What the desktop gave this start. To be asked before Qt takes the one of X11 for itself.
+QString launchToken()
+{
+    const QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN");
+    return token.isEmpty() ? qEnvironmentVariable("DESKTOP_STARTUP_ID") : token;
+}
+
 /// Settles whether this process is to be the program; if not, with which status it ends.
-std::optional<int> settleRole(const CommandLine& line, SingleInstance& instance)
+std::optional<int> settleRole(const CommandLine& line, const QString& activationToken,
+                              SingleInstance& instance)
 {
     if (line.unknownArgument) {
         std::fprintf(stderr, "vellumry: there is no switch \"%s\"; see vellumry --help\n",
                      qPrintable(*line.unknownArgument));
         return EXIT_FAILURE;
     }
-    const SingleInstance::Role role = instance.claim(line.command);
+    const SingleInstance::Role role = instance.claim(line.command, activationToken);
     if (role != SingleInstance::Role::first)
         return role == SingleInstance::Role::forwarded ? EXIT_SUCCESS : EXIT_FAILURE;
     if (line.command == StartCommand::quit) {
@@ -129,6 +137,7 @@ std::optional<int> settleRole(const CommandLine& line, SingleInstance& instance)
 /// The part of a run that has a display.
 int runWithDisplay(int& argc, char** argv)
 {
+    const QString ownToken = launchToken();
     const QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("vellumry"));
     QApplication::setDesktopFileName(SingleInstance::applicationId);
@@ -141,7 +150,7 @@ int runWithDisplay(int& argc, char** argv)
         return FatalErrorNotice::run(*report);
     const CommandLine line = parseCommandLine(arguments);
     SingleInstance instance;
-    if (const auto status = settleRole(line, instance))
+    if (const auto status = settleRole(line, ownToken, instance))
         return *status;
 
     FatalErrorNotice::install();

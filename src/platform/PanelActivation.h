@@ -29,8 +29,9 @@ public:
     /// they do not, both is up to the desktop.
     [[nodiscard]] virtual bool arrangesWindows() const { return true; }
 
-    /// What the desktop gave along with the person's wish for a window, for the next activate();
-    /// empty when it gave nothing.
+    /// What the desktop gave along with the person's wish for a window, empty when it gave nothing:
+    /// the right to the keyboard for the next activate(), or the mark of a start that the desktop
+    /// shows as going on until it is told of the end.
     virtual void offerToken(const QByteArray& /*token*/) {}
 
 Q_SIGNALS:

@@ -20,7 +20,7 @@ TEST(CommandLineTest, eachSwitchHasItsCommandAndBack)
          {std::pair{QStringLiteral("--hidden"), StartCommand::stayHidden},
           std::pair{QStringLiteral("--toggle-palette"), StartCommand::togglePalette},
           std::pair{QStringLiteral("--new-snippet"), StartCommand::newSnippet},
-          std::pair{QStringLiteral("--settings"), StartCommand::showSettings},
+          std::pair{QStringLiteral("--open-settings"), StartCommand::showSettings},
           std::pair{QStringLiteral("--quit"), StartCommand::quit}}) {
         EXPECT_EQ(parseCommandLine({name}).command, command);
         EXPECT_EQ(switchOf(command), name);
@@ -32,8 +32,9 @@ TEST(CommandLineTest, eachSwitchHasItsCommandAndBack)
 
 TEST(CommandLineTest, theLastCommandCounts)
 {
-    EXPECT_EQ(parseCommandLine({QStringLiteral("--hidden"), QStringLiteral("--settings")}).command,
-              StartCommand::showSettings);
+    EXPECT_EQ(
+        parseCommandLine({QStringLiteral("--hidden"), QStringLiteral("--open-settings")}).command,
+        StartCommand::showSettings);
 }
 
 TEST(CommandLineTest, tellsWhatItDoesNotKnow)

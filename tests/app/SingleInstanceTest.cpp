@@ -52,9 +52,28 @@ TEST(RemoteCommandsTest, theDesktopsTokenComesAlong)
                             {{RemoteCommands::tokenKey, QStringLiteral("first")}});
     commands.listen([&tokens](StartCommand, const QByteArray& token) { tokens.append(token); });
     commands.Activate({{RemoteCommands::tokenKey, QStringLiteral("second")}});
-    commands.Open({}, {{QStringLiteral("desktop-startup-id"), QStringLiteral("other")}});
+    commands.Open({}, {{QStringLiteral("desktop-startup-id"), QStringLiteral("third")}});
+    commands.Activate({{QStringLiteral("desktop-startup-id"), QStringLiteral("older")},
+                       {RemoteCommands::tokenKey, QStringLiteral("fourth")}});
+    commands.Activate({});
     QCoreApplication::processEvents();
-    EXPECT_THAT(tokens, testing::ElementsAre("first", "second", ""));
+    EXPECT_THAT(tokens, testing::ElementsAre("first", "second", "third", "fourth", ""));
+}
+
+/// Desktops and people's own keys call them by these names.
+TEST(RemoteCommandsTest, theActions)
+{
+    QObject object;
+    RemoteCommands commands(&object);
+    QList<StartCommand> received;
+    commands.listen(
+        [&received](StartCommand command, const QByteArray&) { received.append(command); });
+    for (const char* action : {"new-snippet", "toggle-palette", "open-settings", "quit"})
+        commands.ActivateAction(QLatin1StringView(action), {}, {});
+    QCoreApplication::processEvents();
+    EXPECT_THAT(received,
+                testing::ElementsAre(StartCommand::newSnippet, StartCommand::togglePalette,
+                                     StartCommand::showSettings, StartCommand::quit));
 }
 
 TEST(RemoteCommandsTest, anActionThatThereIsNotDoesNothing)

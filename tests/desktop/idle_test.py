@@ -8,9 +8,9 @@ from program import Program
 from status_area_test import StatusArea
 from waiting import TIMEOUT, wait_for, wait_until_stable
 
-# Fewer than six times in a minute. What remains are threads of the pool, which end half a minute
-# after their last work.
-SECONDS = 20.0
+# Less than once in ten seconds. What remains are threads of the pool, which end half a minute after
+# their last work.
+SECONDS = 30.0
 WAKE_UPS = 2
 # What a save, a toast or a start leaves to be done is over when nothing has happened for so long.
 AT_REST = 3.0

@@ -54,6 +54,19 @@ class SingleInstance(DesktopCase):
         self.assertEqual(self.run_again("--toggle-palette")[0], 0)
         self.program.wait_palette_gone()
 
+    def test_start_is_over(self):
+        """A desktop that shows a start as going on is told of its end by the program that runs,
+        though no window comes up for it."""
+        mark = 'desk"top\\with a long name-1234_TIME5678'
+        home = {**self.home, "DESKTOP_STARTUP_ID": mark}
+        self.assertEqual(self.run_again("--toggle-palette", home=home)[0], 0)
+        self.program.wait_palette()
+        self.assertEqual(self.run_again("--toggle-palette", home=home)[0], 0)
+        self.program.wait_palette_gone()
+        escaped = mark.replace("\\", "\\\\").replace('"', '\\"')
+        self.assertEqual(self.desktop.recording.startup_messages(),
+                         [f'remove: ID="{escaped}"'] * 2)
+
     def test_new_snippet(self):
         """The main window comes up for a new snippet."""
         self.program.wait_settled()
@@ -63,7 +76,7 @@ class SingleInstance(DesktopCase):
 
     def test_settings(self):
         """The settings pause the hot key; it works again when they have gone."""
-        self.assertEqual(self.run_again("--settings")[0], 0)
+        self.assertEqual(self.run_again("--open-settings")[0], 0)
         wait_for("the hot key is paused",
                  lambda: "HotkeyService: 热键已暂停" in self.program.lines)
         self.desktop.activate(SETTINGS_WINDOW)

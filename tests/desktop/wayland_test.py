@@ -140,13 +140,13 @@ class RoadOfACopy(WaylandCase):
         self.run_again()
         self.desktop.wait_focus(MAIN_WINDOW)
         self.assertEqual(self.desktop.program_of(MAIN_WINDOW), APPLICATION)
-        self.run_again("--settings")
+        self.run_again("--open-settings")
         self.desktop.wait_focus(SETTINGS_WINDOW)
 
     def test_no_second_question(self):
         """Settings that come and go pause the hot key without troubling the portal; the keys that
         the person chooses in the desktop meanwhile are heard."""
-        self.run_again("--settings")
+        self.run_again("--open-settings")
         self.desktop.wait_focus(SETTINGS_WINDOW)
         self.portal.press()
         self.portal.choose("Ctrl+Alt+V")
@@ -192,10 +192,28 @@ class Activation(WaylandCase):
             self.desktop.wait_focus(MAIN_WINDOW)
 
     def test_token_of_a_second_start(self):
-        """So does the token of a launcher that starts the program a second time."""
+        """So does the token of a launcher that starts the program a second time, by either of the
+        names under which launchers pass it on."""
         self.toggle_without_focus(lambda: self.run_again("--toggle-palette"))
-        self.program.open_palette(press=lambda: self.run_again(
-            "--toggle-palette", XDG_ACTIVATION_TOKEN=self.tokens.make()))
+        for name in ("XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"):
+            self.program.open_palette(press=lambda name=name: self.run_again(
+                "--toggle-palette", **{name: self.tokens.make()}))
+            self.run_again("--toggle-palette")
+            self.desktop.wait_gone(PALETTE)
+            self.desktop.wait_focus(MAIN_WINDOW)
+
+    def test_token_over_the_bus(self):
+        """So does the token of a launcher that calls the program over the bus, as for an action of
+        the desktop entry; some know but the older name."""
+        for name in ("activation-token", "desktop-startup-id"):
+            self.program.open_palette(press=lambda name=name: self.desktop.command(
+                "gdbus", "call", "--session", "--dest", APPLICATION, "--object-path",
+                "/org/vellumry/Vellumry", "--method",
+                "org.freedesktop.Application.ActivateAction", "toggle-palette", "[]",
+                f"{{'{name}': <'{self.tokens.make()}'>}}"))
+            self.run_again("--toggle-palette")
+            self.desktop.wait_gone(PALETTE)
+            self.desktop.wait_focus(MAIN_WINDOW)
 
 
 class WithoutAPortal(WaylandCase):

@@ -34,7 +34,7 @@ _X.XPending.argtypes = [_POINTER]
 _X.XNextEvent.argtypes = [_POINTER, _POINTER]
 
 _ALL_PLANES, _Z_PIXMAP = 0xFFFFFFFF, 2
-_SUBSTRUCTURE_NOTIFY_MASK = 1 << 19
+_SUBSTRUCTURE_NOTIFY_MASK, _PROPERTY_CHANGE_MASK = 1 << 19, 1 << 22
 _CREATE_NOTIFY, _MAP_NOTIFY, _CONFIGURE_NOTIFY, _CLIENT_MESSAGE = 16, 19, 22, 33
 
 
@@ -53,7 +53,8 @@ class _ConfigureEvent(ctypes.Structure):
 
 
 class _ClientMessageEvent(ctypes.Structure):
-    _fields_ = [*_AnyEvent._fields_, ("window", _LONG), ("message_type", _LONG)]
+    _fields_ = [*_AnyEvent._fields_, ("window", _LONG), ("message_type", _LONG), ("format", _LONG),
+                ("data", ctypes.c_ubyte * 20)]
 
 
 class _Event(ctypes.Union):
@@ -110,8 +111,8 @@ class Recording(Connection):
 
     def __init__(self, display):
         super().__init__(display)
-        self._sizes, self._popups, self._activated = {}, [], []
-        _X.XSelectInput(self.display, self.root, _SUBSTRUCTURE_NOTIFY_MASK)
+        self._sizes, self._popups, self._activated, self._broadcasts = {}, [], [], {}
+        _X.XSelectInput(self.display, self.root, _SUBSTRUCTURE_NOTIFY_MASK | _PROPERTY_CHANGE_MASK)
         _X.XSync(self.display, 0)
 
     def popups(self):
@@ -124,6 +125,12 @@ class Recording(Connection):
         self._read()
         return self._activated.count(window)
 
+    def startup_messages(self):
+        """What was told to the desktop about starts of programs, in order."""
+        self._read()
+        return [pieces.split(b"\0")[0].decode() for pieces in self._broadcasts.values()
+                if b"\0" in pieces]
+
     def _read(self):
         event = _Event()
         while _X.XPending(self.display):
@@ -133,6 +140,13 @@ class Recording(Connection):
                 self._sizes[change.window] = (change.width, change.height)
             elif event.type == _MAP_NOTIFY and event.map.override:
                 self._popups.append(self._sizes.get(event.map.window))
-            elif event.type == _CLIENT_MESSAGE and \
-                    event.message.message_type == self._atom("_NET_ACTIVE_WINDOW"):
-                self._activated.append(event.message.window)
+            elif event.type == _CLIENT_MESSAGE:
+                self._take(event.message)
+
+    def _take(self, message):
+        if message.message_type == self._atom("_NET_ACTIVE_WINDOW"):
+            self._activated.append(message.window)
+        elif message.message_type in (self._atom("_NET_STARTUP_INFO_BEGIN"),
+                                      self._atom("_NET_STARTUP_INFO")):
+            before = self._broadcasts.get(message.window, b"")
+            self._broadcasts[message.window] = before + bytes(message.data)

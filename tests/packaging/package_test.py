@@ -2,31 +2,17 @@
 import gzip
 import os
 import re
-import subprocess
 import sys
 import tempfile
 import unittest
 import xml.etree.ElementTree as ElementTree
 
-
-ROOT = os.path.realpath(os.path.join(os.path.dirname(__file__), "..", ".."))
-sys.path.insert(0, os.path.join(ROOT, "tests", "desktop"))
+from package import (ENTRY, FILES, ICON, ID, LARGEST, MANUAL, METAINFO, ROOT, SERVICE, make_package,
+                     output)
 from processes import LoggedProcess
 from waiting import wait_for
 
-ID = "org.vellumry.Vellumry"
 OBJECT = "/org/vellumry/Vellumry"
-LARGEST = 6_000_000  # bytes, of everything installed
-ENTRY = f"usr/share/applications/{ID}.desktop"
-SERVICE = f"usr/share/dbus-1/services/{ID}.service"
-METAINFO = f"usr/share/metainfo/{ID}.metainfo.xml"
-MANUAL = "usr/share/man/man1/vellumry.1.gz"
-ICON = "usr/share/icons/hicolor/scalable/apps/vellumry.svg"
-DOCUMENTS = ("changelog.gz", "copyright", "file-format.md", "guide.md", "images/palette.png",
-             "schema/backup.schema.json", "schema/collection.schema.json",
-             "schema/default-snippets.schema.json", "schema/metadata.schema.json", "security.md")
-FILES = {"usr/bin/vellumry", ENTRY, SERVICE, METAINFO, MANUAL, ICON,
-         *(f"usr/share/doc/vellumry/{name}" for name in DOCUMENTS)}
 BUS_CONFIG = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
 <busconfig>
@@ -41,15 +27,6 @@ BUS_CONFIG = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Config
   </policy>
 </busconfig>
 """
-
-
-def output(*command, **options):
-    """What the command prints on both channels; fails with it when the command does."""
-    result = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False,
-                            encoding="utf-8", **options)
-    if result.returncode != 0:
-        raise AssertionError(f"{' '.join(command)}: status {result.returncode}\n{result.stdout}")
-    return result.stdout
 
 
 def files_below(folder):
@@ -113,13 +90,7 @@ class PackageCase(unittest.TestCase):
 
 def setUpModule():
     folder = unittest.enterModuleContext(tempfile.TemporaryDirectory(prefix="vellumry-package."))
-    made = os.path.join(folder, "made")
-    output(os.environ["VELLUMRY_CPACK"], "-G", "DEB", "-B", made, "--config",
-           os.path.join(os.environ["VELLUMRY_BUILD"], "CPackConfig.cmake"))
-    names = [name for name in os.listdir(made) if name.endswith(".deb")]
-    if len(names) != 1:
-        raise AssertionError(f"one package expected, there are {names}")
-    PackageCase.folder, PackageCase.package = folder, os.path.join(made, names[0])
+    PackageCase.folder, PackageCase.package = folder, make_package(os.path.join(folder, "made"))
     PackageCase.root = os.path.join(folder, "root")
     output("dpkg-deb", "-x", PackageCase.package, PackageCase.root)
 
@@ -184,6 +155,8 @@ class Package(PackageCase):
         main = groups["Desktop Entry"]
         self.assertEqual(main["Icon"], os.path.splitext(os.path.basename(ICON))[0])
         self.assertEqual(main["DBusActivatable"], "true")
+        # Without it launchers pass no token on, and under Wayland the windows get no keyboard.
+        self.assertEqual(main["StartupNotify"], "true")
         names = {action: groups[f"Desktop Action {action}"]["Name"]
                  for action in main["Actions"].strip(";").split(";")}
         self.assertEqual(names, {"new-snippet": "New Snippet", "toggle-palette": "Quick Search"})
@@ -224,6 +197,15 @@ class Package(PackageCase):
         self.assertGreater(len(switches), 3)
         self.assertEqual(re.findall(r"^\.It Fl (-[a-z-]+)$", text, re.MULTILINE),
                          [switch[1:] for switch in switches])
+
+    def test_documents(self):
+        """What the installed pages link to is installed beside them."""
+        folder = self.path("usr/share/doc/vellumry")
+        for page in filter(lambda name: name.endswith(".md"), os.listdir(folder)):
+            with open(os.path.join(folder, page), encoding="utf-8") as file:
+                links = re.findall(r"\]\(([^)#:]+)", file.read())
+            for link in links:
+                self.assertTrue(os.path.exists(os.path.join(folder, link)), f"{page}: {link}")
 
     def test_icon(self):
         picture = ElementTree.parse(self.path(ICON)).getroot()

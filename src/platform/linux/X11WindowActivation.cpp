@@ -7,6 +7,7 @@
 #include <xcb/xcb.h>
 #include <xcb/xfixes.h>
 
+#include <algorithm>
 #include <cstring>
 
 namespace vellumry {
@@ -80,6 +81,40 @@ void X11WindowActivation::activate(QWindow& window, quint32 eventTime)
     } else {
         xcb_set_input_focus(connection, XCB_INPUT_FOCUS_POINTER_ROOT, id, XCB_CURRENT_TIME);
     }
+    xcb_flush(connection);
+}
+
+void X11WindowActivation::offerToken(const QByteArray& token)
+{
+    if (connection && !token.isEmpty())
+        broadcast("remove: ID=\"" + QByteArray(token).replace('\\', "\\\\").replace('"', "\\\"") +
+                  '"');
+}
+
+/// As the Startup Notification Protocol has it: to whoever listens at the root window, in pieces,
+/// in the name of a window of our own.
+void X11WindowActivation::broadcast(const QByteArray& message)
+{
+    const auto sender = xcb_generate_id(connection);
+    xcb_create_window(connection, XCB_COPY_FROM_PARENT, sender, root, -1, -1, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+    xcb_client_message_event_t piece{};
+    piece.response_type = XCB_CLIENT_MESSAGE;
+    piece.format = 8;
+    piece.window = sender;
+    piece.type = atom("_NET_STARTUP_INFO_BEGIN");
+    const xcb_atom_t nextType = atom("_NET_STARTUP_INFO");
+    constexpr qsizetype pieceSize = sizeof piece.data.data8;
+    // The zero behind the text is part of it.
+    for (qsizetype sent = 0; sent <= message.size(); sent += pieceSize) {
+        std::memset(piece.data.data8, 0, pieceSize);
+        std::memcpy(piece.data.data8, message.constData() + sent,
+                    static_cast<std::size_t>(std::min(pieceSize, message.size() + 1 - sent)));
+        xcb_send_event(connection, 0, root, XCB_EVENT_MASK_PROPERTY_CHANGE,
+                       reinterpret_cast<const char*>(&piece));
+        piece.type = nextType;
+    }
+    xcb_destroy_window(connection, sender);
     xcb_flush(connection);
 }
 

@@ -23,9 +23,11 @@ public:
     void prepareToShow(QWindow& window, quint32 eventTime) override;
     void activate(QWindow& window, quint32 eventTime) override;
     [[nodiscard]] bool isCompositing() const override { return compositing; }
+    void offerToken(const QByteArray& token) override;
 
 private:
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
+    void broadcast(const QByteArray& message);
     [[nodiscard]] std::uint32_t atom(const char* name) const;
     [[nodiscard]] bool hasWindowManager() const;
     [[nodiscard]] bool hasCompositor() const;
