@@ -4,7 +4,7 @@
 #include "hotkey/HotKey.h"
 #include "hotkey/HotKeysController.h"
 #include "hotkey/makeHotKeyBackend.h"
-#include "platform/PrivateBus.h"
+#include "session/PrivateBus.h"
 #include "support/Environment.h"
 #include "support/Eventually.h"
 

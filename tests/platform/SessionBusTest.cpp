@@ -1,6 +1,6 @@
 #include "platform/linux/SessionBus.h"
 
-#include "platform/PrivateBus.h"
+#include "session/PrivateBus.h"
 #include "support/Environment.h"
 #include "support/LogCapture.h"
 

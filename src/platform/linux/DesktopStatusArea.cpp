@@ -2,7 +2,7 @@
 
 #include "core/Scheduler.h"
 #include "platform/linux/SessionBus.h"
-#include "platform/linux/XcbReply.h"
+#include "session/XcbReply.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
