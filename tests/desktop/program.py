@@ -11,12 +11,17 @@ HIDING = "AppDelegate: hiding palette"
 LOST_FOCUS = "AppDelegate: palette lost focus, hiding"
 ADOPTED = "Main window delegate set: "
 FOUND = "Window found after waiting: vellumry::AppKitWindow"
+SILENT = "SessionBus: the session bus takes connections but does not answer, so Vellumry does " \
+         "without it"
 NO_MAIN_WINDOW = "setupMainWindowWithRetry: All attempts exhausted, no main window found"
 
 PALETTE, TOAST, MAIN_WINDOW = "Palette", "Toast", "Vellumry"
 SETTINGS_WINDOW = "Settings"
 WINDOW_CLASS = "vellumry"
 HOTKEY = "alt+t"
+
+# From the signal to the end. A call that waits for a bus takes 25 s.
+ENDS_IN = 5.0
 
 TOAST_SIZE = (300, 90)
 # A start by hand shows the main window, brings it up again once it is there, and adopts it.
