@@ -4,8 +4,6 @@
 
 namespace vellumry {
 
-const QString RemoteCommands::tokenKey = QStringLiteral("activation-token");
-
 void RemoteCommands::listen(Receiver onCommand)
 {
     receiver = std::move(onCommand);

@@ -14,7 +14,7 @@ namespace vellumry {
 
 namespace {
 
-constexpr QStringView logName = u"PortalFileChooser";
+constexpr QStringView chooserName = u"PortalFileChooser";
 
 /// A kind of files, in the words of the portal.
 struct PortalFileFilter {
@@ -97,7 +97,7 @@ void showDialog(const QDBusConnection& bus, const FileChooser::Request& request,
                      });
     QObject::connect(dialog, &PortalRequest::failed, dialog,
                      [tell = handlers.whenUnavailable](const QString& reason) {
-                         log(logName,
+                         log(chooserName,
                              QStringLiteral("The desktop shows no dialog for files: ") + reason);
                          tell();
                      });
@@ -126,7 +126,7 @@ void PortalFileChooser::ask(const Request& request, QObject& owner, Handlers han
                 showDialog(bus, request, asker, handlers);
                 return;
             }
-            log(logName, bus.lastError().message());
+            log(chooserName, bus.lastError().message());
             handlers.whenUnavailable();
         });
     });
