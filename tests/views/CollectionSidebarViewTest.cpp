@@ -780,7 +780,8 @@ TEST_F(CollectionSidebarViewTest, AReaderMeetsTheRowsInTheOrderOfTheScreen)
     const auto reads = [this](QStringList rows) {
         rows.append({u"Shortcuts"_s, u"Settings"_s});
         EXPECT_THAT(readingOrder(), testing::Contains(u"All Snippets, 4 snippets"_s));
-        EXPECT_EQ(readingOrder().last(rows.size()), rows);
+        EXPECT_EQ(readingOrder().last(rows.size()), rows)
+            << qPrintable(readingOrder().join(u"; "_s));
     };
     const QString everything = u"All Snippets, 4 snippets"_s;
     const QString adding = u"New Collection"_s;
