@@ -13,7 +13,7 @@ namespace vellumry {
 
 namespace {
 
-const QString explainSwitch = QStringLiteral("--explain-fatal-error");
+constexpr QLatin1StringView explainSwitch("--explain-fatal-error");
 
 } // namespace
 

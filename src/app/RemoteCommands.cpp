@@ -4,11 +4,9 @@
 
 namespace vellumry {
 
-const QString RemoteCommands::tokenKey = QStringLiteral("activation-token");
-
 namespace {
 
-const QString startupIdKey = QStringLiteral("desktop-startup-id");
+constexpr QLatin1StringView startupIdKey("desktop-startup-id");
 
 } // namespace
 

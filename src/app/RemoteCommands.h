@@ -20,7 +20,7 @@ class RemoteCommands final : public QDBusAbstractAdaptor {
 
 public:
     /// Under which the data of the platform hold the token.
-    static const QString tokenKey;
+    static constexpr QLatin1StringView tokenKey{"activation-token"};
 
     /// Of the object under which the bus knows the program.
     explicit RemoteCommands(QObject* parent) : QDBusAbstractAdaptor(parent) {}

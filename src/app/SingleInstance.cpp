@@ -12,13 +12,11 @@
 
 namespace vellumry {
 
-const QString SingleInstance::applicationId = QStringLiteral("org.vellumry.Vellumry");
-
 namespace {
 
 constexpr int answerTimeout = 5'000; // milliseconds
-const QString objectPath = QStringLiteral("/org/vellumry/Vellumry");
-const QString interfaceName = QStringLiteral("org.freedesktop.Application");
+constexpr QLatin1StringView objectPath("/org/vellumry/Vellumry");
+constexpr QLatin1StringView interfaceName("org.freedesktop.Application");
 
 } // namespace
 

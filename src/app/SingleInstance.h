@@ -16,7 +16,7 @@ class SingleInstance : public QObject {
 
 public:
     /// The name of the program for the desktop.
-    static const QString applicationId;
+    static constexpr QLatin1StringView applicationId{"org.vellumry.Vellumry"};
 
     enum class Role {
         first,     ///< this process is the program

@@ -1,6 +1,6 @@
 #include "hotkey/GlobalShortcutsSession.h"
 
-#include "hotkey/PortalRequest.h"
+#include "session/PortalRequest.h"
 
 #include <QDBusArgument>
 #include <QDBusMetaType>
@@ -20,17 +20,15 @@ using State = DesktopShortcut::State;
 using NamedShortcut = std::pair<QString, QVariantMap>; ///< (sa{sv})
 using NamedShortcuts = QList<NamedShortcut>;
 
-const QString interfaceName = QStringLiteral("org.freedesktop.portal.GlobalShortcuts");
-const QString sessionInterface = QStringLiteral("org.freedesktop.portal.Session");
+constexpr QLatin1StringView interfaceName("org.freedesktop.portal.GlobalShortcuts");
+constexpr QLatin1StringView sessionInterface("org.freedesktop.portal.Session");
 
 QDBusMessage callOf(const QString& service, const QString& interface, const QString& method)
 {
-    return QDBusMessage::createMethodCall(service, PortalRequest::portalPath, interface, method);
+    return QDBusMessage::createMethodCall(service, portalPath, interface, method);
 }
 
 } // namespace
-
-const QString GlobalShortcutsSession::portalName = QStringLiteral("org.freedesktop.portal.Desktop");
 
 GlobalShortcutsSession::GlobalShortcutsSession(QDBusConnection connection, Shortcut shortcut,
                                                QObject* parent)
@@ -107,7 +105,7 @@ void GlobalShortcutsSession::createSession(const QDBusMessage& version)
 void GlobalShortcutsSession::bindShortcut()
 {
     const auto hear = [this](const QString& signal, const char* slot) {
-        bus.connect(portal, PortalRequest::portalPath, interfaceName, signal, this, slot);
+        bus.connect(portal, portalPath, interfaceName, signal, this, slot);
     };
     hear(QStringLiteral("Activated"), SLOT(hearActivated(QDBusMessage)));
     hear(QStringLiteral("Deactivated"), SLOT(hearDeactivated(QDBusMessage)));

@@ -10,9 +10,11 @@
 
 #include <functional>
 
-namespace vellumry::hotkey {
-
+namespace vellumry {
 class PortalRequest;
+}
+
+namespace vellumry::hotkey {
 
 /// One shortcut at the desktop's portal for global shortcuts (org.freedesktop.portal.
 /// GlobalShortcuts), from the first question to the last press. Waits for nothing; every answer
@@ -21,8 +23,6 @@ class GlobalShortcutsSession final : public QObject {
     Q_OBJECT
 
 public:
-    static const QString portalName;
-
     struct Shortcut {
         QString applicationId; ///< by which the desktop knows the program
         QString id;            ///< by which it knows the shortcut, from one run to the next

@@ -11,9 +11,11 @@
 
 namespace vellumry::hotkey {
 
+// At namespace scope, so that they outlive hot keys which are held for the life of the process.
+std::map<std::uint32_t, HotKeyBox> HotKeysController::hotKeys;
+
 namespace {
 
-// At namespace scope, so that they outlive hot keys which are held for the life of the process.
 NullHotKeyBackend noBackend;
 std::unique_ptr<HotKeyBackend> currentBackend;
 

@@ -17,7 +17,7 @@ public:
     HotKeysController() = delete;
 
     /// Everything registered, by its number. A refused combination is here too.
-    inline static std::map<std::uint32_t, HotKeyBox> hotKeys;
+    static std::map<std::uint32_t, HotKeyBox> hotKeys;
     /// The last number given; never goes down.
     inline static std::uint32_t hotKeysCount = 0;
     static constexpr std::uint32_t eventHotKeySignature = fourCharacterCode("SSHk");

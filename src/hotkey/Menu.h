@@ -2,7 +2,6 @@
 
 #include "hotkey/ModifierFlags.h"
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -17,7 +16,7 @@ struct Menu {
 
     /// Tells the program's main menu at the moment of the call, or nothing while there is none.
     /// Set by the application; empty at first.
-    inline static std::function<std::optional<Menu>()> main;
+    inline static std::optional<Menu> (*main)() = nullptr;
 };
 
 struct MenuItem {

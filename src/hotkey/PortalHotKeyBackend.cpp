@@ -1,6 +1,7 @@
 #include "hotkey/PortalHotKeyBackend.h"
 
 #include "hotkey/ShortcutTrigger.h"
+#include "session/PortalRequest.h"
 
 #include <QPointer>
 
@@ -124,7 +125,7 @@ void PortalHotKeyBackend::follow(const QDBusConnection& connection)
     // From any sender, since to follow the owner of a name would wait for the bus.
     bus->connect(QString(), QStringLiteral("/org/freedesktop/DBus"),
                  QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameOwnerChanged"),
-                 {GlobalShortcutsSession::portalName}, QString(), this,
+                 {portalName}, QString(), this,
                  SLOT(portalOwnerChanged(QString, QString, QString)));
     openSession();
 }

@@ -2,13 +2,12 @@
 
 #include "hotkey/ModifierFlags.h"
 #include "hotkey/X11Xkb.h"
+#include "session/XcbReply.h"
 
 #include <X11/XF86keysym.h>
 #include <X11/keysym.h>
 #include <algorithm>
-#include <cstdlib>
 #include <linux/input-event-codes.h>
-#include <memory>
 #include <ranges>
 
 namespace vellumry::hotkey {
@@ -142,12 +141,6 @@ constexpr std::array<KeyPlace, keyCount> keyPlaces{{
     {XF86XK_AudioMute, KEY_MUTE},
 }};
 
-struct FreeReply {
-    void operator()(void* reply) const { std::free(reply); }
-};
-template <typename T>
-using Reply = std::unique_ptr<T, FreeReply>;
-
 constexpr std::size_t modifierCount = 8;
 constexpr std::size_t firstFreeModifier = 3; // Mod1; the ones before have a fixed meaning.
 
@@ -200,11 +193,11 @@ std::optional<X11KeyboardMap> X11KeyboardMap::read(xcb_connection_t* connection)
                                             0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0);
     const auto stateRequest = xcb_xkb_get_state(connection, device);
     const auto modifierRequest = xcb_get_modifier_mapping(connection);
-    const Reply<xcb_xkb_get_map_reply_t> symbols(
+    const XcbReply<xcb_xkb_get_map_reply_t> symbols(
         xcb_xkb_get_map_reply(connection, mapRequest, nullptr));
-    const Reply<xcb_xkb_get_state_reply_t> state(
+    const XcbReply<xcb_xkb_get_state_reply_t> state(
         xcb_xkb_get_state_reply(connection, stateRequest, nullptr));
-    const Reply<xcb_get_modifier_mapping_reply_t> modifiers(
+    const XcbReply<xcb_get_modifier_mapping_reply_t> modifiers(
         xcb_get_modifier_mapping_reply(connection, modifierRequest, nullptr));
     if (!symbols || !state || !modifiers)
         return std::nullopt;

@@ -21,10 +21,10 @@ using hotkey::ModifierFlags;
 
 constexpr QStringView logName = u"SettingsService";
 
-const QString hotkeyKey = QStringLiteral("quickSearchHotkeyKey");
-const QString hotkeyModifiers = QStringLiteral("quickSearchHotkeyModifiers");
-const QString appearanceModeKey = QStringLiteral("appearanceMode");
-const QString hasLaunchedBeforeKey = QStringLiteral("hasLaunchedBefore");
+constexpr QLatin1StringView hotkeyKey("quickSearchHotkeyKey");
+constexpr QLatin1StringView hotkeyModifiers("quickSearchHotkeyModifiers");
+constexpr QLatin1StringView appearanceModeKey("appearanceMode");
+constexpr QLatin1StringView hasLaunchedBeforeKey("hasLaunchedBefore");
 
 /// A value as it was read, or the default. One that is there and could not be read is told.
 template <typename T>

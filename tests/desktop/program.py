@@ -11,6 +11,8 @@ HIDING = "AppDelegate: hiding palette"
 LOST_FOCUS = "AppDelegate: palette lost focus, hiding"
 ADOPTED = "Main window delegate set: "
 FOUND = "Window found after waiting: vellumry::AppKitWindow"
+SILENT = "SessionBus: the session bus takes connections but does not answer, so Vellumry does " \
+         "without it"
 NO_MAIN_WINDOW = "setupMainWindowWithRetry: All attempts exhausted, no main window found"
 
 PALETTE, TOAST, MAIN_WINDOW = "Palette", "Toast", "Vellumry"
@@ -20,6 +22,9 @@ HOTKEY = "alt+t"
 
 # A machine that is held up for a while starts it late.
 START = 3 * TIMEOUT
+# From the signal to the end. A call that waits for a bus takes 25 s.
+ENDS_IN = 5.0
+
 TOAST_SIZE = (300, 90)
 # A start by hand shows the main window, brings it up again once it is there, and adopts it.
 RAISED_AT_START = 3

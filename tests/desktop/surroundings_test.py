@@ -10,16 +10,12 @@ from case import LETTER_TEXT, DesktopCase, main
 from desktop import Desktop
 from library import Library
 from processes import LoggedProcess
-from program import MAIN_WINDOW, Program
+from program import ENDS_IN, MAIN_WINDOW, SILENT, Program
 from waiting import wait_for
 
-# From the signal to the end. A call that waits for a bus takes 25 s.
-ENDS_IN = 5.0
 OPENS_IN = 10.0
 REFUSED = "HotkeyService: ⌥T has no effect: another program holds it, or the window system gives " \
           "out no hot keys"
-SILENT = "SessionBus: the session bus takes connections but does not answer, so Vellumry does " \
-         "without it"
 UNSAVED = "SettingsService: The settings cannot be stored, they hold until the program ends"
 
 

@@ -1,14 +1,16 @@
 """The program on Wayland: the hot key through the desktop's portal, the keyboard, the clipboard."""
 import os
+import socket
 import subprocess
 import sys
+import time
 import unittest
 
 from activation_token import TokenMaker
 from case import LETTER_TEXT, SAMPLE, main
 from library import Library, snippet
 from processes import guarded
-from program import MAIN_WINDOW, PALETTE, SEARCHED, SETTINGS_WINDOW, Program
+from program import ENDS_IN, MAIN_WINDOW, PALETTE, SEARCHED, SETTINGS_WINDOW, SILENT, Program
 from shortcuts_portal import ShortcutsPortal
 from waiting import wait_for, wait_until_stable
 from wayland_desktop import WaylandDesktop
@@ -243,6 +245,21 @@ class WithoutAPortal(WaylandCase):
             self.desktop.wait_gone(PALETTE)
             self.portal.finish()
             wait_for("the words again", lambda: self.program.count(NO_PORTAL) == times + 1)
+
+    def test_bus_that_never_answers(self):
+        """A bus that takes connections and says nothing holds up neither the start nor the end."""
+        self.program.finish()
+        path = os.path.join(self.home["HOME"], "silent-bus")
+        with socket.socket(socket.AF_UNIX) as silent:
+            silent.bind(path)
+            silent.listen()
+            self.program = self.start(WaylandProgram, self.desktop, {
+                **self.home, "DBUS_SESSION_BUS_ADDRESS": f"unix:path={path}"})
+            self.assertIn(SILENT, self.program.lines)
+            wait_for("the words", lambda: NO_PORTAL in self.program.lines)
+            began = time.monotonic()
+            self.assertEqual(self.program.finish(), 0, self.program.lines)
+            self.assertLess(time.monotonic() - began, ENDS_IN)
 
 
 if __name__ == "__main__":

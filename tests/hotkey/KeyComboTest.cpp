@@ -132,10 +132,10 @@ TEST_F(KeyComboTest, walksAMenuInOrder)
 TEST_F(KeyComboTest, standardKeyCombosAreTheSystemsThenTheMainMenus)
 {
     EXPECT_TRUE(KeyCombo::mainMenuKeyCombos().empty());
-    Menu::main = [] { return std::nullopt; };
+    Menu::main = []() -> std::optional<Menu> { return std::nullopt; };
     EXPECT_TRUE(KeyCombo::mainMenuKeyCombos().empty());
 
-    Menu::main = [] { return Menu{{{"q", ModifierFlags::command, {}}}}; };
+    Menu::main = []() -> std::optional<Menu> { return Menu{{{"q", ModifierFlags::command, {}}}}; };
     backend->symbolicHotKeys = std::vector<SymbolicHotKey>{{true, 49, 0x100}};
     const KeyCombo quit(Key::q, ModifierFlags::command);
     const KeyCombo space(Key::space, ModifierFlags::command);

@@ -4,15 +4,21 @@
 #include "hotkey/HotKey.h"
 #include "hotkey/HotKeysController.h"
 #include "hotkey/makeHotKeyBackend.h"
-#include "platform/PrivateBus.h"
+#include "platform/linux/SessionBus.h"
+#include "session/PrivateBus.h"
+#include "session/SilentBus.h"
 #include "support/Environment.h"
 #include "support/Eventually.h"
+#include "support/LogCapture.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QTemporaryDir>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <memory>
 #include <semaphore>
 #include <thread>
@@ -26,6 +32,7 @@ namespace {
 
 using State = DesktopShortcut::State;
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 constexpr std::uint32_t codeOfT = 17;
 constexpr std::uint32_t codeOfF = 3;
@@ -385,6 +392,30 @@ TEST_F(PortalHotKeyBackendTest, theBusIsReachedOnAnotherThread)
     EXPECT_NE(thread.load(), std::this_thread::get_id());
     mayConnect.release();
     EXPECT_TRUE(waitFor(State::granted));
+}
+
+TEST_F(PortalHotKeyBackendTest, aBusThatNeverAnswersHoldsUpNeitherStartNorEnd)
+{
+    const QTemporaryDir folder;
+    const QByteArray path = folder.path().toLocal8Bit() + "/bus";
+    const test::SilentBus silent(path);
+    ASSERT_TRUE(silent.isListening);
+    const test::Environment session("WAYLAND_DISPLAY", "wayland-0");
+    const test::Environment address("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + path);
+    const test::LogCapture log;
+    avoidSilentSessionBus(50ms); // As the program does before all else.
+
+    QElapsedTimer time;
+    time.start();
+    auto made = makeHotKeyBackend(&postToApplication, {});
+    EXPECT_EQ(made->registerHotKey(codeOfT, carbonOptionBit, someID).status, hotKeyNoError);
+    QCoreApplication::processEvents();
+    made.reset(); // The connection is being made.
+    made = makeHotKeyBackend(&postToApplication, {});
+    EXPECT_EQ(made->registerHotKey(codeOfT, carbonOptionBit, someID).status, hotKeyNoError);
+    EXPECT_TRUE(eventually([&] { return made->desktopShortcut()->state == State::unavailable; }));
+    made.reset();
+    EXPECT_LT(time.elapsed(), 20'000) << "a call that waits for a bus takes 25 s";
 }
 
 TEST_F(PortalHotKeyBackendTest, theFactoryTakesThePortalInAWaylandSession)

@@ -1,7 +1,7 @@
 #include "platform/linux/FreedesktopFileViewer.h"
 
 #include "platform/FakeFileManager.h"
-#include "platform/PrivateBus.h"
+#include "session/PrivateBus.h"
 #include "support/Eventually.h"
 #include "support/LogCapture.h"
 #include "support/ManualBackgroundRunner.h"

@@ -2,7 +2,7 @@
 
 #include "core/BackgroundRunner.h"
 #include "platform/FakeSettingsPortal.h"
-#include "platform/PrivateBus.h"
+#include "session/PrivateBus.h"
 #include "support/Eventually.h"
 #include "support/LogCapture.h"
 #include "support/ManualBackgroundRunner.h"

@@ -1,6 +1,7 @@
 #include "platform/linux/SessionBus.h"
 
-#include "platform/PrivateBus.h"
+#include "session/PrivateBus.h"
+#include "session/SilentBus.h"
 #include "support/Environment.h"
 #include "support/LogCapture.h"
 
@@ -8,10 +9,6 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstddef>
-#include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 using namespace vellumry;
@@ -23,31 +20,6 @@ using namespace std::chrono_literals;
 
 constexpr char address[] = "DBUS_SESSION_BUS_ADDRESS";
 constexpr char runtimeFolder[] = "XDG_RUNTIME_DIR";
-
-/// A bus where nobody ever looks at who calls.
-class SilentBus {
-public:
-    /// `name` is what the kernel calls the socket.
-    explicit SilentBus(const QByteArray& name)
-        : descriptor(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0))
-    {
-        sockaddr_un place = {};
-        place.sun_family = AF_UNIX;
-        std::copy(name.begin(), name.end(), place.sun_path);
-        const auto length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + name.size());
-        isListening = bind(descriptor, reinterpret_cast<const sockaddr*>(&place), length) == 0 &&
-                      listen(descriptor, waitingRoom) == 0;
-    }
-    ~SilentBus() { close(descriptor); }
-    SilentBus(const SilentBus&) = delete;
-    SilentBus& operator=(const SilentBus&) = delete;
-
-    bool isListening = false;
-
-private:
-    static constexpr int waitingRoom = 1;
-    int descriptor;
-};
 
 class SessionBusTest : public testing::Test {
 protected:

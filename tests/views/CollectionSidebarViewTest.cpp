@@ -56,6 +56,23 @@ protected:
         key(Qt::Key_Return);
     }
 
+    /// The names of the rows and buttons, as a screen reader meets them.
+    QStringList readingOrder()
+    {
+        QStringList names;
+        readInto(names, *QAccessible::queryAccessibleInterface(&sidebar()));
+        return names;
+    }
+    static void readInto(QStringList& names, QAccessibleInterface& element)
+    {
+        if (element.state().invisible)
+            return;
+        if (element.role() == QAccessible::ListItem || element.role() == QAccessible::Button)
+            names.append(element.text(QAccessible::Name));
+        for (int index = 0; index < element.childCount(); ++index)
+            readInto(names, *element.child(index));
+    }
+
     template <typename Sheet>
     Sheet* sheet()
     {
@@ -753,6 +770,36 @@ TEST_F(CollectionSidebarViewTest, RowsTellTheirNameCountAndSelection)
     EXPECT_EQ(model.selectedCollection(), u"Home"_s);
     EXPECT_TRUE(home->state().selected);
     EXPECT_TRUE(sidebar().allowKeyboardNav());
+}
+
+TEST_F(CollectionSidebarViewTest, AReaderMeetsTheRowsInTheOrderOfTheScreen)
+{
+    loadFour();
+    open();
+    const auto reads = [this](QStringList rows) {
+        rows.append({u"Shortcuts"_s, u"Settings"_s});
+        EXPECT_THAT(readingOrder(), testing::Contains(u"All Snippets, 4 snippets"_s));
+        EXPECT_EQ(readingOrder().last(rows.size()), rows)
+            << qPrintable(readingOrder().join(u"; "_s));
+    };
+    const QString everything = u"All Snippets, 4 snippets"_s;
+    const QString adding = u"New Collection"_s;
+    const QString home = u"Home, 1 snippet"_s;
+    const QString empty = u"Empty, 0 snippets"_s;
+    reads({everything, adding, u"Work, 3 snippets"_s, home, empty});
+
+    choose(u"Work"_s, u"Rename"_s);
+    pass(100ms);
+    type(u"Office"_s);
+    key(Qt::Key_Return);
+    const QString office = u"Office, 3 snippets"_s;
+    reads({everything, adding, office, home, empty});
+
+    model.moveCollections({2}, 0);
+    reads({everything, adding, empty, office, home});
+
+    editTitle(u"One"_s, u"Uno"_s);
+    reads({everything, u"Unsaved, 1 snippet"_s, adding, empty, office, home});
 }
 
 TEST_F(CollectionSidebarViewTest, OfTheRowsTabReachesTheSelectedOne)

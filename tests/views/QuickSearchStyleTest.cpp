@@ -26,9 +26,9 @@ TEST(QuickSearchStyleTest, greysAreTheGivenLevels)
 
 TEST(QuickSearchStyleTest, iconColoursAreTheGivenOnes)
 {
-    EXPECT_EQ(name(Style::iconOrange), u"#ffff9f0a"_s);
-    EXPECT_EQ(name(Style::iconGreen), u"#ff30d158"_s);
-    EXPECT_EQ(name(Style::iconPink), u"#ffff375f"_s);
+    EXPECT_EQ(name(Style::iconOrange()), u"#ffff9f0a"_s);
+    EXPECT_EQ(name(Style::iconGreen()), u"#ff30d158"_s);
+    EXPECT_EQ(name(Style::iconPink()), u"#ffff375f"_s);
 }
 
 TEST(QuickSearchStyleTest, readsSixAndEightDigits)

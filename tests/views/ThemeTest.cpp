@@ -106,6 +106,22 @@ TEST(ThemeChangeTest, TheTextFollowsTheDesktopsFontWhereAskedTo)
     EXPECT_EQ(changed.size(), 3);
 }
 
+TEST(ThemeChangeTest, AChangeOfTheDesktopsFontIsToldOnceForAllWindows)
+{
+    Theme theme(ColorScheme::light, 1.6); // As if the desktop's font had been large until now.
+    theme.followSystemFont();
+    const QSignalSpy changed(&theme, &Theme::changed);
+    QWindow window;
+    QWindow another;
+    QEvent themeChange(QEvent::ThemeChange);
+    QEvent fontChange(QEvent::ApplicationFontChange);
+    QApplication::sendEvent(&window, &themeChange);
+    EXPECT_EQ(changed.size(), 1);
+    QApplication::sendEvent(&another, &themeChange);
+    QApplication::sendEvent(qApp, &fontChange);
+    EXPECT_EQ(changed.size(), 1);
+}
+
 TEST(ThemeChangeTest, FontsAndLinesFollowTheTextScaleWithinLimits)
 {
     Theme theme(ColorScheme::light, 1);

@@ -2,7 +2,7 @@
 
 #include "core/Scheduler.h"
 #include "platform/linux/SessionBus.h"
-#include "platform/linux/XcbReply.h"
+#include "session/XcbReply.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -19,8 +19,8 @@ namespace vellumry {
 
 namespace {
 
-const QString watcherService = QStringLiteral("org.kde.StatusNotifierWatcher");
-const QString watcherPath = QStringLiteral("/StatusNotifierWatcher");
+constexpr QLatin1StringView watcherService("org.kde.StatusNotifierWatcher");
+constexpr QLatin1StringView watcherPath("/StatusNotifierWatcher");
 
 /// Whether a program on the X display takes items in the older way.
 bool hasTrayOfTheDisplay()

@@ -16,9 +16,9 @@ namespace vellumry {
 
 namespace {
 
-const QString managerService = QStringLiteral("org.freedesktop.FileManager1");
-const QString managerPath = QStringLiteral("/org/freedesktop/FileManager1");
-const QString opener = QStringLiteral("xdg-open");
+constexpr QLatin1StringView managerService("org.freedesktop.FileManager1");
+constexpr QLatin1StringView managerPath("/org/freedesktop/FileManager1");
+constexpr QLatin1StringView opener("xdg-open");
 
 } // namespace
 

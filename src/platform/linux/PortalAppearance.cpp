@@ -2,6 +2,7 @@
 
 #include "core/BackgroundRunner.h"
 #include "core/Log.h"
+#include "session/PortalRequest.h"
 
 #include <QDBusError>
 #include <QDBusMessage>
@@ -16,15 +17,13 @@ namespace {
 
 constexpr QStringView logName = u"PortalAppearance";
 
-const QString portalService = QStringLiteral("org.freedesktop.portal.Desktop");
-const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
-const QString settingsInterface = QStringLiteral("org.freedesktop.portal.Settings");
-const QString appearanceGroup = QStringLiteral("org.freedesktop.appearance");
-const QString schemeKey = QStringLiteral("color-scheme");
+constexpr QLatin1StringView settingsInterface("org.freedesktop.portal.Settings");
+constexpr QLatin1StringView appearanceGroup("org.freedesktop.appearance");
+constexpr QLatin1StringView schemeKey("color-scheme");
 
 /// The method of today, and the one that older portals have instead.
-const QString readOneMethod = QStringLiteral("ReadOne");
-const QString readMethod = QStringLiteral("Read");
+constexpr QLatin1StringView readOneMethod("ReadOne");
+constexpr QLatin1StringView readMethod("Read");
 
 void tellWhyNot(const QString& reason)
 {
@@ -59,8 +58,8 @@ void PortalAppearance::follow(QDBusConnection bus)
 void PortalAppearance::ask(const QDBusConnection& bus, const QString& method)
 {
     QDBusMessage question =
-        QDBusMessage::createMethodCall(portalService, portalPath, settingsInterface, method);
-    question << appearanceGroup << schemeKey;
+        QDBusMessage::createMethodCall(portalName, portalPath, settingsInterface, method);
+    question << QString(appearanceGroup) << QString(schemeKey);
     auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, bus, method, watcher] {
         watcher->deleteLater();

@@ -1,6 +1,6 @@
 #include "platform/linux/X11WindowActivation.h"
 
-#include "platform/linux/XcbReply.h"
+#include "session/XcbReply.h"
 
 #include <QGuiApplication>
 #include <QWindow>

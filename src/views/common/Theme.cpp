@@ -8,6 +8,7 @@
 #include <QFontInfo>
 
 #include <algorithm>
+#include <utility>
 
 namespace vellumry {
 
@@ -100,9 +101,28 @@ void Theme::setTextScale(qreal scale)
     Q_EMIT changed();
 }
 
+Theme::SystemFonts Theme::systemFonts()
+{
+    return {QFontDatabase::systemFont(QFontDatabase::GeneralFont),
+            QFontDatabase::systemFont(QFontDatabase::FixedFont)};
+}
+
 void Theme::followSystemFont()
 {
+    followedFonts = systemFonts();
+    // Through the application, since some news come to the windows and to nobody else.
     qApp->installEventFilter(this);
+}
+
+void Theme::takeSystemFont()
+{
+    const SystemFonts fonts = systemFonts();
+    const qreal scale = systemTextScale();
+    // Another family of the same size is another look, too.
+    if (std::exchange(followedFonts, fonts) == fonts && qFuzzyCompare(currentScale, scale))
+        return;
+    currentScale = scale;
+    Q_EMIT changed();
 }
 
 bool Theme::eventFilter(QObject* watched, QEvent* event)
@@ -110,10 +130,8 @@ bool Theme::eventFilter(QObject* watched, QEvent* event)
     // The one comes from a desktop's own theme, the other from the toolkit's.
     const bool isFontChange = (event->type() == QEvent::ApplicationFontChange && watched == qApp) ||
                               (event->type() == QEvent::ThemeChange && watched->isWindowType());
-    if (isFontChange) {
-        currentScale = systemTextScale();
-        Q_EMIT changed(); // another family of the same size is another look, too
-    }
+    if (isFontChange)
+        takeSystemFont();
     return false;
 }
 

@@ -7,6 +7,8 @@
 #include <QObject>
 #include <QPalette>
 
+#include <array>
+
 namespace vellumry {
 
 /// What a text is, which decides its font and the height of its line.
@@ -68,8 +70,14 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    using SystemFonts = std::array<QFont, 2>; ///< for texts, and of one width
+
+    [[nodiscard]] static SystemFonts systemFonts();
+    void takeSystemFont();
+
     ColorScheme currentScheme;
     qreal currentScale;
+    SystemFonts followedFonts;
 };
 
 } // namespace vellumry

@@ -10,8 +10,8 @@ namespace vellumry {
 
 namespace {
 
-const QString headline = QStringLiteral("No results found");
-const QString advice = QStringLiteral("Try different keywords");
+constexpr QStringView headline = u"No results found";
+constexpr QStringView advice = u"Try different keywords";
 
 constexpr int symbolSize = 40;
 constexpr int symbolGap = 14;
@@ -25,8 +25,8 @@ constexpr int raisedBy = 6; // the middle that the eye sees lies above the true 
 
 DarkPaletteEmptyState::DarkPaletteEmptyState(QWidget* parent) : QWidget(parent)
 {
-    setAccessibleName(headline);
-    setAccessibleDescription(advice);
+    setAccessibleName(headline.toString());
+    setAccessibleDescription(advice.toString());
 }
 
 void DarkPaletteEmptyState::paintEvent(QPaintEvent*)
@@ -40,12 +40,12 @@ void DarkPaletteEmptyState::paintEvent(QPaintEvent*)
     y += symbolSize + symbolGap;
     painter.setFont(uiFont(15, QFont::DemiBold));
     painter.setPen(QuickSearchStyle::text);
-    painter.drawText(QRect(0, y, width(), headlineHeight), Qt::AlignCenter, headline);
+    painter.drawText(QRect(0, y, width(), headlineHeight), Qt::AlignCenter, headline.toString());
 
     y += headlineHeight + lineGap;
     painter.setFont(uiFont(13));
     painter.setPen(QuickSearchStyle::badgeText);
-    painter.drawText(QRect(0, y, width(), adviceHeight), Qt::AlignCenter, advice);
+    painter.drawText(QRect(0, y, width(), adviceHeight), Qt::AlignCenter, advice.toString());
 }
 
 } // namespace vellumry

@@ -13,10 +13,8 @@ namespace vellumry {
 
 namespace {
 
-const std::array<DarkKeyboardHint, 3> hints{
-    {{QStringLiteral("↵"), QStringLiteral("Copy")},
-     {QStringLiteral("→"), QStringLiteral("Open")},
-     {QStringLiteral("esc"), QStringLiteral("Close")}},
+constexpr std::array<DarkKeyboardHint, 3> hints{
+    {{u"↵", u"Copy"}, {u"→", u"Open"}, {u"esc", u"Close"}},
 };
 
 constexpr int marginLeft = 18;
@@ -56,22 +54,24 @@ void PaletteFooter::paintEvent(QPaintEvent*)
 
     int right = width() - marginRight;
     for (auto hint = hints.rbegin(); hint != hints.rend(); ++hint) {
-        const int labelWidth = labelMetrics.horizontalAdvance(hint->label);
+        const QString label = hint->label.toString();
+        const int labelWidth = labelMetrics.horizontalAdvance(label);
         painter.setFont(labelFont);
         painter.setPen(QuickSearchStyle::badgeText);
         painter.drawText(QRect(right - labelWidth, 0, labelWidth, height()), Qt::AlignCenter,
-                         hint->label);
+                         label);
         right -= labelWidth + labelGap;
 
+        const QString key = hint->key.toString();
         const int keyWidth = std::max(QuickSearchStyle::keycapSize,
-                                      keyMetrics.horizontalAdvance(hint->key) + 2 * keyPadding);
+                                      keyMetrics.horizontalAdvance(key) + 2 * keyPadding);
         const QRect cap(right - keyWidth, (height() - QuickSearchStyle::keycapSize) / 2, keyWidth,
                         QuickSearchStyle::keycapSize);
         fillRounded(painter, cap, keyRadius, QuickSearchStyle::keycapFill);
         strokeRounded(painter, cap, keyRadius, QuickSearchStyle::keycapStroke);
         painter.setFont(keyFont);
         painter.setPen(QuickSearchStyle::keycapText);
-        painter.drawText(cap, Qt::AlignCenter, hint->key);
+        painter.drawText(cap, Qt::AlignCenter, key);
         right -= keyWidth + hintGap;
     }
 }

@@ -1,14 +1,14 @@
 #pragma once
 
-#include <QString>
+#include <QStringView>
 #include <QWidget>
 
 namespace vellumry {
 
 /// A key and what it does.
 struct DarkKeyboardHint {
-    QString key;
-    QString label;
+    QStringView key;
+    QStringView label;
 };
 
 /// The palette's foot: the program's name, and the keys.

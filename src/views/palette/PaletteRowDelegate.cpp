@@ -58,10 +58,10 @@ QColor symbolColor(const QString& symbol)
     if (symbol == u"macwindow")
         return QuickSearchStyle::iconNeutral;
     if (symbol == u"lock")
-        return QuickSearchStyle::iconPink;
+        return QuickSearchStyle::iconPink();
     if (symbol == u"lock.shield")
-        return QuickSearchStyle::iconGreen;
-    return QuickSearchStyle::iconOrange;
+        return QuickSearchStyle::iconGreen();
+    return QuickSearchStyle::iconOrange();
 }
 
 QStaticText laidOut(const QString& text, const QFont& font)
@@ -200,7 +200,7 @@ void PaletteRowDelegate::paintTrailing(QPainter& painter, const QRect& rect, con
     if (row.isCopied) {
         Icon(QStringLiteral("checkmark"))
             .paint(painter, {right - symbolSize, centerY - symbolSize / 2.0}, symbolSize,
-                   QuickSearchStyle::iconGreen);
+                   QuickSearchStyle::iconGreen());
         return;
     }
     if (!row.badge.isEmpty()) {
@@ -209,7 +209,7 @@ void PaletteRowDelegate::paintTrailing(QPainter& painter, const QRect& rect, con
                            QuickSearchStyle::badgeHeight);
         fillRounded(painter, badge, badgeRadius, QuickSearchStyle::badgeFill);
         painter.setFont(badgeFont);
-        painter.setPen(row.kind == PaletteRowKind::calculator ? QuickSearchStyle::iconOrange
+        painter.setPen(row.kind == PaletteRowKind::calculator ? QuickSearchStyle::iconOrange()
                                                               : secondary);
         drawCentered(painter, badge.x() + badgePadding, centerY, text.badge);
         right = badge.x() - QuickSearchStyle::rowPadding;

@@ -4,9 +4,10 @@ namespace vellumry {
 
 namespace {
 
-QColor gray(float white)
+constexpr QColor gray(float white)
 {
-    return QColor::fromRgbF(white, white, white);
+    const int level = static_cast<int>(white * 255 + 0.5F);
+    return {level, level, level};
 }
 
 constexpr QColor white(int alpha)
@@ -21,31 +22,43 @@ constexpr QColor pink(0xE2, 0x50, 0x8F);
 
 } // namespace
 
-const QColor QuickSearchStyle::background(0x17, 0x17, 0x17);
-const QColor QuickSearchStyle::stroke = white(0x24);
-const QColor QuickSearchStyle::hairline = white(0x14);
-const QColor QuickSearchStyle::text(0xF2, 0xF2, 0xF2);
-const QColor QuickSearchStyle::fieldText(Qt::white);
-const QColor QuickSearchStyle::placeholder = gray(0.4F);
-const QColor QuickSearchStyle::caret(0x62, 0xC6, 0xD5);
-const QColor QuickSearchStyle::textSelection(0x2A, 0x43, 0x47);
-const QColor QuickSearchStyle::subtleTextColor = gray(0.5F);
-const QColor QuickSearchStyle::faintTextColor = gray(0.35F);
-const QColor QuickSearchStyle::selectionBackground = gray(0.18F);
-const QColor QuickSearchStyle::selectionStroke = white(0x1A);
-const QColor QuickSearchStyle::hoverBackground = gray(0.15F);
-const QColor QuickSearchStyle::badgeText = gray(0.6F);
-const QColor QuickSearchStyle::badgeFill = white(0x14);
-const QColor QuickSearchStyle::textOnSelection(0xAB, 0xAB, 0xAB);
-const QColor QuickSearchStyle::iconNeutral(0xC7, 0xC7, 0xC7);
-const QColor QuickSearchStyle::iconOrange = color(QStringLiteral("FF9F0A"), orange);
-const QColor QuickSearchStyle::iconGreen = color(QStringLiteral("30D158"), green);
-const QColor QuickSearchStyle::iconPink = color(QStringLiteral("FF375F"), pink);
-const QColor QuickSearchStyle::keycapFill = white(0x12);
-const QColor QuickSearchStyle::keycapStroke = white(0x1F);
-const QColor QuickSearchStyle::keycapText(0xC7, 0xC7, 0xC7);
-const QColor QuickSearchStyle::scrollHandle = white(0x33);
-const QColor QuickSearchStyle::scrollHandleHover = white(0x66);
+constinit const QColor QuickSearchStyle::background(0x17, 0x17, 0x17);
+constinit const QColor QuickSearchStyle::stroke = white(0x24);
+constinit const QColor QuickSearchStyle::hairline = white(0x14);
+constinit const QColor QuickSearchStyle::text(0xF2, 0xF2, 0xF2);
+constinit const QColor QuickSearchStyle::fieldText(0xFF, 0xFF, 0xFF);
+constinit const QColor QuickSearchStyle::placeholder = gray(0.4F);
+constinit const QColor QuickSearchStyle::caret(0x62, 0xC6, 0xD5);
+constinit const QColor QuickSearchStyle::textSelection(0x2A, 0x43, 0x47);
+constinit const QColor QuickSearchStyle::subtleTextColor = gray(0.5F);
+constinit const QColor QuickSearchStyle::faintTextColor = gray(0.35F);
+constinit const QColor QuickSearchStyle::selectionBackground = gray(0.18F);
+constinit const QColor QuickSearchStyle::selectionStroke = white(0x1A);
+constinit const QColor QuickSearchStyle::hoverBackground = gray(0.15F);
+constinit const QColor QuickSearchStyle::badgeText = gray(0.6F);
+constinit const QColor QuickSearchStyle::badgeFill = white(0x14);
+constinit const QColor QuickSearchStyle::textOnSelection(0xAB, 0xAB, 0xAB);
+constinit const QColor QuickSearchStyle::iconNeutral(0xC7, 0xC7, 0xC7);
+constinit const QColor QuickSearchStyle::keycapFill = white(0x12);
+constinit const QColor QuickSearchStyle::keycapStroke = white(0x1F);
+constinit const QColor QuickSearchStyle::keycapText(0xC7, 0xC7, 0xC7);
+constinit const QColor QuickSearchStyle::scrollHandle = white(0x33);
+constinit const QColor QuickSearchStyle::scrollHandleHover = white(0x66);
+
+QColor QuickSearchStyle::iconOrange()
+{
+    return color(QStringLiteral("FF9F0A"), orange);
+}
+
+QColor QuickSearchStyle::iconGreen()
+{
+    return color(QStringLiteral("30D158"), green);
+}
+
+QColor QuickSearchStyle::iconPink()
+{
+    return color(QStringLiteral("FF375F"), pink);
+}
 
 QColor QuickSearchStyle::color(const QString& hex, const QColor& fallback)
 {

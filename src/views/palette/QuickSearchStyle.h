@@ -24,9 +24,6 @@ struct QuickSearchStyle {
     static const QColor badgeFill;
     static const QColor textOnSelection; ///< secondary text of the selected row
     static const QColor iconNeutral;
-    static const QColor iconOrange;
-    static const QColor iconGreen;
-    static const QColor iconPink;
     static const QColor keycapFill;
     static const QColor keycapStroke;
     static const QColor keycapText;
@@ -50,6 +47,10 @@ struct QuickSearchStyle {
     static constexpr int iconSlot = 20;
     static constexpr int badgeHeight = 20;
     static constexpr int keycapSize = 20;
+
+    [[nodiscard]] static QColor iconOrange();
+    [[nodiscard]] static QColor iconGreen();
+    [[nodiscard]] static QColor iconPink();
 
     /// RRGGBB or RRGGBBAA, around which white space, and in which any "#", counts for nothing.
     /// `fallback` stands in for any other text.

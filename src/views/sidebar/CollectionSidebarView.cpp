@@ -106,6 +106,10 @@ CollectionSidebarView::CollectionSidebarView(const Dependencies& dependencies, Q
     setAccessibleName(QStringLiteral("Collections"));
     setFixedWidth(sidebarWidth);
     buildFooter();
+    // Screen readers meet things in the order in which they lie upon each other.
+    footer->raise();
+    add->raise();
+    newField->raise();
     add->setSymbol(QStringLiteral("plus"), addSymbol);
     add->setSide(addSide);
     newField->hide();
@@ -257,10 +261,12 @@ void CollectionSidebarView::refresh()
     // To read the names can create collections, which is announced in the midst of it.
     if (std::exchange(isRefreshing, true))
         return;
-    names = services.viewModel.collections();
+    const QStringList before = std::exchange(names, services.viewModel.collections());
     names.removeDuplicates(); // two collections of one name have one row
     isRefreshing = false;
     refreshCollectionRows();
+    if (names != before)
+        stackCollectionRows();
     showRows();
     placeRows();
 }
@@ -286,6 +292,13 @@ void CollectionSidebarView::refreshCollectionRows()
         if (!rows.contains(name))
             rows.insert(name, makeCollectionRow(name));
     }
+}
+
+/// Puts the rows in their order for screen readers, too.
+void CollectionSidebarView::stackCollectionRows()
+{
+    for (const QString& name : std::as_const(names))
+        rows[name]->raise();
 }
 
 CollectionRowView* CollectionSidebarView::makeCollectionRow(const QString& name)

@@ -119,6 +119,7 @@ private:
 
     void refresh();
     void refreshCollectionRows();
+    void stackCollectionRows();
     void showRows();
     void placeRows();
     /// Lets the rows slide to the places that they have after the change.

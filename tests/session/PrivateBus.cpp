@@ -1,4 +1,4 @@
-#include "platform/PrivateBus.h"
+#include "session/PrivateBus.h"
 
 #include <QTemporaryFile>
 #include <QUuid>
