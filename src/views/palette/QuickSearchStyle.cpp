@@ -4,9 +4,9 @@ namespace vellumry {
 
 namespace {
 
-constexpr QColor gray(float white)
+constexpr QColor gray(int percentOfWhite)
 {
-    const int level = static_cast<int>(white * 255 + 0.5F);
+    const int level = (percentOfWhite * 255 + 50) / 100; // rounded
     return {level, level, level};
 }
 
@@ -27,15 +27,15 @@ constinit const QColor QuickSearchStyle::stroke = white(0x24);
 constinit const QColor QuickSearchStyle::hairline = white(0x14);
 constinit const QColor QuickSearchStyle::text(0xF2, 0xF2, 0xF2);
 constinit const QColor QuickSearchStyle::fieldText(0xFF, 0xFF, 0xFF);
-constinit const QColor QuickSearchStyle::placeholder = gray(0.4F);
+constinit const QColor QuickSearchStyle::placeholder = gray(40);
 constinit const QColor QuickSearchStyle::caret(0x62, 0xC6, 0xD5);
 constinit const QColor QuickSearchStyle::textSelection(0x2A, 0x43, 0x47);
-constinit const QColor QuickSearchStyle::subtleTextColor = gray(0.5F);
-constinit const QColor QuickSearchStyle::faintTextColor = gray(0.35F);
-constinit const QColor QuickSearchStyle::selectionBackground = gray(0.18F);
+constinit const QColor QuickSearchStyle::subtleTextColor = gray(50);
+constinit const QColor QuickSearchStyle::faintTextColor = gray(35);
+constinit const QColor QuickSearchStyle::selectionBackground = gray(18);
 constinit const QColor QuickSearchStyle::selectionStroke = white(0x1A);
-constinit const QColor QuickSearchStyle::hoverBackground = gray(0.15F);
-constinit const QColor QuickSearchStyle::badgeText = gray(0.6F);
+constinit const QColor QuickSearchStyle::hoverBackground = gray(15);
+constinit const QColor QuickSearchStyle::badgeText = gray(60);
 constinit const QColor QuickSearchStyle::badgeFill = white(0x14);
 constinit const QColor QuickSearchStyle::textOnSelection(0xAB, 0xAB, 0xAB);
 constinit const QColor QuickSearchStyle::iconNeutral(0xC7, 0xC7, 0xC7);
