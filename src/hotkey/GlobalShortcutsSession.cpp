@@ -22,6 +22,7 @@ using NamedShortcuts = QList<NamedShortcut>;
 
 constexpr QLatin1StringView interfaceName("org.freedesktop.portal.GlobalShortcuts");
 constexpr QLatin1StringView sessionInterface("org.freedesktop.portal.Session");
+constexpr QLatin1StringView shortcutsKey("shortcuts");
 
 QDBusMessage callOf(const QString& service, const QString& interface, const QString& method)
 {
@@ -93,16 +94,22 @@ void GlobalShortcutsSession::createSession(const QDBusMessage& version)
             const QVariant handle = results.value(QStringLiteral("session_handle"));
             session = handle.canConvert<QDBusObjectPath>() ? handle.value<QDBusObjectPath>().path()
                                                            : handle.toString();
-            if (code == PortalRequest::granted && !session.isEmpty())
-                bindShortcut();
-            else
+            if (code != PortalRequest::granted || session.isEmpty()) {
                 set(State::refused);
+                return;
+            }
+            hearSession();
+            if (!takeShortcuts(results.value(shortcutsKey)))
+                bindShortcut();
         });
+    // Some desktops, as KDE Plasma 5.27, give shortcuts with the session alone: there, to bind them
+    // only opens a settings page. Others leave the option out of account.
     created.call(portal, interfaceName, QStringLiteral("CreateSession"), {},
-                 {{QStringLiteral("session_handle_token"), PortalRequest::newToken()}});
+                 {{QStringLiteral("session_handle_token"), PortalRequest::newToken()},
+                  {shortcutsKey, wanted()}});
 }
 
-void GlobalShortcutsSession::bindShortcut()
+void GlobalShortcutsSession::hearSession()
 {
     const auto hear = [this](const QString& signal, const char* slot) {
         bus.connect(portal, portalPath, interfaceName, signal, this, slot);
@@ -112,22 +119,26 @@ void GlobalShortcutsSession::bindShortcut()
     hear(QStringLiteral("ShortcutsChanged"), SLOT(hearShortcutsChanged(QDBusMessage)));
     bus.connect(portal, session, sessionInterface, QStringLiteral("Closed"), this,
                 SLOT(hearClosed()));
+}
 
+QVariant GlobalShortcutsSession::wanted() const
+{
+    return QVariant::fromValue(
+        NamedShortcuts{{with.id,
+                        {{QStringLiteral("description"), with.description},
+                         {QStringLiteral("preferred_trigger"), with.trigger}}}});
+}
+
+void GlobalShortcutsSession::bindShortcut()
+{
     PortalRequest& bound = request();
     connect(&bound, &PortalRequest::answered, this, [this](uint code, const QVariantMap& results) {
-        if (code == PortalRequest::granted)
-            takeShortcuts(results.value(QStringLiteral("shortcuts")));
-        else
+        if (code != PortalRequest::granted || !takeShortcuts(results.value(shortcutsKey)))
             set(State::refused);
     });
-    const NamedShortcuts shortcuts{{with.id,
-                                    {{QStringLiteral("description"), with.description},
-                                     {QStringLiteral("preferred_trigger"), with.trigger}}}};
     const QString noWindow;
-    bound.call(
-        portal, interfaceName, QStringLiteral("BindShortcuts"),
-        {QVariant::fromValue(QDBusObjectPath(session)), QVariant::fromValue(shortcuts), noWindow},
-        {});
+    bound.call(portal, interfaceName, QStringLiteral("BindShortcuts"),
+               {QVariant::fromValue(QDBusObjectPath(session)), wanted(), noWindow}, {});
 }
 
 PortalRequest& GlobalShortcutsSession::request()
@@ -137,16 +148,17 @@ PortalRequest& GlobalShortcutsSession::request()
     return *made;
 }
 
-void GlobalShortcutsSession::takeShortcuts(const QVariant& shortcuts)
+/// Whether ours is among them; then it is in force, with the keys that they tell.
+bool GlobalShortcutsSession::takeShortcuts(const QVariant& shortcuts)
 {
     const auto named = qdbus_cast<NamedShortcuts>(shortcuts);
     const auto own = std::find_if(named.begin(), named.end(), [this](const NamedShortcut& each) {
         return each.first == with.id;
     });
     if (own == named.end())
-        set(State::refused);
-    else
-        set(State::granted, own->second.value(QStringLiteral("trigger_description")).toString());
+        return false;
+    set(State::granted, own->second.value(QStringLiteral("trigger_description")).toString());
+    return true;
 }
 
 void GlobalShortcutsSession::set(State state, const QString& trigger)
@@ -181,8 +193,8 @@ void GlobalShortcutsSession::hearDeactivated(const QDBusMessage& signal)
 
 void GlobalShortcutsSession::hearShortcutsChanged(const QDBusMessage& signal)
 {
-    if (isOurs(signal))
-        takeShortcuts(signal.arguments().value(1));
+    if (isOurs(signal) && !takeShortcuts(signal.arguments().value(1)))
+        set(State::refused);
 }
 
 void GlobalShortcutsSession::hearClosed()

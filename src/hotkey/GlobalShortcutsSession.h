@@ -58,8 +58,10 @@ private:
     void introduce();
     void readVersion(const QDBusMessage& registered);
     void createSession(const QDBusMessage& version);
+    void hearSession();
     void bindShortcut();
-    void takeShortcuts(const QVariant& shortcuts);
+    [[nodiscard]] QVariant wanted() const;
+    bool takeShortcuts(const QVariant& shortcuts);
     void set(DesktopShortcut::State state, const QString& trigger = {});
     [[nodiscard]] bool isOurs(const QDBusMessage& signal) const;
 

@@ -132,6 +132,16 @@ void FakeGlobalShortcutsPortal::note(const QString& call)
         onCall(call);
 }
 
+void FakeGlobalShortcutsPortal::noteShortcut(const QString& call,
+                                             const std::pair<QString, QVariantMap>& shortcut)
+{
+    id = shortcut.first;
+    description = shortcut.second.value(QStringLiteral("description")).toString();
+    note(QStringLiteral("%1 %2 \"%3\" %4")
+             .arg(call, id, description,
+                  shortcut.second.value(QStringLiteral("preferred_trigger")).toString()));
+}
+
 void FakeGlobalShortcutsPortal::fail(const QDBusMessage& message, const QString& error)
 {
     connection.send(message.createErrorReply(error, QStringLiteral("not here")));
@@ -169,6 +179,11 @@ void FakeGlobalShortcutsPortal::createSession(const QDBusMessage& message)
             tellsSessionAsPath ? QVariant::fromValue(QDBusObjectPath(session)) : QVariant(session);
         results.insert(QStringLiteral("session_handle"), handle);
     }
+    const auto asked = qdbus_cast<Shortcuts>(options.value(QStringLiteral("shortcuts")));
+    if (bindsWithSession && asked.size() == 1) {
+        noteShortcut(QStringLiteral("with the session:"), asked.first());
+        results.insert(QStringLiteral("shortcuts"), shortcuts());
+    }
     respond(message, options, answerToSession, results);
 }
 
@@ -183,13 +198,9 @@ void FakeGlobalShortcutsPortal::bindShortcuts(const QDBusMessage& message)
         fail(message, QStringLiteral("org.freedesktop.portal.Error.InvalidArgument"));
         return;
     }
-    id = asked.first().first;
-    description = asked.first().second.value(QStringLiteral("description")).toString();
-    note(QStringLiteral("BindShortcuts %1 \"%2\" %3")
-             .arg(id, description,
-                  asked.first().second.value(QStringLiteral("preferred_trigger")).toString()));
+    noteShortcut(QStringLiteral("BindShortcuts"), asked.first());
     QVariantMap results;
-    if (answerToBinding == 0)
+    if (answerToBinding == 0 && !bindsWithSession)
         results.insert(QStringLiteral("shortcuts"), shortcuts());
     respond(message, qdbus_cast<QVariantMap>(arguments.value(3)), answerToBinding, results);
 }

@@ -33,6 +33,7 @@ public:
     bool isThinking = false;                   ///< Whether requests wait for answerRequest().
     uint answerToSession = 0;                  ///< The code of the response.
     uint answerToBinding = 0;                  ///< The same.
+    bool bindsWithSession = false;             ///< As KDE Plasma 5.27 does, and in no other way.
     bool takesShortcut = true;                 ///< Or leaves it out of what it has bound.
     QString trigger = QStringLiteral("Alt+T"); ///< What the person has chosen.
 
@@ -58,6 +59,7 @@ public:
 
 private:
     void note(const QString& call);
+    void noteShortcut(const QString& call, const std::pair<QString, QVariantMap>& shortcut);
     void fail(const QDBusMessage& message, const QString& error);
     void respond(const QDBusMessage& message, const QVariantMap& options, uint code,
                  const QVariantMap& results);

@@ -131,6 +131,21 @@ TEST_F(PortalHotKeyBackendTest, tellsANewerPortalFirstWhoItIs)
               (QStringList{u"Register org.vellumry.Vellumry"_s, created, boundAltT}));
 }
 
+TEST_F(PortalHotKeyBackendTest, takesAShortcutThatComesWithTheSession)
+{
+    portal->bindsWithSession = true;
+    bindAltT();
+    EXPECT_EQ(backend->desktopShortcut()->trigger, "Alt+T");
+    EXPECT_EQ(
+        portal->calls,
+        (QStringList{created, u"with the session: toggle-palette \"Open the palette\" ALT+t"_s}))
+        << "to bind it as well would open a settings page at each start";
+    portal->press(5);
+    ASSERT_TRUE(waitForEvents(1));
+    portal->changeTrigger(u"Meta+V"_s);
+    EXPECT_TRUE(waitForTrigger("Meta+V"));
+}
+
 TEST_F(PortalHotKeyBackendTest, understandsOlderPortals)
 {
     portal->choosesRequestPaths = true;

@@ -1,6 +1,6 @@
 #include "platform/linux/GlobalMenu.h"
 
-#include "platform/PrivateBus.h"
+#include "session/PrivateBus.h"
 #include "support/Eventually.h"
 
 #include <gtest/gtest.h>
