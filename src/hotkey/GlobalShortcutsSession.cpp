@@ -105,8 +105,7 @@ void GlobalShortcutsSession::createSession(const QDBusMessage& version)
     // Some desktops, as KDE Plasma 5.27, give shortcuts with the session alone: there, to bind them
     // only opens a settings page. Others leave the option out of account.
     created.call(portal, interfaceName, QStringLiteral("CreateSession"), {},
-                 {{QStringLiteral("session_handle_token"), PortalRequest::newToken()},
-                  {shortcutsKey, wanted()}});
+                 {{QStringLiteral("session_handle_token"), token()}, {shortcutsKey, wanted()}});
 }
 
 void GlobalShortcutsSession::hearSession()
@@ -119,6 +118,18 @@ void GlobalShortcutsSession::hearSession()
     hear(QStringLiteral("ShortcutsChanged"), SLOT(hearShortcutsChanged(QDBusMessage)));
     bus.connect(portal, session, sessionInterface, QStringLiteral("Closed"), this,
                 SLOT(hearClosed()));
+}
+
+/// The same at each start: KDE Plasma 5.27 keeps a shortcut's keys under it, and gives those keys
+/// to nobody else. With the wish in it, since there a shortcut of old keeps its old keys.
+QString GlobalShortcutsSession::token() const
+{
+    QString token = QStringLiteral("vellumry_") + with.trigger;
+    for (QChar& each : token) {
+        if (each.unicode() > 0x7f || !each.isLetterOrNumber())
+            each = u'_';
+    }
+    return token;
 }
 
 QVariant GlobalShortcutsSession::wanted() const

@@ -60,6 +60,7 @@ private:
     void createSession(const QDBusMessage& version);
     void hearSession();
     void bindShortcut();
+    [[nodiscard]] QString token() const;
     [[nodiscard]] QVariant wanted() const;
     bool takeShortcuts(const QVariant& shortcuts);
     void set(DesktopShortcut::State state, const QString& trigger = {});

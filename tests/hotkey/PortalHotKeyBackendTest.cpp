@@ -146,6 +146,18 @@ TEST_F(PortalHotKeyBackendTest, takesAShortcutThatComesWithTheSession)
     EXPECT_TRUE(waitForTrigger("Meta+V"));
 }
 
+TEST_F(PortalHotKeyBackendTest, hasTheSameSessionAtEachStartWithTheSameKeys)
+{
+    bindAltT();
+    const QString token = portal->session.section(u'/', -1);
+    EXPECT_EQ(token, u"vellumry_ALT_t"_s);
+    portal->vanish();
+    ASSERT_TRUE(waitFor(State::unavailable));
+    ASSERT_TRUE(portal->appear());
+    ASSERT_TRUE(waitFor(State::granted));
+    EXPECT_EQ(portal->session.section(u'/', -1), token);
+}
+
 TEST_F(PortalHotKeyBackendTest, understandsOlderPortals)
 {
     portal->choosesRequestPaths = true;
