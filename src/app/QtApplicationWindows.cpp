@@ -1,11 +1,12 @@
 #include "app/QtApplicationWindows.h"
 
 #include "app/AppCommands.h"
+#include "core/Scheduler.h"
 #include "platform/PanelActivation.h"
 #include "platform/linux/SessionBus.h"
 #include "views/common/SheetHost.h"
 #include "views/palette/KeyablePanel.h"
-#include "views/window/ColumnsGround.h"
+#include "views/window/ContentsGround.h"
 #include "views/window/MainContentView.h"
 #include "views/window/MainWindow.h"
 #include "views/window/SettingsWindow.h"
@@ -17,7 +18,6 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QScreen>
-#include <QTimer>
 #include <QWindow>
 
 #include <algorithm>
@@ -150,8 +150,8 @@ void QtApplicationWindows::openWindowOfGroup()
 void QtApplicationWindows::openWindowOfGroupAtOnce(std::function<void()> whenFilled)
 {
     MainWindow& window = makeWindowOfGroup();
-    ColumnsGround* ground = with.makeGround();
-    window.setCentralWidget(ground);
+    ContentsGround* ground = with.makeGround();
+    window.setGround(ground);
     fillFirstWindow = [this, window = QPointer(&window), done = std::move(whenFilled)] {
         if (window) {
             fill(*window);
@@ -160,9 +160,11 @@ void QtApplicationWindows::openWindowOfGroupAtOnce(std::function<void()> whenFil
         }
         done();
     };
-    connect(ground, &ColumnsGround::painted, this, &QtApplicationWindows::fillWindow);
-    // A desktop need not show a window that it is asked to show.
-    QTimer::singleShot(paintPatience, this, &QtApplicationWindows::fillWindow);
+    connect(ground, &ContentsGround::painted, this, &QtApplicationWindows::fillWindow);
+    // A desktop need not show a window that it is asked to show. The time counts from when there
+    // are events to handle.
+    with.scheduler.after(
+        0ms, this, [this] { with.scheduler.after(paintPatience, this, [this] { fillWindow(); }); });
     handleOf(window).makeKeyAndOrderFront();
 }
 

@@ -12,9 +12,10 @@ class QWidget;
 namespace vellumry {
 
 class AppCommands;
-class ColumnsGround;
+class ContentsGround;
 class MainWindow;
 class PanelActivation;
+class Scheduler;
 class SettingsWindow;
 
 /// The program's windows, which are Qt's top-level widgets, and the window group that makes the
@@ -26,8 +27,9 @@ public:
     struct Dependencies {
         PanelActivation& activation;
         std::function<AppCommands&()> commands; ///< which outlive the windows
+        Scheduler& scheduler;
         /// What stands in the main window until it has its contents.
-        std::function<ColumnsGround*()> makeGround;
+        std::function<ContentsGround*()> makeGround;
         /// What the windows are filled with; each call makes new contents.
         std::function<QWidget*()> makeMainContents;
         std::function<QWidget*()> makeSettingsContents;

@@ -37,8 +37,9 @@ void RemoteCommands::ActivateAction(const QString& name, const QVariantList&,
 void RemoteCommands::post(StartCommand command, const QVariantMap& platformData)
 {
     // Older launchers have but one name for what they give.
-    const QVariant token = platformData.value(tokenKey, platformData.value(startupIdKey));
-    post({command, token.toString().toUtf8()});
+    const QString token = platformData.value(tokenKey).toString();
+    post({command,
+          (token.isEmpty() ? platformData.value(startupIdKey).toString() : token).toUtf8()});
 }
 
 void RemoteCommands::post(const Request& request)

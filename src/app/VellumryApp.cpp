@@ -21,7 +21,7 @@
 #include "storage/CollectionFileStorageService.h"
 #include "storage/StorageLocationManager.h"
 #include "views/common/FileDialog.h"
-#include "views/window/ColumnsGround.h"
+#include "views/window/ContentsGround.h"
 
 #include <QApplication>
 #include <QScopeGuard>
@@ -196,7 +196,15 @@ VellumryApp::VellumryApp()
           {.container = container, .theme = [this]() -> Theme& { return contents.theme(); }}),
       windows({.activation = *panelActivation,
                .commands = [this]() -> AppCommands& { return commands(); },
-               .makeGround = [this] { return new ColumnsGround(contents.theme()); },
+               .scheduler = EventLoopScheduler::shared(),
+               .makeGround =
+                   [this] {
+                       using Kind = ContentsGround::Kind;
+                       const bool isFirstLaunch =
+                           StorageLocationManager::shared().needsFirstLaunchSetup();
+                       return new ContentsGround(contents.theme(),
+                                                 isFirstLaunch ? Kind::welcome : Kind::columns);
+                   },
                .makeMainContents = [this] { return contents.make(); },
                .makeSettingsContents = [this] { return settingsContents.make(); }}),
       appDelegate(delegateDependencies()),

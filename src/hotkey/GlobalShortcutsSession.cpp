@@ -102,6 +102,8 @@ void GlobalShortcutsSession::createSession(const QDBusMessage& version)
             if (!takeShortcuts(results.value(shortcutsKey)))
                 bindShortcut();
         });
+    // Known before the answer, so that a session that is given up before it is closed, too.
+    session = PortalRequest::pathOf(u"session", bus, token());
     // Some desktops, as KDE Plasma 5.27, give shortcuts with the session alone: there, to bind them
     // only opens a settings page. Others leave the option out of account.
     created.call(portal, interfaceName, QStringLiteral("CreateSession"), {},

@@ -29,9 +29,10 @@ PortalRequest::~PortalRequest()
                                                 QStringLiteral("Close")));
 }
 
-QString PortalRequest::newToken()
+QString PortalRequest::pathOf(QStringView kind, const QDBusConnection& bus, const QString& token)
 {
-    return QStringLiteral("vellumry_") + QUuid::createUuid().toString(QUuid::Id128);
+    const QString sender = bus.baseService().remove(0, 1).replace(u'.', u'_');
+    return QStringLiteral("%1/%2/%3/%4").arg(portalPath, kind, sender, token);
 }
 
 void PortalRequest::call(const QString& portal, const QString& interface, const QString& method,
@@ -39,10 +40,9 @@ void PortalRequest::call(const QString& portal, const QString& interface, const 
 {
     service = portal;
     isOpen = true;
-    const QString token = newToken();
-    const QString sender = bus.baseService().remove(0, 1).replace(u'.', u'_');
+    const QString token = QStringLiteral("vellumry_") + QUuid::createUuid().toString(QUuid::Id128);
     // Before the call, since the answer may be there before the call returns.
-    listen(portalPath + QStringLiteral("/request/%1/%2").arg(sender, token));
+    listen(pathOf(u"request", bus, token));
 
     options.insert(QStringLiteral("handle_token"), token);
     arguments.append(options);

@@ -29,8 +29,10 @@ public:
     void call(const QString& portal, const QString& interface, const QString& method,
               QVariantList arguments, QVariantMap options);
 
-    /// A token that nobody else has or guesses, as portals name objects by it.
-    [[nodiscard]] static QString newToken();
+    /// Where the portal makes an object of this connection's, a "request" or a "session", that
+    /// bears the token.
+    [[nodiscard]] static QString pathOf(QStringView kind, const QDBusConnection& bus,
+                                        const QString& token);
 
 Q_SIGNALS:
     void answered(uint code, const QVariantMap& results);

@@ -14,7 +14,7 @@
 #include "views/common/Theme.h"
 #include "views/common/ToastWindow.h"
 #include "views/palette/KeyablePanel.h"
-#include "views/window/ColumnsGround.h"
+#include "views/window/ContentsGround.h"
 #include "views/window/MainWindow.h"
 #include "views/window/SettingsWindow.h"
 
@@ -82,15 +82,17 @@ protected:
     Theme theme{ColorScheme::light};
     int contentsMade = 0;
     std::unique_ptr<AppCommands> commands;
-    QtApplicationWindows windows{{.activation = activation,
-                                  .commands = [this]() -> AppCommands& { return *commands; },
-                                  .makeGround = [this] { return new ColumnsGround(theme); },
-                                  .makeMainContents =
-                                      [this] {
-                                          ++contentsMade;
-                                          return new QLineEdit;
-                                      },
-                                  .makeSettingsContents = [] { return new QLabel; }}};
+    QtApplicationWindows windows{
+        {.activation = activation,
+         .commands = [this]() -> AppCommands& { return *commands; },
+         .scheduler = scheduler,
+         .makeGround = [this] { return new ContentsGround(theme, ContentsGround::Kind::columns); },
+         .makeMainContents =
+             [this] {
+                 ++contentsMade;
+                 return new QLineEdit;
+             },
+         .makeSettingsContents = [] { return new QLabel; }}};
 
     void SetUp() override
     {
@@ -142,10 +144,11 @@ TEST_F(QtApplicationWindowsTest, theFirstWindowShowsTheGroundBeforeItsContentsAr
     ASSERT_EQ(mainWindows().size(), 1);
     const MainWindow& window = widgetOf(*mainWindows().first());
     EXPECT_TRUE(window.isVisible());
-    EXPECT_TRUE(qobject_cast<ColumnsGround*>(window.centralWidget()));
+    EXPECT_TRUE(qobject_cast<ContentsGround*>(window.centralWidget()));
+    EXPECT_EQ(window.centralWidget()->minimumSize(), QSize(928, 560));
     EXPECT_EQ(contentsMade, 0);
     EXPECT_EQ(appearances.count(), 0);
-    ASSERT_TRUE(eventually([&] { return filled > 0; }));
+    ASSERT_TRUE(eventually([&] { return filled > 0; })) << "no time has passed, but it is painted";
     EXPECT_TRUE(qobject_cast<QLineEdit*>(window.centralWidget()));
     EXPECT_EQ(appearances.count(), 1);
     EXPECT_FALSE(window.menuBar()->actions().isEmpty());
@@ -169,8 +172,21 @@ TEST_F(QtApplicationWindowsTest, aFirstWindowThatIsNotPaintedIsFilledNevertheles
     int filled = 0;
     windows.openWindowOfGroupAtOnce([&filled] { ++filled; });
     widgetOf(*mainWindows().first()).hide();
-    ASSERT_TRUE(eventually([&] { return filled > 0; }));
+    QCoreApplication::processEvents();
+    scheduler.advance(99ms);
+    EXPECT_EQ(filled, 0);
+    scheduler.advance(1ms);
+    EXPECT_EQ(filled, 1);
     EXPECT_EQ(contentsMade, 1);
+}
+
+TEST_F(QtApplicationWindowsTest, theContentsGetTheKeyboardThatTheGroundHad)
+{
+    windows.openWindowOfGroupAtOnce([] {});
+    const MainWindow& window = widgetOf(*mainWindows().first());
+    ASSERT_TRUE(eventually([&] { return window.isActiveWindow(); }));
+    windows.fillWindow();
+    EXPECT_EQ(window.focusWidget(), window.centralWidget());
 }
 
 TEST_F(QtApplicationWindowsTest, aFirstWindowThatIsGoneIsNotFilled)

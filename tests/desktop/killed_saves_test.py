@@ -18,8 +18,10 @@ KILLS_OF_LIBRARY = 100
 SEED = 20261122
 # Enough to keep the program saving until the last moment at which it can be killed.
 SAVES = 20
-# From the first sign of a save to the kill, in seconds.
+# From the first sign of a save to the kill, in seconds where the disk is quick, else in written files,
+# of which a save has two.
 LATEST = 0.06
+LATEST_IN_FILES = 4
 # A machine that is held up for a while saves late.
 PATIENCE = 3 * TIMEOUT
 # What must have happened in a run, or the kills did not meet the saves.
@@ -68,7 +70,7 @@ class KilledSaves(DesktopCase):
             with self.told(f"kill {kill} of seed {SEED}"):
                 if kill % KILLS_OF_LIBRARY == 0:
                     before = self.begin_library()
-                self.kill_while_saving(rng.uniform(0, LATEST))
+                self.kill_while_saving(rng.uniform(0, self.latest))
                 leftovers = self.take_leftovers()
                 after = self.read_folder()
                 made, is_between = self.check(before, after)
@@ -92,8 +94,10 @@ class KilledSaves(DesktopCase):
         files = self.read_folder()
         self.restart(files)
         first = SAVED + self.counts(files, made=1)
+        began = time.monotonic()
         self.commands.send("new-snippet")
         wait_for("the first save", lambda: first in self.program.lines, PATIENCE)
+        self.latest = max(LATEST, LATEST_IN_FILES * (time.monotonic() - began) / len(files))
         self.program.finish()
         files = self.read_folder()
         self.restart(files)

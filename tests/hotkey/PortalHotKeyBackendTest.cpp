@@ -275,6 +275,19 @@ TEST_F(PortalHotKeyBackendTest, anotherCombinationIsAnotherSession)
     EXPECT_EQ(events[0].hotKeyID.number, 8U);
 }
 
+TEST_F(PortalHotKeyBackendTest, aSessionThatIsGivenUpBeforeItsAnswerIsClosed)
+{
+    portal->isThinking = true;
+    ASSERT_TRUE(portal->appear());
+    const auto first = registerAltT();
+    ASSERT_TRUE(waitForCalls({created}));
+    portal->isThinking = false;
+    backend->unregisterHotKey(first);
+    hold(codeOfF, carbonCommandBit | carbonOptionBit, someID);
+    EXPECT_TRUE(waitForCalls({created, u"Close"_s, created, boundCtrlAltF}));
+    EXPECT_TRUE(waitFor(State::granted)) << "the portal has one session at a time";
+}
+
 TEST_F(PortalHotKeyBackendTest, aPauseKeepsTheShortcutAndHearsNothing)
 {
     bindAltT();

@@ -29,7 +29,7 @@ public:
     void setBar(QMenuBar& newBar);
     void applyTheme();
 
-    /// What the button opens; none without a bar.
+    /// What the button opens; none before there was a bar.
     [[nodiscard]] PopupMenu* list() const { return menu; }
 
 protected:

@@ -19,10 +19,16 @@ MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent)
     resize(firstSize);
 }
 
+void MainWindow::setGround(QWidget* ground)
+{
+    ground->setMinimumSize(smallestContents);
+    setCentralWidget(ground);
+}
+
 void MainWindow::setContents(QWidget* contents)
 {
     // Here and not for the whole application: the palette is in no task bar, and drawing the icon
-    // takes a megabyte.
+    // takes a megabyte, and its time, which the ground need not wait for.
     setWindowIcon(QIcon(QStringLiteral(":/icons/vellumry.svg")));
     contents->setMinimumSize(smallestContents);
     setCentralWidget(contents);

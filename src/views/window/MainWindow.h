@@ -12,6 +12,8 @@ class MainWindow : public QMainWindow {
 public:
     explicit MainWindow(QWidget* parent = nullptr);
 
+    /// Takes over what stands there until there are contents.
+    void setGround(QWidget* ground);
     /// Takes the contents over.
     void setContents(QWidget* contents);
 

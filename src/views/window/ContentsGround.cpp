@@ -1,4 +1,4 @@
-#include "views/window/ColumnsGround.h"
+#include "views/window/ContentsGround.h"
 
 #include "views/common/Strokes.h"
 #include "views/common/Theme.h"
@@ -12,13 +12,23 @@
 
 namespace vellumry {
 
-ColumnsGround::ColumnsGround(const Theme& usedTheme, QWidget* parent)
-    : QWidget(parent), theme(usedTheme)
+ContentsGround::ContentsGround(const Theme& usedTheme, Kind ofContents, QWidget* parent)
+    : QWidget(parent), theme(usedTheme), kind(ofContents)
 {
     setAttribute(Qt::WA_OpaquePaintEvent);
 }
 
-void ColumnsGround::paintEvent(QPaintEvent*)
+void ContentsGround::paintEvent(QPaintEvent*)
+{
+    if (kind == Kind::columns)
+        paintColumns();
+    else
+        QPainter(this).fillRect(rect(), theme.colors().editor);
+    if (!std::exchange(isPainted, true))
+        QMetaObject::invokeMethod(this, &ContentsGround::painted, Qt::QueuedConnection);
+}
+
+void ContentsGround::paintColumns()
 {
     QPainter painter(this);
     const ColorTokens& token = theme.colors();
@@ -36,8 +46,6 @@ void ColumnsGround::paintEvent(QPaintEvent*)
     painter.fillRect(QStyle::visualRect(layoutDirection(), rect(),
                                         {besideList, 0, width() - besideList, height()}),
                      token.editor);
-    if (!std::exchange(isPainted, true))
-        QMetaObject::invokeMethod(this, &ColumnsGround::painted, Qt::QueuedConnection);
 }
 
 } // namespace vellumry

@@ -1,4 +1,4 @@
-#include "views/window/ColumnsGround.h"
+#include "views/window/ContentsGround.h"
 
 #include "views/MainFixture.h"
 
@@ -19,18 +19,18 @@ QList<QRgb> lowestColours(const QImage& picture)
     return colours;
 }
 
-class ColumnsGroundTest : public MainFixture {
+class ContentsGroundTest : public MainFixture {
 protected:
     QImage picture(Qt::LayoutDirection direction)
     {
-        ColumnsGround ground(theme);
+        ContentsGround ground(theme, ContentsGround::Kind::columns);
         ground.setLayoutDirection(direction);
         ground.resize(size);
         return ground.grab().toImage();
     }
 };
 
-TEST_F(ColumnsGroundTest, hasTheColoursOfTheColumnsThatTakeItsPlace)
+TEST_F(ContentsGroundTest, hasTheColoursOfTheColumnsThatTakeItsPlace)
 {
     loadFour();
     open(size);
@@ -41,7 +41,7 @@ TEST_F(ColumnsGroundTest, hasTheColoursOfTheColumnsThatTakeItsPlace)
     }
 }
 
-TEST_F(ColumnsGroundTest, isMirroredWhereTheDesktopIs)
+TEST_F(ContentsGroundTest, isMirroredWhereTheDesktopIs)
 {
     const QList<QRgb> colours = lowestColours(picture(Qt::RightToLeft));
     const qsizetype list = colours.indexOf(theme.colors().list.rgb());
@@ -51,10 +51,20 @@ TEST_F(ColumnsGroundTest, isMirroredWhereTheDesktopIs)
     EXPECT_GT(sidebar, list);
 }
 
-TEST_F(ColumnsGroundTest, tellsOnceThatItIsPainted)
+TEST_F(ContentsGroundTest, hasTheColourOfTheWelcome)
 {
-    ColumnsGround ground(theme);
-    const QSignalSpy paintings(&ground, &ColumnsGround::painted);
+    world.load({}, {});
+    open(size);
+    ASSERT_TRUE(content().isWelcoming());
+    ContentsGround ground(theme, ContentsGround::Kind::welcome);
+    ground.resize(size);
+    EXPECT_EQ(lowestColours(ground.grab().toImage()), lowestColours(content().grab().toImage()));
+}
+
+TEST_F(ContentsGroundTest, tellsOnceThatItIsPainted)
+{
+    ContentsGround ground(theme, ContentsGround::Kind::columns);
+    const QSignalSpy paintings(&ground, &ContentsGround::painted);
     ground.resize(size);
     (void)ground.grab();
     EXPECT_EQ(paintings.count(), 0) << "in a later turn";
