@@ -492,9 +492,9 @@ void returnToClipboard(Screen& screen, int count)
     std::vector<double> times;
     std::vector<double> diskTimes;
     std::vector<double> beyondDisk;
-    diskTime();                      // makes the files that the next ones replace
     constexpr int besideToast = 250; // where only the palette reaches
-    for (int i = 0; i < 15; ++i) {
+    constexpr int rounds = 15;
+    for (int i = 0; i <= rounds; ++i) {
         program.forget();
         screen.clearClipboard();
         openPalette(screen);
@@ -506,11 +506,14 @@ void returnToClipboard(Screen& screen, int count)
         const auto pressed = screen.press({returnKey});
         spinUntil("clipboard", [&] { return screen.clipboardOwner() != XCB_NONE; });
         const auto gone = spinUntil("palette gone", [&] { return !screen.isCovered(besideToast); });
-        times.push_back(milliseconds(gone - pressed));
         program.waitFor("保存成功");
         nearby.insert(nearby.end(), {diskTime(), diskTime()});
-        diskTimes.push_back(median(nearby));
-        beyondDisk.push_back(times.back() - diskTimes.back());
+        // Before the first save, no file was the one that is saved.
+        if (i > 0) {
+            times.push_back(milliseconds(gone - pressed));
+            diskTimes.push_back(median(nearby));
+            beyondDisk.push_back(times.back() - diskTimes.back());
+        }
         std::this_thread::sleep_for(1500ms); // the toast
     }
     std::printf("Return to clipboard set, use saved and palette gone, N=%d: median %.1f ms, p95 "
