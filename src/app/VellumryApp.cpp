@@ -326,7 +326,7 @@ void VellumryApp::launch(StartCommand command)
     // First of all: the desktop brings the window to the screen while the rest of the start goes
     // on.
     if (command == StartCommand::open)
-        windows.openWindowOfGroupAtOnce([this] { preparePalette(); });
+        windows.openWindowOfGroupAtOnce([this] { preparePalette(contentsTime); });
     appDelegate.applicationDidFinishLaunching();
     if (command != StartCommand::open)
         loadWhenIdle(command);
@@ -341,16 +341,16 @@ void VellumryApp::loadWhenIdle(StartCommand command)
         (void)container.storageService().loadSnippets();
         scheduler.after(0ms, this, [this, command] {
             perform(command);
-            preparePalette();
+            preparePalette(0ms);
         });
     });
 }
 
 /// So that its first press is as quick as the later ones.
-void VellumryApp::preparePalette()
+void VellumryApp::preparePalette(std::chrono::milliseconds delay)
 {
     Scheduler& scheduler = EventLoopScheduler::shared();
-    scheduler.after(contentsTime, this, [this, &scheduler] {
+    scheduler.after(delay, this, [this, &scheduler] {
         appDelegate.preparePalette();
         scheduler.after(0ms, this, [this] {
             // For fewer it takes no time that anyone could notice at the first search.

@@ -12,6 +12,7 @@
 
 #include <QObject>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -48,7 +49,7 @@ private:
     [[nodiscard]] std::optional<qsizetype> askBeforeEnd(const QuitQuestion& question);
     void sessionEnds(const std::function<bool()>& mayAsk, const std::function<void()>& refuse);
     void loadWhenIdle(StartCommand command);
-    void preparePalette();
+    void preparePalette(std::chrono::milliseconds delay);
 
     DependencyContainer& container;
     const std::unique_ptr<PanelActivation> panelActivation;

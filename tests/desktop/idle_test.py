@@ -8,10 +8,13 @@ from program import Program
 from status_area_test import StatusArea
 from waiting import TIMEOUT, wait_for, wait_until_stable
 
-# Less than once in ten seconds. What remains are threads of the pool, which end half a minute after
-# their last work.
+# Less than once in ten seconds.
 SECONDS = 30.0
 WAKE_UPS = 2
+# The toolkit's pools keep a thread for half a minute after its last work. Its end, which comes once,
+# wakes several.
+POOLED = "Thread (pooled)"
+POOLED_FOR = 30.0
 # What a save, a toast or a start leaves to be done is over when nothing has happened for so long.
 AT_REST = 3.0
 NO_AREA = "MenuBarService: this desktop shows no status area"
@@ -33,9 +36,22 @@ class Idle(DesktopCase):
         with open(self.trace, encoding="utf-8", errors="replace") as file:
             return [line for line in file if WOKEN.search(line) and "FUTEX_WAKE" not in line]
 
+    def has_pooled_threads(self):
+        tasks = f"/proc/{self.program.process.pid}/task"
+        for task in os.listdir(tasks):
+            try:
+                with open(os.path.join(tasks, task, "comm"), encoding="utf-8") as name:
+                    if name.read().strip() == POOLED:
+                        return True
+            except (FileNotFoundError, ProcessLookupError):
+                pass  # it has just ended
+        return False
+
     def assert_sleeps(self):
         """Once at rest, the program stays so."""
         self.program.wait_settled()
+        wait_for("the pools' threads end", lambda: not self.has_pooled_threads(),
+                 timeout=POOLED_FOR + TIMEOUT)
         wait_until_stable("the program is at rest", lambda: len(self.wake_ups()), AT_REST,
                           timeout=3 * TIMEOUT)
         deadline = time.monotonic() + SECONDS
