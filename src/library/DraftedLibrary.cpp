@@ -115,22 +115,24 @@ qsizetype DraftedLibrary::indexOf(const QString& id) const
     const auto place = positions.constFind(id);
     if (place == positions.cend())
         return -1;
-    return *place - (std::lower_bound(gaps.begin(), gaps.end(), *place) - gaps.begin());
+    return *place - gapsBefore(*place);
 }
 
 /// Closes all gaps once there are many.
 void DraftedLibrary::leaveGap(qsizetype place)
 {
     constexpr size_t many = 256;
-    const auto upper = [this](qsizetype other) {
-        return std::lower_bound(gaps.begin(), gaps.end(), other);
-    };
-    gaps.insert(upper(place), place);
+    gaps.insert(gaps.begin() + gapsBefore(place), place);
     if (gaps.size() < many)
         return;
     for (qsizetype& other : positions)
-        other -= upper(other) - gaps.begin();
+        other -= gapsBefore(other);
     gaps.clear();
+}
+
+qsizetype DraftedLibrary::gapsBefore(qsizetype place) const
+{
+    return std::lower_bound(gaps.begin(), gaps.end(), place) - gaps.begin();
 }
 
 bool DraftedLibrary::replace(qsizetype position, const Snippet& snippet)

@@ -66,6 +66,7 @@ private:
     [[nodiscard]] const Snippet& effectiveAt(qsizetype position) const;
     void index();
     void leaveGap(qsizetype place);
+    [[nodiscard]] qsizetype gapsBefore(qsizetype place) const;
     void recount(const Snippet& before, const Snippet& now);
     void uncount(const QString& collection);
     void note();
