@@ -19,7 +19,7 @@ public:
     /// 0 when there was none.
     virtual void prepareToShow(QWindow& window, quint32 eventTime) = 0;
 
-    /// To be called right after show: asks for the keyboard.
+    /// To be called right after show: asks for the keyboard. 0 stands for the present.
     virtual void activate(QWindow& window, quint32 eventTime) = 0;
 
     /// Whether translucent pixels let through what lies below. Without it windows are masked.

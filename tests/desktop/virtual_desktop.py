@@ -66,6 +66,7 @@ class VirtualDesktop:
         self.accessible = accessible
         self.folder = tempfile.mkdtemp(prefix="vellumry-desktop.")
         self.services = []
+        self.window_manager = None
         self.x = self.recording = None
         self.homes = 0
         self.env = {name: value for name, value in os.environ.items()
@@ -119,8 +120,8 @@ class VirtualDesktop:
                             f"{width}/{width // 4}x{height}/{height // 4}+{left}+0",
                             "screen" if index == 0 else "none"], env=self.env, check=True)
         if self.wm != "none":
-            process = self._service("wm", COMMANDS.get(self.wm, [self.wm]))
-            self._ready(self.wm, process, self._windows_are_managed)
+            self.window_manager = self._service("wm", COMMANDS.get(self.wm, [self.wm]))
+            self._ready(self.wm, self.window_manager, self._windows_are_managed)
         if self.compositor:
             process = self._service("picom", ["picom", "--config", "/dev/null", "--backend", "xrender"])
             self._ready("picom", process, lambda: self.x.selection_has_owner("_NET_WM_CM_S0"))

@@ -1,7 +1,12 @@
 """The story and the type-ahead under each window manager, with and without a compositor."""
+import contextlib
+import signal
+
 from case import main
+from program import HOTKEY
 from story import StoryCase
 from type_ahead import TypeAheadCase
+from waiting import wait_for
 
 ROUNDS = 5
 
@@ -15,6 +20,27 @@ class Here:
             for _ in range(ROUNDS):
                 self.tell_story()
             self.assert_nothing_leaked()
+
+        def test_held_up_window_manager(self):
+            """One that comes late to an older wish for the keyboard still gives it to the palette."""
+            recorder = self.desktop.window("Recorder")
+            with self.held_up():
+                self.desktop.command("xdotool", "windowactivate", recorder)
+                self.desktop.key(HOTKEY)
+                wait_for("palette shown", lambda: self.program.shown_count() == 1)
+            self.program.wait_palette()
+            self.desktop.key("Escape")
+            self.program.wait_palette_gone()
+            self.assert_nothing_leaked()
+
+        @contextlib.contextmanager
+        def held_up(self):
+            """The window manager does nothing for the time."""
+            self.desktop.window_manager.send_signal(signal.SIGSTOP)
+            try:
+                yield
+            finally:
+                self.desktop.window_manager.send_signal(signal.SIGCONT)
 
         def test_picture(self):
             """The palette stands in the middle of the screen and can be looked at."""

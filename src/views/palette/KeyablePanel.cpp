@@ -62,6 +62,11 @@ void KeyablePanel::orderFront(quint32 eventTime)
         desktop.prepareToShow(*windowHandle(), eventTime);
         show();
     }
+    makeKey(eventTime);
+}
+
+void KeyablePanel::makeKey(quint32 eventTime)
+{
     desktop.activate(*windowHandle(), eventTime);
 }
 

@@ -39,6 +39,9 @@ public:
     /// was none.
     void orderFront(quint32 eventTime);
 
+    /// Asks for the keyboard for the panel that is shown.
+    void makeKey(quint32 eventTime);
+
     /// Takes the panel off the screen.
     void orderOut();
 
