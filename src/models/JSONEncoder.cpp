@@ -52,6 +52,7 @@ void write(JSONWriter& out, const QList<Snippet>& list)
     for (qsizetype i = 0; i < list.size(); ++i) {
         prefetchFields(list, i);
         write(out, list[i]);
+        out.drain();
     }
     out.endArray();
 }
@@ -237,6 +238,14 @@ QByteArrayView JSONEncoder::encode(const VellumryData& record)
 QByteArrayView JSONEncoder::encode(const CollectionFileData& record)
 {
     return encodeWith(writer, record);
+}
+void JSONEncoder::encode(const CollectionFileData& record, const ByteSink& sink)
+{
+    writer.clear(&sink);
+    write(writer, record);
+    writer.drain();
+    if (const QByteArrayView rest = writer.bytes(); !rest.isEmpty())
+        sink(rest);
 }
 QByteArrayView JSONEncoder::encode(const MetadataFileData& record)
 {

@@ -34,6 +34,11 @@ public:
     [[nodiscard]] QByteArrayView encode(const ExportCollection& record);
     [[nodiscard]] QByteArrayView encode(const ExportData& record);
 
+    /// Gives the same text to the sink in pieces as a Digest takes them. They stay in the
+    /// processor's cache, where the whole text of a large file would not. What the sink throws ends
+    /// the encoding.
+    void encode(const CollectionFileData& record, const ByteSink& sink);
+
 private:
     explicit JSONEncoder(DatePrecision ofDates) : writer(ofDates) {}
 

@@ -165,12 +165,22 @@ char* writeLineBreak(char* out, size_t indent)
 
 } // namespace
 
-void JSONWriter::clear()
+void JSONWriter::clear(const ByteSink* newSink)
 {
+    sink = newSink;
     used = 0;
     depth = 0;
     isFirst = true;
     isAfterKey = false;
+}
+
+void JSONWriter::givePieces()
+{
+    size_t given = 0;
+    for (; used - given >= pieceSize; given += pieceSize)
+        (*sink)({buffer.get() + given, static_cast<qsizetype>(pieceSize)});
+    used -= given;
+    std::memmove(buffer.get(), buffer.get() + given, used);
 }
 
 char* JSONWriter::startKey(size_t size)

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "core/ByteSink.h"
 #include "core/Date.h"
+#include "core/Digest.h"
 
 #include <QByteArrayView>
 #include <QString>
@@ -43,16 +45,29 @@ public:
     void value(bool truth);
     void value(Date date);
 
-    /// Starts anew and keeps the memory.
-    void clear();
+    /// Starts anew and keeps the memory. With a sink, drain() gives the text away piece by piece;
+    /// it lives until the next clear().
+    void clear(const ByteSink* newSink = nullptr);
 
-    /// What was written so far; valid until the next call.
+    /// With a sink, to be called now and then: gives it what was written so far, as far as that
+    /// fills whole pieces.
+    void drain()
+    {
+        if (sink && used >= pieceSize)
+            givePieces();
+    }
+
+    /// In bytes.
+    static constexpr size_t pieceSize = Digest::pieceSize;
+
+    /// What was written so far and not given to the sink; valid until the next call.
     [[nodiscard]] QByteArrayView bytes() const
     {
         return {buffer.get(), static_cast<qsizetype>(used)};
     }
 
 private:
+    void givePieces();
     void open(char bracket);
     void close(char bracket);
     void startElement();
@@ -66,6 +81,7 @@ private:
         void operator()(char* memory) const { std::free(memory); }
     };
     DatePrecision datePrecision;
+    const ByteSink* sink = nullptr;
     std::unique_ptr<char, Free> buffer;
     size_t used = 0;
     size_t capacity = 0;

@@ -21,4 +21,9 @@ const char* FileError::what() const noexcept
     return bytes.constData();
 }
 
+std::optional<FileStamp> FileSystem::write(const QString& path, QByteArrayView bytes)
+{
+    return write(path, [bytes](const ByteSink& sink) { sink(bytes); });
+}
+
 } // namespace vellumry

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/ByteSink.h"
 #include "core/Date.h"
 #include "core/PaddedBytes.h"
 
@@ -108,8 +109,10 @@ public:
     /// old file or the new one, whole. An existing file keeps its mode, a new one is for its owner
     /// alone; a link stays, and the file it leads to is written. Returns the stamp of what was
     /// written, or nothing when another file has taken its place at once. Throws; the old file is
-    /// then as it was, unless it was the last step that failed, the flush of the folder.
-    virtual std::optional<FileStamp> write(const QString& path, QByteArrayView bytes) = 0;
+    /// then as it was, unless it was the last step that failed, the flush of the folder. What the
+    /// source throws ends the operation in the same way.
+    virtual std::optional<FileStamp> write(const QString& path, const ByteSource& source) = 0;
+    std::optional<FileStamp> write(const QString& path, QByteArrayView bytes);
 
     /// Makes a regular file at `to` with the contents, the mode and the modification time of the
     /// one at `from`, of whatever size; never waits for one that is a pipe or a device. A link at

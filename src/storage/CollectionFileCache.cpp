@@ -241,20 +241,20 @@ CollectionFileCache::Entry CollectionFileCache::read(const QString& path, JSONDe
 }
 
 void CollectionFileCache::remember(const QString& baseName, const std::optional<FileStamp>& stamp,
-                                   QByteArrayView bytes, const CollectionFileData& written)
+                                   quint64 digest, const CollectionFileData& written)
 {
     const Entry before = entries.take(baseName);
     unreadable.remove(baseName);
     if (!stamp)
         return;
     // A file that is too large to be read will not come back.
-    if (bytes.size() > FileSystem::largestFile) {
+    if (stamp->size > FileSystem::largestFile) {
         unreadable.insert(baseName, *stamp);
         return;
     }
     Entry entry;
     entry.stamp = *stamp;
-    entry.digest = Digest::of(bytes);
+    entry.digest = digest;
     entry.walk = walk;
     entry.file = {.collection = storedCollection(written.collection),
                   .snippets = storedSnippets(written.snippets, before.file.snippets)};

@@ -51,10 +51,10 @@ public:
     /// Whether the file, which file() has given in this walk, stands there unchanged since.
     [[nodiscard]] bool isStillAsRead(const QString& baseName) const;
 
-    /// Remembers what was written, `bytes`, so that the own file need not be decoded. The stamp
-    /// is that of FileSystem::write.
-    void remember(const QString& baseName, const std::optional<FileStamp>& stamp,
-                  QByteArrayView bytes, const CollectionFileData& written);
+    /// Remembers what was written, so that the own file need not be decoded. The stamp is that of
+    /// FileSystem::write, the digest that of the bytes.
+    void remember(const QString& baseName, const std::optional<FileStamp>& stamp, quint64 digest,
+                  const CollectionFileData& written);
 
     /// Follows a file that was moved by this program to another base name.
     void move(const QString& from, const QString& to);

@@ -1,5 +1,6 @@
 #include "storage/CollectionFileStorageService.h"
 
+#include "core/Digest.h"
 #include "core/Log.h"
 #include "core/SerialQueue.h"
 #include "models/CollectionFileName.h"
@@ -439,9 +440,15 @@ void CollectionFileStorageService::writeCollectionFile(const QString& folder,
                                                        const CollectionFileData& file,
                                                        JSONEncoder& encoder)
 {
-    const QByteArrayView bytes = encoder.encode(file);
-    const auto stamp = with.files.write(collectionFilePath(folder, baseName), bytes);
-    cache.remember(baseName, stamp, bytes, file);
+    Digest digest;
+    const auto stamp =
+        with.files.write(collectionFilePath(folder, baseName), [&](const ByteSink& sink) {
+            encoder.encode(file, [&](QByteArrayView piece) {
+                digest.add(piece);
+                sink(piece);
+            });
+        });
+    cache.remember(baseName, stamp, digest.value(), file);
 }
 
 bool CollectionFileStorageService::shouldWriteCollectionFile(const QString& folder,

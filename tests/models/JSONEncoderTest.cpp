@@ -1,8 +1,11 @@
+#include "core/Digest.h"
 #include "models/RecordCoding.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
+
+#include <stdexcept>
 
 namespace vellumry {
 namespace {
@@ -130,6 +133,69 @@ TEST(JSONEncoder, AMetadataFileToTheLetter)
     EXPECT_EQ(encoder.encode(fullSnippet()).toByteArray(), encode(fullSnippet()));
     EXPECT_EQ(encoder.encode(metadata).toByteArray(), first);
     EXPECT_EQ(encoder.encode(metadata).toByteArray(), first);
+}
+
+/// A file of snippets with texts of these lengths.
+CollectionFileData fileWithTexts(const QList<qsizetype>& lengths)
+{
+    CollectionFileData file;
+    for (const qsizetype length : lengths) {
+        SnippetFields fields = fullSnippet().fields();
+        for (qsizetype i = 0; i < length; ++i)
+            fields.content.append(QChar(static_cast<char16_t>(u'a' + i % 26)));
+        file.snippets.append(Snippet(fields));
+    }
+    return file;
+}
+
+TEST(JSONEncoder, GivesALargeFileInWholePiecesAndARest)
+{
+    const QList<QList<qsizetype>> files = {
+        {},     {10},         {200'000},           {700'000},
+        {1, 2}, {70'000, 70}, {130'000, 5, 9'000}, QList<qsizetype>(300, 1'000)};
+    JSONEncoder encoder = JSONEncoder::vellumry();
+    for (const QList<qsizetype>& lengths : files) {
+        const CollectionFileData file = fileWithTexts(lengths);
+        QByteArray joined;
+        Digest digest;
+        QList<qsizetype> sizes;
+        encoder.encode(file, [&](QByteArrayView piece) {
+            joined.append(piece);
+            digest.add(piece);
+            sizes.append(piece.size());
+        });
+        EXPECT_EQ(joined, encode(file));
+        EXPECT_EQ(digest.value(), Digest::of(joined));
+        ASSERT_FALSE(sizes.isEmpty());
+        EXPECT_GT(sizes.last(), 0);
+        EXPECT_LE(sizes.takeLast(), Digest::pieceSize);
+        EXPECT_EQ(sizes.count(Digest::pieceSize), sizes.size());
+    }
+}
+
+TEST(JSONEncoder, ATextThatFillsItsPiecesHasNoEmptyRest)
+{
+    const qsizetype others = encode(fileWithTexts({0})).size();
+    const CollectionFileData file = fileWithTexts({2 * Digest::pieceSize - others});
+    ASSERT_EQ(encode(file).size(), 2 * Digest::pieceSize);
+    QList<qsizetype> sizes;
+    JSONEncoder::vellumry().encode(file, [&](QByteArrayView piece) { sizes.append(piece.size()); });
+    EXPECT_EQ(sizes, (QList{Digest::pieceSize, Digest::pieceSize}));
+}
+
+TEST(JSONEncoder, ASinkThatRefusesEndsTheEncodingAndNothingElse)
+{
+    const CollectionFileData file = fileWithTexts({500'000, 500'000});
+    JSONEncoder encoder = JSONEncoder::vellumry();
+    int pieces = 0;
+    EXPECT_THROW(encoder.encode(file,
+                                [&](QByteArrayView) {
+                                    if (++pieces == 2)
+                                        throw std::runtime_error("full");
+                                }),
+                 std::runtime_error);
+    EXPECT_EQ(pieces, 2);
+    EXPECT_EQ(encoder.encode(file).toByteArray(), encode(file));
 }
 
 TEST(JSONEncoder, UserKeysAreSortedAndEscaped)

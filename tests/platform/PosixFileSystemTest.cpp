@@ -322,6 +322,43 @@ TEST_F(PosixFileSystemTest, finishesShortAndInterruptedWrites)
               QByteArrayView("a longer text"));
 }
 
+TEST_F(PosixFileSystemTest, writesWhatASourceGivesPieceByPiece)
+{
+    put(QStringLiteral("a.json"), "old");
+    const auto stamp = files.write(path(QStringLiteral("a.json")), [&](const ByteSink& sink) {
+        sink("some");
+        sink("");
+        EXPECT_EQ(get(QStringLiteral("a.json")), "old");
+        sink("thing new");
+    });
+    EXPECT_EQ(get(QStringLiteral("a.json")), "something new");
+    EXPECT_EQ(stamp, files.stamp(path(QStringLiteral("a.json"))));
+}
+
+TEST_F(PosixFileSystemTest, aSourceOrAPieceThatFailsLeavesTheOldFileWholeAndNoLitter)
+{
+    put(QStringLiteral("a.json"), "old");
+    EXPECT_THROW(files.write(path(QStringLiteral("a.json")),
+                             [](const ByteSink& sink) {
+                                 sink("half of");
+                                 throw std::bad_alloc();
+                             }),
+                 std::bad_alloc);
+    EXPECT_EQ(get(QStringLiteral("a.json")), "old");
+    EXPECT_EQ(names(), QStringList{QStringLiteral("a.json")});
+
+    calls.failAt(Kind::write, ENOSPC, 1);
+    failure([&] {
+        files.write(path(QStringLiteral("a.json")), [](const ByteSink& sink) {
+            sink("half of ");
+            sink("something");
+        });
+    });
+    EXPECT_TRUE(calls.hasFailed);
+    EXPECT_EQ(get(QStringLiteral("a.json")), "old");
+    EXPECT_EQ(names(), QStringList{QStringLiteral("a.json")});
+}
+
 TEST_F(PosixFileSystemTest, anyFailedStepLeavesTheOldFileWholeAndNoLitter)
 {
     put(QStringLiteral("a.json"), "old");

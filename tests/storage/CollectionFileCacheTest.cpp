@@ -320,7 +320,8 @@ TEST_F(CollectionFileCacheTest, aFileWrittenWithoutAStampIsReadAgain)
     look();
     const QByteArray bytes = bytesOf(QStringLiteral("written"));
     files.write(path, bytes);
-    cache.remember(QStringLiteral("work"), std::nullopt, bytes, decodeCollectionFile(bytes));
+    cache.remember(QStringLiteral("work"), std::nullopt, Digest::of(bytes),
+                   decodeCollectionFile(bytes));
     EXPECT_EQ(look(), QStringLiteral("written"));
     EXPECT_EQ(opens(), 2);
 }
@@ -349,7 +350,7 @@ TEST_F(CollectionFileCacheTest, remembersAnOwnFileAsTheFileHoldsIt)
 
     cache.beginWalk(dataFolder, {QStringLiteral("work")});
     const auto stamp = files.write(path, bytes);
-    cache.remember(QStringLiteral("work"), stamp, bytes, written);
+    cache.remember(QStringLiteral("work"), stamp, Digest::of(bytes), written);
     const CollectionFile& file = cache.file(QStringLiteral("work"), decoder);
     const CollectionFileData decoded = decodeCollectionFile(bytes);
     EXPECT_EQ(file.collection, decoded.collection);

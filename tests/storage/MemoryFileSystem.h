@@ -122,13 +122,16 @@ public:
         return {reading, Digest::of(contents.bytes.view())};
     }
 
-    std::optional<FileStamp> write(const QString& path, QByteArrayView bytes) override
+    using FileSystem::write;
+    std::optional<FileStamp> write(const QString& path, const ByteSource& source) override
     {
         begin(QStringLiteral("write"), path);
         if (isFolder(path))
             throw error(QStringLiteral("write"), path, EISDIR);
+        QByteArray bytes;
+        source([&bytes](QByteArrayView piece) { bytes.append(piece); });
         written.append(path);
-        replace(path, bytes.toByteArray());
+        replace(path, bytes);
         const std::optional<FileStamp> made = stamp(path);
         if (onWritten)
             onWritten(path);

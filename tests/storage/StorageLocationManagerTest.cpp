@@ -236,7 +236,7 @@ public:
     FileStamp attributes(const QString& path) override { return real.attributes(path); }
     FileContents read(const QString& path) override { return real.read(path); }
     FileDigest digest(const QString& path) override { return real.digest(path); }
-    std::optional<FileStamp> write(const QString& path, QByteArrayView) override
+    std::optional<FileStamp> write(const QString& path, const ByteSource&) override
     {
         throw FileError(QStringLiteral("write"), path, EACCES);
     }

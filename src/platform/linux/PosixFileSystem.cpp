@@ -437,7 +437,7 @@ StampPrecision PosixFileSystem::precision(int descriptor, const FileStamp& stamp
     }
 }
 
-std::optional<FileStamp> PosixFileSystem::write(const QString& path, QByteArrayView bytes)
+std::optional<FileStamp> PosixFileSystem::write(const QString& path, const ByteSource& source)
 {
     const QByteArray target = withoutLinks(path, native(path));
     const QByteArray folder = folderOf(target);
@@ -449,8 +449,13 @@ std::optional<FileStamp> PosixFileSystem::write(const QString& path, QByteArrayV
         throw FileError(QStringLiteral("write"), path, QStringLiteral("not a regular file"));
 
     TemporaryFile file = TemporaryFile::create(calls, folder);
-    if (!file.isOpen() || !file.write(bytes) ||
-        (!isNew && !file.takeMode(status.st_mode & ALLPERMS)) || !file.flush() ||
+    if (!file.isOpen())
+        fail("write", path);
+    source([&](QByteArrayView piece) {
+        if (!file.write(piece))
+            fail("write", path);
+    });
+    if ((!isNew && !file.takeMode(status.st_mode & ALLPERMS)) || !file.flush() ||
         !file.takePlaceOf(target))
         fail("write", path);
 

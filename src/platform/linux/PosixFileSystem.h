@@ -20,7 +20,8 @@ public:
     [[nodiscard]] FileStamp attributes(const QString& path) override;
     [[nodiscard]] FileContents read(const QString& path) override;
     [[nodiscard]] FileDigest digest(const QString& path) override;
-    std::optional<FileStamp> write(const QString& path, QByteArrayView bytes) override;
+    using FileSystem::write;
+    std::optional<FileStamp> write(const QString& path, const ByteSource& source) override;
     void copy(const QString& from, const QString& to) override;
     void flush(const QString& folder) override;
     void move(const QString& from, const QString& to) override;
