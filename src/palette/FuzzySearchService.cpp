@@ -11,20 +11,22 @@ namespace vellumry {
 
 namespace {
 
-/// Puts together the terms of a query from its characters.
+/// Puts together the terms of a query from its UTF-16 units.
 class KeywordSplitter {
 public:
-    void take(QStringView character)
+    /// `isOnItsOwn` tells of a quote or a blank whether it is a user-perceived character by itself.
+    /// One that is not is text as any other.
+    void take(QChar unit, bool isOnItsOwn)
     {
-        if (character == u"\"") {
+        if (unit == u'"' && isOnItsOwn) {
             // An opening quote does not flush: what stands before it becomes part of the term.
             if (inQuotes)
                 flush();
             inQuotes = !inQuotes;
-        } else if (character == u" " && !inQuotes) {
+        } else if (unit == u' ' && isOnItsOwn && !inQuotes) {
             flush();
         } else {
-            buffer += character;
+            buffer += unit;
         }
     }
 
@@ -48,9 +50,49 @@ private:
     bool inQuotes = false;
 };
 
-bool isAscii(QStringView text)
+bool isPair(QStringView units)
 {
-    return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; });
+    return units[0].isHighSurrogate() && units[1].isLowSurrogate();
+}
+
+QStringView firstCodePoint(QStringView text)
+{
+    return text.first(
+        text.size() >= 2 && isPair(text.first(2)) ? 2 : std::min<qsizetype>(text.size(), 1));
+}
+
+QStringView lastCodePoint(QStringView text)
+{
+    return text.last(
+        text.size() >= 2 && isPair(text.last(2)) ? 2 : std::min<qsizetype>(text.size(), 1));
+}
+
+/// Whether one user-perceived character ends and another begins between two code points.
+bool isBoundary(QStringView before, QStringView after)
+{
+    // Within words of some scripts the finder tells syllables, to which a mark on a quote or a
+    // blank does not belong. Behind a Latin letter, and without the rest of the word, it does not.
+    QString text(u'a');
+    text += before;
+    text += after;
+    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, text);
+    characters.setPosition(1 + before.size());
+    return characters.isAtBoundary();
+}
+
+/// Whether the unit, a quote or a blank, is a user-perceived character by itself. With a combining
+/// mark it is not.
+bool standsOnItsOwn(QStringView text, qsizetype at)
+{
+    constexpr char16_t firstMark = 0x300;
+    const auto isPlain = [](QStringView neighbour) {
+        return neighbour.isEmpty() || neighbour[0] < firstMark;
+    };
+    const QStringView unit = text.sliced(at, 1);
+    const QStringView before = lastCodePoint(text.first(at));
+    const QStringView after = firstCodePoint(text.sliced(at + 1));
+    return (isPlain(before) || isBoundary(before, unit)) &&
+           (isPlain(after) || isBoundary(unit, after));
 }
 
 } // namespace
@@ -100,17 +142,10 @@ QList<Snippet> FuzzySearchService::searchDefault(const QString& query,
 QStringList FuzzySearchService::splitKeywords(QStringView query)
 {
     KeywordSplitter splitter;
-    if (isAscii(query)) {
-        for (qsizetype i = 0; i < query.size(); ++i)
-            splitter.take(query.sliced(i, 1));
-        return splitter.finish();
+    for (qsizetype i = 0; i < query.size(); ++i) {
+        const bool mayEndTerm = query[i] == u'"' || query[i] == u' ';
+        splitter.take(query[i], mayEndTerm && standsOnItsOwn(query, i));
     }
-    // A quote or a blank with a combining mark is a user-perceived character of its own, and
-    // neither a quote nor a blank.
-    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, query.constData(), query.size());
-    for (qsizetype begin = 0, end = characters.toNextBoundary(); end > begin;
-         begin = end, end = characters.toNextBoundary())
-        splitter.take(query.sliced(begin, end - begin));
     return splitter.finish();
 }
 

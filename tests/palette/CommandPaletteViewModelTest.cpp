@@ -304,6 +304,19 @@ TEST_F(CommandPaletteViewModelTest, TypingPutsTheSelectionBackAfterTheDebounce)
     EXPECT_EQ(moves, 1);
 }
 
+TEST_F(CommandPaletteViewModelTest, TheSelectionGoesBackOnceTheNewRowsStand)
+{
+    fill(5);
+    appear();
+    model->setSelectedIndex(2);
+    QList<int> selections;
+    QObject::connect(model.get(), &CommandPaletteViewModel::resultsChanged, &observer,
+                     [&] { selections.append(model->selectedIndex()); });
+    type(u"1"_s);
+    EXPECT_EQ(selections, QList{2});
+    EXPECT_EQ(model->selectedIndex(), 0);
+}
+
 TEST_F(CommandPaletteViewModelTest, TheSelectionGoesBackAlsoWhereTheSameRowsCome)
 {
     storage.snippets = {makeSnippet(u"aa"_s), makeSnippet(u"aab"_s)};
@@ -658,6 +671,26 @@ TEST_F(CommandPaletteViewModelTest, AppearingOnACommandMakesPasswordsForTheMomen
     EXPECT_EQ(model->totalItemCount(), 3);
 }
 
+TEST_F(CommandPaletteViewModelTest, PasswordsThatStandAreCopiedWhateverTheFieldHolds)
+{
+    fill(2);
+    appear();
+    type(u"/rand:8"_s);
+    const auto copied = [&](int row) {
+        events.clear();
+        model->setSelectedIndex(row);
+        model->selectCurrentItem();
+        return events.value(0);
+    };
+    model->setQuery(u"2"_s);
+    EXPECT_EQ(model->totalItemCount(), 3);
+    EXPECT_EQ(copied(0), u"copy secret "_s + model->passwordResults()[0].password);
+    // Emptied, the field has its first row back, the others are still passwords.
+    model->setQuery({});
+    EXPECT_EQ(copied(0), u"openMainWindow"_s);
+    EXPECT_EQ(copied(1), u"copy secret "_s + model->passwordResults()[1].password);
+}
+
 // Calculations
 
 TEST_F(CommandPaletteViewModelTest, ACalculationStandsAboveTheSnippets)
@@ -786,6 +819,27 @@ TEST_F(CommandPaletteViewModelTest, ReturnBeforeTheDebounceCopiesTheCalculationT
     model->setQuery(u"2+34="_s);
     model->selectCurrentItem();
     EXPECT_EQ(events.value(0), u"copy 5"_s);
+}
+
+TEST_F(CommandPaletteViewModelTest, AnEmptiedFieldHasNoCalculationAboveTheSnippetsThatStand)
+{
+    storage.snippets = {makeSnippet(u"2+3 a"_s), makeSnippet(u"2+3 b"_s)};
+    appear();
+    type(u"2+3="_s);
+    model->onAppear();
+    ASSERT_TRUE(model->calculationResult());
+    EXPECT_EQ(model->totalItemCount(), 3); // the opening row and the two snippets
+    const auto happens = [&](int row, void (CommandPaletteViewModel::*action)()) {
+        events.clear();
+        model->setSelectedIndex(row);
+        (model.get()->*action)();
+        return events.value(0);
+    };
+    EXPECT_EQ(happens(0, &CommandPaletteViewModel::selectCurrentItem), u"openMainWindow"_s);
+    EXPECT_EQ(happens(1, &CommandPaletteViewModel::selectCurrentItem), u"copy content of 2+3 a"_s);
+    EXPECT_EQ(happens(2, &CommandPaletteViewModel::selectCurrentItem), u"copy content of 2+3 b"_s);
+    EXPECT_EQ(happens(0, &CommandPaletteViewModel::openCurrentItemInApp), u"openMainWindow"_s);
+    EXPECT_EQ(happens(1, &CommandPaletteViewModel::openCurrentItemInApp), u"open id-2+3 a"_s);
 }
 
 TEST_F(CommandPaletteViewModelTest, WhatCannotBeCalculatedGivesNoRow)

@@ -159,6 +159,23 @@ TEST(FuzzySearchService, AMarkedQuoteOrBlankIsACharacterOfItsOwn)
     EXPECT_EQ(FuzzySearchService::splitKeywords(u"\u0600 a"), QStringList({u"\u0600 a"_s}));
 }
 
+TEST(FuzzySearchService, AMarkedQuoteOrBlankIsOneAmongLettersOfAnyScript)
+{
+    EXPECT_EQ(FuzzySearchService::splitKeywords(u"क \u0301ख ग"),
+              QStringList({u"क \u0301ख"_s, u"ग"_s}));
+    EXPECT_EQ(FuzzySearchService::splitKeywords(u"\"\u093fक ख\""),
+              QStringList({u"\"\u093fक"_s, u"ख"_s}));
+    EXPECT_EQ(FuzzySearchService::splitKeywords(u"က\"\u200d ခ"),
+              QStringList({u"က\"\u200d"_s, u"ခ"_s}));
+    EXPECT_EQ(FuzzySearchService::splitKeywords(u"क\u0605 ख"), QStringList({u"क\u0605 ख"_s}));
+    EXPECT_EQ(FuzzySearchService::splitKeywords(u"क \U00011001ख"),
+              QStringList({u"क \U00011001ख"_s}));
+    EXPECT_EQ(FuzzySearchService::splitKeywords(u"\U000110bd ख"), QStringList({u"\U000110bd ख"_s}));
+    // Unmarked ones are what they are.
+    EXPECT_EQ(FuzzySearchService::splitKeywords(u"क\u094d \"ख\u093f ग\"क"),
+              QStringList({u"क\u094d"_s, u"ख\u093f ग"_s, u"क"_s}));
+}
+
 TEST(FuzzySearchService, AllTermsMustOccur)
 {
     const QList<Snippet> snippets{searched(u"1"_s, u"alpha"_s, u"beta"_s),

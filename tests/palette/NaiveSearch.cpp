@@ -117,6 +117,38 @@ QList<Snippet> searchWithSeparator(const QString& query, const QList<Snippet>& s
     return bestFirst(std::move(scored));
 }
 
+/// Whether a user-perceived character begins at a place.
+bool isBoundary(const QString& text, qsizetype at)
+{
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
+    finder.setPosition(at);
+    return finder.isAtBoundary();
+}
+
+/// The text with a plain mark in place of each mark, a plain prefix of each prefix and a letter of
+/// each other character beyond U+0300. Its quotes and blanks are bounded as those of the text are,
+/// but the finder has no rules of their own for the words of some scripts in it.
+QString withPlainMarks(const QString& text)
+{
+    const QString letter(u'x');
+    QString result;
+    for (qsizetype i = 0; i < text.size();) {
+        const bool isPair =
+            text[i].isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate();
+        const QString character = text.mid(i, isPair ? 2 : 1);
+        i += character.size();
+        if (character[0] < QChar(0x300))
+            result += character;
+        else if (!isBoundary(letter + character, 1))
+            result += QString(character.size(), QChar(0x301));
+        else if (!isBoundary(letter + character + letter, 1 + character.size()))
+            result += QString(character.size(), QChar(0x600));
+        else
+            result += QString(character.size(), u'x');
+    }
+    return result;
+}
+
 } // namespace
 
 QString naiveLowerCased(const QString& text)
@@ -151,7 +183,8 @@ QStringList naiveSplitKeywords(const QString& query)
             keywords.append(keyword);
         buffer.clear();
     };
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, query);
+    const QString plain = withPlainMarks(query);
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, plain);
     qsizetype begin = 0;
     while (finder.toNextBoundary() > 0) {
         const QString character = query.mid(begin, finder.position() - begin);

@@ -55,6 +55,9 @@ const QString& piece(int index)
                                    u"\U00010428"_s,
                                    u"\u4e2d"_s,
                                    u"\u6587"_s,
+                                   u"\u0915"_s,
+                                   u"\u093f"_s,
+                                   u"\u1000"_s,
                                    QString(QChar(0xd83d)),
                                    QString(QChar(0xde00)),
                                    QString(QChar(0xd801)),
@@ -65,7 +68,7 @@ const QString& piece(int index)
     return pieces[static_cast<size_t>(index) % pieces.size()];
 }
 
-constexpr int pieceCount = 50;
+constexpr int pieceCount = 53;
 
 } // namespace
 
