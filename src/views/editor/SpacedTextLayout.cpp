@@ -23,15 +23,18 @@ QRectF SpacedTextLayout::blockBoundingRect(const QTextBlock& block) const
     if (spacing == 0 || rect.isEmpty())
         return rect;
     const QTextLayout& layout = *block.layout();
-    const auto top = [&](int i, const QTextLine& line) {
-        return i * spacing + (spacing - line.height()) / 2;
+    const bool isRightToLeft = block.textDirection() == Qt::RightToLeft;
+    const auto place = [&](int i, const QTextLine& line) {
+        const qreal inset = isRightToLeft ? line.width() - line.naturalTextWidth() : 0;
+        return QPointF(document()->documentMargin() + inset,
+                       i * spacing + (spacing - line.height()) / 2);
     };
-    // A block that was laid out anew has its lines where the fonts put them.
+    // A block that was laid out anew has its lines where the fonts put them, at the left.
     const int count = layout.lineCount();
-    if (count > 0 && !qFuzzyCompare(layout.lineAt(0).y() + 1, top(0, layout.lineAt(0)) + 1)) {
+    if (count > 0 && layout.lineAt(0).position() != place(0, layout.lineAt(0))) {
         for (int i = 0; i < count; ++i) {
             QTextLine line = layout.lineAt(i);
-            line.setPosition({line.x(), top(i, line)});
+            line.setPosition(place(i, line));
         }
     }
     rect.setHeight(count * spacing + (block.next().isValid() ? 0 : document()->documentMargin()));

@@ -4,7 +4,8 @@
 
 namespace vellumry {
 
-/// Lays out a plain text with lines of one height, whatever fonts a line needs. Each line of a
+/// Lays out a plain text with lines of one height, whatever fonts a line needs; right-to-left
+/// paragraphs stand at the right. Each line of a
 /// block is laid out when it is first asked for, as in the layout that this builds on.
 class SpacedTextLayout final : public QPlainTextDocumentLayout {
     Q_OBJECT

@@ -389,6 +389,52 @@ TEST_F(MacTextEditorTest, LinesAreOfOneHeight)
     }
 }
 
+TEST_F(MacTextEditorTest, RightToLeftParagraphsStandAtTheRight)
+{
+    // Greek is read like Latin; the last paragraph is long enough for several lines.
+    open(u"left\n\u05e9\u05dc\u05d5\u05dd\n\u03b1\n"_s +
+         u"\u05e9\u05dc\u05d5\u05dd "_s.repeated(60));
+    const auto lines = [this](int number) {
+        const QTextBlock block = editor.document()->findBlockByNumber(number);
+        (void)editor.document()->documentLayout()->blockBoundingRect(block);
+        QList<QRectF> rects;
+        for (int i = 0; i < block.layout()->lineCount(); ++i) {
+            const QTextLine line = block.layout()->lineAt(i);
+            rects.append({line.x(), line.y(), line.naturalTextWidth(), line.height()});
+        }
+        return rects;
+    };
+    for (const int width : {500, 400}) {
+        editor.resize(width, 320);
+        const QTextBlock first = editor.document()->firstBlock();
+        const qreal left = lines(0)[0].left();
+        const qreal right = left + first.layout()->lineAt(0).width();
+        EXPECT_EQ(left, 12);
+        EXPECT_EQ(lines(2)[0].left(), left);
+        EXPECT_NEAR(lines(1)[0].right(), right, 0.5);
+        EXPECT_GT(lines(1)[0].left(), left + 100);
+        const QList<QRectF> several = lines(3);
+        EXPECT_GT(several.size(), 1);
+        for (const QRectF& line : several)
+            EXPECT_NEAR(line.right(), right, 0.5);
+    }
+
+    // Where the letters are seen they are clicked.
+    const QTextBlock block = editor.document()->findBlockByNumber(1);
+    QTextCursor cursor(block);
+    editor.setTextCursor(cursor);
+    const QPoint start = editor.cursorRect().center();
+    EXPECT_GT(start.x(), editor.viewport()->width() * 3 / 4);
+    cursor.movePosition(QTextCursor::EndOfBlock);
+    editor.setTextCursor(cursor);
+    const QPoint end = editor.cursorRect().center();
+    EXPECT_LT(end.x(), start.x());
+    QTest::mouseClick(editor.viewport(), Qt::LeftButton, {}, start + QPoint(20, 0));
+    EXPECT_EQ(editor.textCursor().position(), block.position());
+    QTest::mouseClick(editor.viewport(), Qt::LeftButton, {}, end - QPoint(100, 0));
+    EXPECT_EQ(editor.textCursor().position(), block.position() + 4);
+}
+
 TEST_F(MacTextEditorTest, ClicksFindTheirLine)
 {
     open(u"one\ntwo\nthree"_s);
