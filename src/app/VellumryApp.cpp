@@ -134,11 +134,9 @@ std::optional<int> settleRole(const CommandLine& line, const QString& activation
     return std::nullopt;
 }
 
-/// The part of a run that has a display.
-int runWithDisplay(int& argc, char** argv)
+/// The part of a run that has an application; returns its status.
+int runApplication(const QString& ownToken)
 {
-    const QString ownToken = launchToken();
-    const QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("vellumry"));
     QApplication::setDesktopFileName(SingleInstance::applicationId);
     QApplication::setQuitOnLastWindowClosed(false);
@@ -162,6 +160,21 @@ int runWithDisplay(int& argc, char** argv)
     const int status = QApplication::exec();
     DependencyContainer::shared().collectionFileStorageService().stopFileWatching();
     ThreadRunner::shared().drain();
+    return status;
+}
+
+/// The part of a run that has a display.
+int runWithDisplay(int& argc, char** argv)
+{
+    const QString ownToken = launchToken();
+    const QApplication application(argc, argv);
+    const int status = runApplication(ownToken);
+    // Qt's plugin for Wayland now and then waits for its own event thread for ever when it ends,
+    // and a program that does not end is in the way of its next start. Ours has nothing left to do.
+    if (QGuiApplication::platformName().startsWith(QLatin1StringView("wayland"))) {
+        std::fflush(nullptr);
+        std::_Exit(status);
+    }
     return status;
 }
 
