@@ -171,6 +171,7 @@ void X11HotKeyBackend::deliver(const HotKeyEvent& event, std::uint64_t pressNumb
     lastPress = pressNumber;
     const EventHandler handler = receiver->handler;
     const std::int32_t status = handler ? handler(&event) : hotKeyEventNotHandled;
+    eventTime = 0;
     // Nobody will show a window for this press.
     if (status != hotKeyNoError && event.kind == HotKeyEvent::pressed)
         releaseKeyboard();

@@ -139,7 +139,8 @@ TEST_F(X11HotKeyBackendTest, tellsPressAndReleaseWithTheirIdAndTime)
         EXPECT_GE(event.time, before);
         EXPECT_LE(event.time, after);
     }
-    EXPECT_EQ(backend->lastEventTime(), events[1].time);
+    // What the person does later by other means is not the doing of this press.
+    EXPECT_EQ(backend->lastEventTime(), 0U);
 }
 
 TEST_F(X11HotKeyBackendTest, tellsTheTimeOfThePressWhileItsHandlerRuns)
