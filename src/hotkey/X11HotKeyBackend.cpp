@@ -90,6 +90,13 @@ void X11HotKeyBackend::releaseKeyboard()
     post([this, pressNumber = lastPress.load()] { connection->thaw(pressNumber); });
 }
 
+void X11HotKeyBackend::releaseKeyboardAfter(std::uint32_t closing)
+{
+    post([this, closing, pressNumber = lastPress.load()] {
+        connection->thawAfter(closing, pressNumber);
+    });
+}
+
 std::uint32_t X11HotKeyBackend::lastEventTime() const
 {
     return eventTime;

@@ -529,6 +529,70 @@ TEST_F(X11HotKeyBackendTest, aLateReleaseDoesNotLetGoOfALaterPress)
     EXPECT_TRUE(waitForTyped(*editor, "#64 #64 x")) << editor->typed();
 }
 
+TEST_F(X11HotKeyBackendTest, afterAPressThatClosesKeysWaitForTheNextWindowsFocus)
+{
+    connect(endlessly);
+    registerAltT();
+    XClient palette(server.displayName());
+    palette.focusWindow();
+    palette.tellActive(&palette);
+    ASSERT_TRUE(queue.runUntil([&] { return palette.hasFocus(); }));
+    keyboard->strike(keycode::alt, keycode::t);
+    keyboard->type("hello");
+    ASSERT_TRUE(waitForPresses(1));
+    backend->releaseKeyboardAfter(palette.windowNumber());
+
+    const auto expectNothingTyped = [&] {
+        EXPECT_FALSE(queue.runUntil([&] { return palette.typed() != "#64 "; }, 30ms));
+        EXPECT_EQ(editor->typed(), "");
+    };
+    expectNothingTyped();
+    palette.hideWindow();
+    expectNothingTyped();
+    palette.tellActive(nullptr);
+    XClient manager(server.displayName());
+    manager.focusWindow(); // For the time between.
+    expectNothingTyped();
+    editor->focusWindow();
+    expectNothingTyped();
+    palette.tellActive(editor.get());
+    EXPECT_TRUE(waitForTyped(*editor, "hello")) << editor->typed();
+    EXPECT_EQ(palette.typed(), "#64 ");
+    EXPECT_EQ(manager.typed(), "");
+}
+
+TEST_F(X11HotKeyBackendTest, afterAPressThatClosesKeysGoOnAtOnceWhenAnotherWindowHasTheFocus)
+{
+    connect(endlessly);
+    registerAltT();
+    constexpr std::uint32_t somewhereElse = 4711;
+    for (const bool isManaged : {false, true}) {
+        if (isManaged)
+            keyboard->tellActive(editor.get());
+        const std::string before = editor->typed();
+        const std::size_t pressesBefore = presses();
+        keyboard->strike(keycode::alt, keycode::t);
+        keyboard->type("hello");
+        ASSERT_TRUE(waitForPresses(pressesBefore + 1));
+        backend->releaseKeyboardAfter(somewhereElse);
+        EXPECT_TRUE(waitForTyped(*editor, before + "#64 hello")) << editor->typed();
+    }
+}
+
+TEST_F(X11HotKeyBackendTest, afterAPressThatClosesKeysGoOnAfterTheLimitAtTheLatest)
+{
+    connect();
+    registerAltT();
+    keyboard->tellActive(editor.get());
+    const auto start = std::chrono::steady_clock::now();
+    keyboard->strike(keycode::alt, keycode::t);
+    keyboard->type("hello");
+    ASSERT_TRUE(waitForPresses(1));
+    backend->releaseKeyboardAfter(editor->windowNumber()); // Which stays.
+    EXPECT_TRUE(waitForTyped(*editor, "#64 hello")) << editor->typed();
+    EXPECT_GE(std::chrono::steady_clock::now() - start, X11HotKeyBackend::keyboardHoldLimit);
+}
+
 TEST_F(X11HotKeyBackendTest, keysGoOnAfterTheLimitWhenNobodyAnswers)
 {
     connect();
