@@ -358,6 +358,46 @@ TEST_F(X11HotKeyBackendTest, followsAChangeOfLayout)
     expectFires(keycode::t);
 }
 
+TEST_F(X11HotKeyBackendTest, tellsTwoKeysThatAreDownAtOnceApart)
+{
+    connect();
+    registerAltT();
+    const HotKeyID second{anyID.signature, 8};
+    ASSERT_TRUE(backend->registerHotKey(codeOfF, carbonOptionBit, second).reference.has_value());
+    keyboard->press(keycode::alt);
+    keyboard->press(keycode::t);
+    keyboard->press(keycode::f);
+    ASSERT_TRUE(waitForPresses(1));
+    backend->releaseKeyboard();
+    ASSERT_TRUE(waitForPresses(2));
+    backend->releaseKeyboard();
+    keyboard->release(keycode::t);
+    keyboard->release(keycode::alt);
+    ASSERT_TRUE(waitForReleases(1));
+    EXPECT_EQ(events.back().hotKeyID, anyID);
+    keyboard->release(keycode::f);
+    ASSERT_TRUE(waitForReleases(2));
+    EXPECT_EQ(events.back().hotKeyID, second);
+    EXPECT_EQ(events.size(), 4U);
+}
+
+TEST_F(X11HotKeyBackendTest, tellsTheReleaseOfAKeyThatHasMovedMeanwhile)
+{
+    connect();
+    registerAltT();
+    keyboard->press(keycode::alt);
+    keyboard->press(keycode::t);
+    ASSERT_TRUE(waitForPresses(1));
+    backend->releaseKeyboard();
+    ASSERT_TRUE(server.run({"setxkbmap", "dvorak"}));
+    ASSERT_TRUE(waitUntilMoved(keycode::t, keycode::k));
+    keyboard->release(keycode::t);
+    keyboard->release(keycode::alt);
+    ASSERT_TRUE(waitForReleases(1));
+    EXPECT_EQ(events.size(), 2U);
+    expectFires(keycode::k);
+}
+
 TEST_F(X11HotKeyBackendTest, followsAMovedKey)
 {
     connect();
