@@ -67,7 +67,14 @@ public:
     /// after a fraction of a second. Any thread; harmless when nothing is held.
     virtual void releaseKeyboard() = 0;
 
-    /// The window system's time of the last press or release that the handler was told, 0 if none.
+    /// The same after a press that takes a window away: the keys go on as soon as another window
+    /// than `closing` (the window system's number of it) has the focus. Before that they would go
+    /// to nobody. Any thread.
+    virtual void releaseKeyboardAfter(std::uint32_t /*closing*/) { releaseKeyboard(); }
+
+    /// The window system's time of the press or release that the handler is being told, 0 while it
+    /// is told none. A window that comes up by other means must not ask for the focus with the time
+    /// of an old press: window managers refuse it once the person has done something else.
     [[nodiscard]] virtual std::uint32_t lastEventTime() const = 0;
 
     /// What the desktop gave along with the last press, so that the window which the press brings

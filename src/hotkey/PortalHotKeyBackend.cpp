@@ -179,6 +179,7 @@ void PortalHotKeyBackend::deliver(std::uint32_t kind, quint64 time, const QStrin
     const EventHandler told = handler;
     if (told(&event) != hotKeyNoError)
         activationToken.clear();
+    eventTime = 0;
 }
 
 } // namespace vellumry::hotkey

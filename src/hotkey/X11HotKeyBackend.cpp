@@ -90,6 +90,13 @@ void X11HotKeyBackend::releaseKeyboard()
     post([this, pressNumber = lastPress.load()] { connection->thaw(pressNumber); });
 }
 
+void X11HotKeyBackend::releaseKeyboardAfter(std::uint32_t closing)
+{
+    post([this, closing, pressNumber = lastPress.load()] {
+        connection->thawAfter(closing, pressNumber);
+    });
+}
+
 std::uint32_t X11HotKeyBackend::lastEventTime() const
 {
     return eventTime;
@@ -171,6 +178,7 @@ void X11HotKeyBackend::deliver(const HotKeyEvent& event, std::uint64_t pressNumb
     lastPress = pressNumber;
     const EventHandler handler = receiver->handler;
     const std::int32_t status = handler ? handler(&event) : hotKeyEventNotHandled;
+    eventTime = 0;
     // Nobody will show a window for this press.
     if (status != hotKeyNoError && event.kind == HotKeyEvent::pressed)
         releaseKeyboard();

@@ -37,6 +37,7 @@ public:
     EventHandlerReference installEventHandler(EventHandler handler) override;
     [[nodiscard]] std::optional<std::vector<SymbolicHotKey>> copySymbolicHotKeys() override;
     void releaseKeyboard() override;
+    void releaseKeyboardAfter(std::uint32_t closing) override;
     [[nodiscard]] std::uint32_t lastEventTime() const override;
 
 private:

@@ -6,7 +6,9 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace vellumry::hotkey {
@@ -25,6 +27,13 @@ constexpr std::chrono::milliseconds keyboardSettleTime{50};
 /// Other programs move their keys at the same time, so that the new place of one of ours may be
 /// theirs for a moment. It is asked for again, ever less often.
 constexpr std::chrono::minutes longestRetryDelay{1};
+
+/// The focus is followed by asking for it: a server tells of it only to those who watch the very
+/// window that it comes to.
+constexpr std::chrono::milliseconds focusLookInterval{2};
+
+/// Where a window manager tells which window it has given the focus to.
+constexpr std::string_view activeWindowName = "_NET_ACTIVE_WINDOW";
 
 /// Bits 0 to 7 of an event's state are the modifiers; above are buttons and the layout group.
 constexpr std::uint16_t modifierBits = 0xFF;
@@ -85,13 +94,17 @@ bool X11HotKeyConnection::prepare()
 
     const auto useXkb = xcb_xkb_use_extension(server, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION);
     const auto useInput = xcb_input_xi_query_version(server, inputMajorVersion, inputMinorVersion);
+    const auto askName =
+        xcb_intern_atom(server, 0, activeWindowName.size(), activeWindowName.data());
     const Message<xcb_xkb_use_extension_reply_t> xkbVersion(
         xcb_xkb_use_extension_reply(server, useXkb, nullptr));
     const Message<xcb_input_xi_query_version_reply_t> inputVersion(
         xcb_input_xi_query_version_reply(server, useInput, nullptr));
+    const Message<xcb_intern_atom_reply_t> name(xcb_intern_atom_reply(server, askName, nullptr));
     if (!xkbVersion || xkbVersion->supported == 0 || !inputVersion ||
-        inputVersion->major_version < inputMajorVersion)
+        inputVersion->major_version < inputMajorVersion || !name)
         return false;
+    activeWindowProperty = name->atom;
 
     // A key that is held repeats its press alone, without a release before each.
     const auto repeat = static_cast<std::uint32_t>(XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT);
@@ -163,6 +176,14 @@ void X11HotKeyConnection::thaw(std::uint64_t pressNumber)
     xcb_flush(connection.get());
 }
 
+void X11HotKeyConnection::thawAfter(std::uint32_t closing, std::uint64_t pressNumber)
+{
+    if (!freeze || presses != pressNumber)
+        return;
+    freeze->closing = closing;
+    lookForFocus();
+}
+
 void X11HotKeyConnection::processEvents(const EventReceiver& receiver)
 {
     const auto next = [this] {
@@ -190,13 +211,16 @@ std::optional<X11HotKeyConnection::Clock::time_point> X11HotKeyConnection::nextD
 {
     if (!freeze)
         return nextFollow;
-    return nextFollow ? std::min(freeze->until, *nextFollow) : freeze->until;
+    const auto next = freeze->look ? std::min(freeze->until, *freeze->look) : freeze->until;
+    return nextFollow ? std::min(next, *nextFollow) : next;
 }
 
 void X11HotKeyConnection::runDeadlines(Clock::time_point now)
 {
     if (freeze && freeze->until <= now)
         thaw(presses);
+    if (freeze && freeze->look && *freeze->look <= now)
+        lookForFocus();
     if (nextFollow && *nextFollow <= now) {
         nextFollow.reset();
         followKeyboard();
@@ -350,6 +374,39 @@ void X11HotKeyConnection::watchReleases(bool watch)
 void X11HotKeyConnection::ungrabKeyboard(std::uint32_t time)
 {
     xcb_ungrab_keyboard(connection.get(), time);
+}
+
+void X11HotKeyConnection::lookForFocus()
+{
+    if (hasFocusLeft(freeze->closing))
+        thaw(presses);
+    else
+        freeze->look = Clock::now() + focusLookInterval;
+}
+
+/// Whether the focus has come to another window. On its way it is at the root window or nowhere,
+/// and some window managers keep it at a window of their own meanwhile, but tell of none then.
+bool X11HotKeyConnection::hasFocusLeft(std::uint32_t closing) const
+{
+    xcb_connection_t* server = connection.get();
+    const auto askFocus = xcb_get_input_focus(server);
+    const auto askActive =
+        xcb_get_property(server, 0, root, activeWindowProperty, XCB_ATOM_WINDOW, 0, 1);
+    const Message<xcb_get_input_focus_reply_t> focus(
+        xcb_get_input_focus_reply(server, askFocus, nullptr));
+    const Message<xcb_get_property_reply_t> active(
+        xcb_get_property_reply(server, askActive, nullptr));
+    if (!focus || !active)
+        return true; // The server is gone.
+    if (focus->focus == closing)
+        return false;
+    if (active->type != XCB_ATOM_WINDOW || xcb_get_property_value_length(active.get()) == 0)
+        return true; // Nobody tells.
+    std::uint32_t activeWindow = XCB_WINDOW_NONE;
+    std::memcpy(&activeWindow, xcb_get_property_value(active.get()), sizeof activeWindow);
+    return activeWindow != XCB_WINDOW_NONE && activeWindow != closing &&
+           focus->focus != XCB_INPUT_FOCUS_NONE && focus->focus != XCB_INPUT_FOCUS_POINTER_ROOT &&
+           focus->focus != root;
 }
 
 } // namespace vellumry::hotkey

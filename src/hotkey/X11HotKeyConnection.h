@@ -52,6 +52,8 @@ public:
     [[nodiscard]] std::uint64_t pressCount() const { return presses; }
     /// Lets the keys go on if the press of this number is what holds them.
     void thaw(std::uint64_t pressNumber);
+    /// The same once another window than `closing` has the focus.
+    void thawAfter(std::uint32_t closing, std::uint64_t pressNumber);
 
     /// Works on all events that have come.
     void processEvents(const EventReceiver& receiver);
@@ -81,6 +83,8 @@ private:
         std::uint32_t time; ///< Of the press.
         HotKeyBackend::Reference reference;
         Clock::time_point until;
+        std::uint32_t closing = 0;               ///< The window whose focus is waited to go.
+        std::optional<Clock::time_point> look{}; ///< When to see where the focus is.
     };
 
     X11HotKeyConnection(Connection server, std::uint32_t rootWindow, Clock::duration holdLimit);
@@ -97,12 +101,15 @@ private:
     void handleRawRelease(const xcb_ge_generic_event_t& event, const EventReceiver& receiver);
     void watchReleases(bool watch);
     void ungrabKeyboard(std::uint32_t time);
+    void lookForFocus();
+    [[nodiscard]] bool hasFocusLeft(std::uint32_t closing) const;
 
     Connection connection;
     const std::uint32_t root;
     const Clock::duration keyboardHoldLimit;
     std::uint8_t xkbEvent = 0;
     std::uint8_t inputOpcode = 0;
+    std::uint32_t activeWindowProperty = 0;
 
     X11KeyboardMap keyboard;
     std::optional<Clock::time_point> nextFollow; ///< When to look at the keyboard again.

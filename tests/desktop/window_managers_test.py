@@ -1,9 +1,13 @@
 """The story and the type-ahead under each window manager, with and without a compositor."""
 import contextlib
+import os
 import signal
+import subprocess
+import time
 
 from case import main
-from program import HOTKEY
+from processes import guarded
+from program import HOTKEY, PALETTE
 from story import StoryCase
 from type_ahead import TypeAheadCase
 from waiting import wait_for
@@ -51,6 +55,23 @@ class Here:
             self.program.search("note")
             composited = "-composited" if self.desktop.compositor else ""
             self.save_picture(f"palette-on-{self.desktop.wm}{composited}")
+
+        def test_switch_long_after_the_hot_key(self):
+            """Raised by its switch, the palette gets the keyboard also when the hot key has been
+            used before and another program since, as windows need where none may steal it."""
+            self.program.open_palette()
+            self.desktop.key("Escape")
+            self.program.wait_palette_gone()
+            self.desktop.wait_focus("Recorder")
+            # As toolkits do at each key that is typed. The server has the system's clock.
+            now = int(time.monotonic() * 1000) & 0xffffffff
+            self.desktop.command("xprop", "-id", str(self.desktop.window("Recorder")),
+                                 "-f", "_NET_WM_USER_TIME", "32c",
+                                 "-set", "_NET_WM_USER_TIME", str(now))
+            subprocess.run(guarded([os.environ["VELLUMRY_PROGRAM"], "--toggle-palette"]),
+                           env={**self.desktop.env, **self.home}, check=True, timeout=20,
+                           stdout=subprocess.DEVNULL)
+            self.desktop.wait_focus(PALETTE)
 
     class Typing(TypeAheadCase):
         def test_type_ahead(self):

@@ -130,6 +130,23 @@ void XClient::focusWindow()
     roundTrip();
 }
 
+void XClient::tellActive(const XClient* client)
+{
+    constexpr std::string_view name = "_NET_ACTIVE_WINDOW";
+    const ClientMessage<xcb_intern_atom_reply_t> property(xcb_intern_atom_reply(
+        connection, xcb_intern_atom(connection, 0, name.size(), name.data()), nullptr));
+    const std::uint32_t active = client == nullptr ? 0U : client->windowNumber();
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, root, property->atom, XCB_ATOM_WINDOW,
+                        32, 1, &active);
+    roundTrip();
+}
+
+void XClient::hideWindow()
+{
+    xcb_unmap_window(connection, window);
+    roundTrip();
+}
+
 bool XClient::hasFocus()
 {
     readEvents();

@@ -52,6 +52,11 @@ public:
 
     /// Makes the window on the first call, and gives it the focus.
     void focusWindow();
+    /// As a window manager: tells all which client's window is the active one, null for none.
+    void tellActive(const XClient* client);
+    [[nodiscard]] std::uint32_t windowNumber() const { return window; }
+    /// Takes the window off the screen, and with it the focus.
+    void hideWindow();
     /// Whether the window has been told that it has the focus.
     [[nodiscard]] bool hasFocus();
     /// The small letters that were typed into the window; other keys show as "#<code> ".

@@ -2,6 +2,7 @@
 
 #include "views/PaletteFixture.h"
 #include "views/palette/DarkPaletteEmptyState.h"
+#include "views/palette/PaletteFooter.h"
 #include "views/palette/QuickSearchStyle.h"
 
 #include <QAccessible>
@@ -236,6 +237,8 @@ TEST_F(CommandPaletteViewTest, aQueryWithoutHitsShowsTheMessage)
     EXPECT_FALSE(message->isVisible());
     type(u"zebra"_s);
     EXPECT_TRUE(message->isVisible());
+    EXPECT_EQ(message->accessibleName(), u"No results found"_s);
+    EXPECT_EQ(message->accessibleDescription(), u"Try different keywords"_s);
     EXPECT_FALSE(list().isVisible());
     key(Qt::Key_Down);
     key(Qt::Key_Return);
@@ -515,6 +518,9 @@ TEST_F(CommandPaletteViewTest, scrollingTakesItsTimeUnlessAnimationsAreOff)
     open();
     viewModel.setSelectedIndex(10);
     EXPECT_EQ(list().verticalScrollBar()->value(), 0);
+    const auto* scrolling = list().findChild<QPropertyAnimation*>();
+    EXPECT_EQ(scrolling->duration(), 150);
+    EXPECT_EQ(scrolling->easingCurve(), QEasingCurve::OutCubic);
     waitForScroll(list().verticalScrollBar()->maximum());
 
     class Still final : public QProxyStyle {
@@ -564,6 +570,18 @@ TEST_F(CommandPaletteViewTest, fieldListAndFooterHaveTheirPlaces)
     EXPECT_EQ(view().searchField().geometry(), QRect(0, 0, 680, 60));
     EXPECT_EQ(list().geometry().top(), 60);
     EXPECT_EQ(list().geometry().bottom(), 439);
+}
+
+TEST_F(CommandPaletteViewTest, theFooterHintsAtThreeKeys)
+{
+    QStringList hints;
+    for (const DarkKeyboardHint& hint : PaletteFooter::hints)
+        hints << hint.key.toString() + u' ' + hint.label.toString();
+    EXPECT_THAT(hints, ElementsAre(u"↵ Copy"_s, u"→ Open"_s, u"esc Close"_s));
+    const auto* footer = view().findChild<PaletteFooter*>();
+    EXPECT_EQ(footer->geometry(), QRect(0, 440, 680, 40));
+    EXPECT_EQ(footer->accessibleName(), u"Vellumry"_s);
+    EXPECT_EQ(footer->accessibleDescription(), u"Return: Copy, Right Arrow: Open, Escape: Close"_s);
 }
 
 TEST_F(CommandPaletteViewTest, isPaintedForTheScaleOfTheScreen)

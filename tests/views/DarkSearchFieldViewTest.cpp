@@ -265,6 +265,9 @@ TEST_F(DarkSearchFieldViewTest, theCaretStandsBesideThePlaceholderNotUponIt)
     ASSERT_FALSE(placeholder.isEmpty());
     ASSERT_FALSE(caret.isEmpty());
     EXPECT_LT(caret.last(), placeholder.first());
+    // Whole, also at the field's edge.
+    constexpr int caretWidth = 2;
+    EXPECT_GE(caret.size(), qFloor(caretWidth * bare.devicePixelRatio()));
 }
 
 } // namespace

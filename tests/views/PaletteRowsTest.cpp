@@ -102,6 +102,7 @@ TEST(PaletteRowsTest, emptyLibraryAndQueryShowActionsAlone)
 TEST(PaletteRowsTest, theOpenRowHasItsTexts)
 {
     const PaletteRows rows(PaletteRows::State{}, now);
+    EXPECT_EQ(row(rows, 0).symbol, u"macwindow"_s);
     EXPECT_EQ(row(rows, 0).title, u"Open Vellumry"_s);
     EXPECT_EQ(row(rows, 0).detail, u"View all snippets"_s);
     EXPECT_EQ(row(rows, 0).badge, u"App"_s);

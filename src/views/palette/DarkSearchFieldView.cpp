@@ -23,6 +23,7 @@ constexpr int symbolX = 20;
 constexpr int textX = 52;
 constexpr int textMargin = 20;
 constexpr int ownMarginOfLineEdit = 2; // QLineEdit's text starts this far inside of it
+constexpr int roomForCaret = 2;        // before the placeholder
 constexpr int lineHeight = 28;
 
 QPalette fieldPalette(QPalette palette)
@@ -48,9 +49,10 @@ DarkSearchFieldView::DarkSearchFieldView(Scheduler& scheduler, Callbacks handler
     field->setPalette(fieldPalette(field->palette()));
     field->setPlaceholderText(QStringLiteral("Search snippets..."));
     field->setAccessibleName(QStringLiteral("Search snippets"));
-    field->setGeometry(textX - ownMarginOfLineEdit,
-                       (QuickSearchStyle::fieldHeight - lineHeight) / 2,
-                       QuickSearchStyle::width - textX - textMargin, lineHeight);
+    field->setTextMargins(roomForCaret, 0, 0, 0);
+    const int fieldX = textX - ownMarginOfLineEdit - roomForCaret;
+    field->setGeometry(fieldX, (QuickSearchStyle::fieldHeight - lineHeight) / 2,
+                       QuickSearchStyle::width - textMargin - fieldX, lineHeight);
     setFixedHeight(QuickSearchStyle::fieldHeight);
     setFocusProxy(field);
     connect(field, &QLineEdit::textEdited, this, &DarkSearchFieldView::handleTextEdited);

@@ -7,15 +7,9 @@
 
 #include <QPainter>
 
-#include <array>
-
 namespace vellumry {
 
 namespace {
-
-constexpr std::array<DarkKeyboardHint, 3> hints{
-    {{u"↵", u"Copy"}, {u"→", u"Open"}, {u"esc", u"Close"}},
-};
 
 constexpr int marginLeft = 18;
 constexpr int marginRight = 16;

@@ -3,6 +3,8 @@
 #include <QStringView>
 #include <QWidget>
 
+#include <array>
+
 namespace vellumry {
 
 /// A key and what it does.
@@ -16,6 +18,11 @@ class PaletteFooter : public QWidget {
     Q_OBJECT
 
 public:
+    /// From left to right.
+    static constexpr std::array<DarkKeyboardHint, 3> hints{
+        {{u"↵", u"Copy"}, {u"→", u"Open"}, {u"esc", u"Close"}},
+    };
+
     explicit PaletteFooter(QWidget* parent = nullptr);
 
 protected:
