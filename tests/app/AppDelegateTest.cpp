@@ -32,6 +32,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace vellumry::test {
 
 namespace {
@@ -141,12 +143,23 @@ protected:
         scheduler.advance(0ms);
     }
 
+    /// Of those on the screen.
     static qsizetype toastCount()
     {
-        qsizetype count = 0;
-        for (const QWidget* window : QApplication::topLevelWidgets())
-            count += window->isVisible() && qobject_cast<const ToastWindow*>(window) ? 1 : 0;
-        return count;
+        const QList<ToastWindow*> toasts = allToasts();
+        return std::count_if(toasts.begin(), toasts.end(),
+                             [](const ToastWindow* toast) { return toast->isVisible(); });
+    }
+
+    static QList<ToastWindow*> allToasts()
+    {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QList<ToastWindow*> toasts;
+        for (QWidget* window : QApplication::topLevelWidgets()) {
+            if (auto* toast = qobject_cast<ToastWindow*>(window))
+                toasts.append(toast);
+        }
+        return toasts;
     }
 
     /// The fading of a toast takes time of its own.
@@ -573,7 +586,7 @@ TEST_F(AppDelegateTest, aToastThatComesWhileAnotherFadesGoesWithIt)
     waitForTheToastsEnd();
     EXPECT_EQ(toastCount(), 0) << "its own time is not over";
     scheduler.advance(2s);
-    EXPECT_EQ(toastCount(), 0);
+    EXPECT_TRUE(allToasts().isEmpty());
 }
 
 TEST_F(AppDelegateTest, ofManyToastsAtOnceNoneStays)
@@ -590,7 +603,7 @@ TEST_F(AppDelegateTest, ofManyToastsAtOnceNoneStays)
     scheduler.advance(100ms);
     waitForTheToastsEnd();
     scheduler.advance(2s);
-    EXPECT_TRUE(eventually([] { return toastCount() == 0; }));
+    EXPECT_TRUE(eventually([] { return allToasts().isEmpty(); }));
 }
 
 TEST_F(AppDelegateTest, aPressThatComesAfterTheDelegatesEndDoesNothing)
