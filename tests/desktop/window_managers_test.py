@@ -1,5 +1,6 @@
 """The story and the type-ahead under each window manager, with and without a compositor."""
 from case import main
+from program import PALETTE
 from story import StoryCase
 from type_ahead import TypeAheadCase
 
@@ -25,6 +26,16 @@ class Here:
             self.program.search("note")
             composited = "-composited" if self.desktop.compositor else ""
             self.save_picture(f"palette-on-{self.desktop.wm}{composited}")
+
+        def test_no_task_bar_entry(self):
+            """No task bar and no pager lists the palette, at whatever opening."""
+            for _ in range(2):
+                self.program.open_palette()
+                states = self.desktop.states(self.desktop.window(PALETTE))
+                self.assertIn("SKIP_TASKBAR", states)
+                self.assertIn("SKIP_PAGER", states)
+                self.desktop.key("Escape")
+                self.program.wait_palette_gone()
 
     class Typing(TypeAheadCase):
         def test_type_ahead(self):
