@@ -169,7 +169,8 @@ void AppDelegate::togglePalette()
     if (paletteWindow->isVisible() && isPalettePresented) {
         log(u"hiding palette");
         hidePalette();
-        releaseKeyboard();
+        hotkey::HotKeysController::backend().releaseKeyboardAfter(
+            static_cast<std::uint32_t>(paletteWindow->winId()));
         return;
     }
     log(u"showing palette");
@@ -217,15 +218,16 @@ void AppDelegate::showQuickSearchToast(const QString& message)
                           paletteWindow ? paletteWindow->place() : toastPlaceWithoutPalette);
     // Each toast's time ends the toast that stands by then, which can be a newer one.
     services.scheduler.after(ToastWindow::holdTime, this, [this, own = toastWindow] {
-        const auto end = [this, own] {
+        // Its own end does not hang on the newer one's fading, which ends with that window.
+        if (own && own != toastWindow)
+            services.scheduler.after(ToastWindow::fadeTime, own, [own] { dismiss(own); });
+        if (!toastWindow)
+            return;
+        toastWindow->fade(ToastWindow::fadeTime, [this, faded = toastWindow] {
+            dismiss(faded);
             dismiss(toastWindow);
-            dismiss(own);
             toastWindow = nullptr;
-        };
-        if (toastWindow)
-            toastWindow->fade(ToastWindow::fadeTime, end);
-        else
-            end();
+        });
     });
 }
 
@@ -259,18 +261,24 @@ void AppDelegate::setupHotkey()
     const HotkeyConfig config = services.settings.quickSearchHotkey();
     log(QString(u"setupHotkey - key: " % config.key % u", modifiers: " %
                 QString::fromStdString(config.modifiers.description())));
-    services.hotkeyService.registerGlobalHotkey(config.key, config.modifiers, [this] {
-        log(u"hotkey callback triggered");
-        log(u"calling togglePalette");
-        togglePalette();
-    });
+    services.hotkeyService.registerGlobalHotkey(config.key, config.modifiers,
+                                                [self = QPointer(this)] {
+                                                    if (!self)
+                                                        return;
+                                                    log(u"hotkey callback triggered");
+                                                    log(u"calling togglePalette");
+                                                    self->togglePalette();
+                                                });
 }
 
 void AppDelegate::reregisterHotkey(const HotkeyConfig& config)
 {
     services.hotkeyService.unregisterHotkey();
     services.hotkeyService.registerGlobalHotkey(config.key, config.modifiers,
-                                                [this] { togglePalette(); });
+                                                [self = QPointer(this)] {
+                                                    if (self)
+                                                        self->togglePalette();
+                                                });
 }
 
 void AppDelegate::registerObservers()

@@ -15,6 +15,7 @@
 #include "settings/HotkeyServiceProtocol.h"
 #include "settings/SettingsService.h"
 #include "storage/StorageServiceProtocol.h"
+#include "support/Eventually.h"
 #include "support/FakeAppearance.h"
 #include "support/FakeApplicationWindows.h"
 #include "support/FakeStatusArea.h"
@@ -26,9 +27,12 @@
 #include "views/palette/KeyablePanel.h"
 
 #include <QApplication>
+#include <QPropertyAnimation>
 #include <QSignalSpy>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 namespace vellumry::test {
 
@@ -42,12 +46,17 @@ class NoStorage final : public StorageServiceProtocol {
 public:
     std::optional<VellumryData> loadFullData() override { return library; }
     void saveFullData(const VellumryData&, bool) override {}
-    QList<Snippet> loadSnippets() override { return {}; }
+    QList<Snippet> loadSnippets() override
+    {
+        ++readings;
+        return {};
+    }
     bool saveSnippets(const QList<Snippet>&) override { return true; }
     void deleteCollectionFile(const QString&) override {}
     void renameCollectionFile(const QString&, const QString&) override {}
 
     std::optional<VellumryData> library; ///< that the list model loads
+    int readings = 0;                    ///< by the palette
 };
 
 class NoSearch final : public SearchServiceProtocol {
@@ -69,6 +78,8 @@ public:
         calls.append(QStringLiteral("register ") + QString::fromStdString(modifiers.description()) +
                      key);
         press = std::move(action);
+        if (onRegister)
+            onRegister();
     }
     void unregisterHotkey() override { calls.append(QStringLiteral("unregister")); }
     void pauseHotkey() override {}
@@ -76,6 +87,7 @@ public:
 
     QStringList calls;
     std::function<void()> press;
+    std::function<void()> onRegister;
 };
 
 class PlainDesktop final : public PanelActivation {
@@ -94,6 +106,11 @@ public:
 class AppDelegateTest : public testing::Test {
 protected:
     void SetUp() override { delegate.applicationDidFinishLaunching(); }
+    /// Toasts that have gone do not stand among the windows of the next test.
+    void TearDown() override
+    {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
 
     AppDelegate::Dependencies dependencies()
     {
@@ -127,12 +144,29 @@ protected:
         scheduler.advance(0ms);
     }
 
+    /// Of those on the screen.
     static qsizetype toastCount()
     {
-        qsizetype count = 0;
-        for (const QWidget* window : QApplication::topLevelWidgets())
-            count += window->isVisible() && qobject_cast<const ToastWindow*>(window) ? 1 : 0;
-        return count;
+        const QList<ToastWindow*> toasts = allToasts();
+        return std::count_if(toasts.begin(), toasts.end(),
+                             [](const ToastWindow* toast) { return toast->isVisible(); });
+    }
+
+    static QList<ToastWindow*> allToasts()
+    {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QList<ToastWindow*> toasts;
+        for (QWidget* window : QApplication::topLevelWidgets()) {
+            if (auto* toast = qobject_cast<ToastWindow*>(window))
+                toasts.append(toast);
+        }
+        return toasts;
+    }
+
+    /// The fading of a toast takes time of its own.
+    void waitForTheToastsEnd() const
+    {
+        EXPECT_TRUE(eventually([this] { return delegate.toast() == nullptr; }));
     }
 
     LogCapture log;
@@ -175,6 +209,30 @@ TEST_F(AppDelegateTest, startsWithAHiddenPaletteAndTheStoredHotKey)
                             QStringLiteral("AppDelegate: setupHotkey - key: t, modifiers: ⌥")));
 }
 
+TEST_F(AppDelegateTest, theStartHasAFixedOrder)
+{
+    std::unique_ptr<AppDelegate> fresh;
+    QStringList steps;
+    const auto note = [&](const char* step) {
+        QStringList standing = windows.calls;
+        if (fresh->menuBar())
+            standing.append(QStringLiteral("menu"));
+        if (fresh->palettePanel())
+            standing.append(QStringLiteral("palette"));
+        steps.append(QLatin1StringView(step) + QStringLiteral(" behind ") +
+                     standing.join(QStringLiteral(", ")));
+    };
+    AppDelegate::Dependencies with = dependencies();
+    with.startFileWatching = [&] { note("watching"); };
+    hotkeys.onRegister = [&] { note("hot key"); };
+    fresh = std::make_unique<AppDelegate>(with);
+    windows.calls.clear();
+    fresh->applicationDidFinishLaunching();
+    EXPECT_THAT(steps,
+                ElementsAre(QStringLiteral("watching behind regular, activate"),
+                            QStringLiteral("hot key behind regular, activate, menu, palette")));
+}
+
 TEST_F(AppDelegateTest, tellsAStartSoonAfterTheMachinesOnlyInItsLine)
 {
     const QStringList atAnyTime = log.lines;
@@ -194,6 +252,7 @@ TEST_F(AppDelegateTest, theHotKeyShowsAndHidesThePalette)
     log.lines.clear();
     hotkeys.press();
     EXPECT_FALSE(delegate.isPaletteShown()) << "it shows in the next turn of the event loop";
+    EXPECT_EQ(storage.readings, 1) << "but the library is read before";
     scheduler.advance(0ms);
     EXPECT_TRUE(delegate.palettePanel()->isVisible());
     EXPECT_TRUE(delegate.isPaletteShown());
@@ -250,7 +309,9 @@ TEST_F(AppDelegateTest, theMainWindowIsAdoptedInTheFirstSecondAndAHalf)
 {
     const FakeWindow& window = windows.add(QStringLiteral("AppKitWindow"));
     log.lines.clear();
-    scheduler.advance(300ms);
+    scheduler.advance(299ms);
+    EXPECT_EQ(delegate.mainWindowKeeper().mainWindow(), nullptr);
+    scheduler.advance(1ms);
     EXPECT_EQ(delegate.mainWindowKeeper().mainWindow(), &window);
     EXPECT_THAT(log.lines, ElementsAre(QStringLiteral("Main window delegate set: AppKitWindow, "
                                                       "attempts remaining: 5")));
@@ -505,10 +566,10 @@ TEST_F(AppDelegateTest, theToastStandsInTheMiddleOfThePaletteAndGoesByItself)
     EXPECT_TRUE(delegate.toast()->isVisible());
     EXPECT_DOUBLE_EQ(delegate.toast()->windowOpacity(), 1.0);
     scheduler.advance(1ms);
-    const auto deadline = std::chrono::steady_clock::now() + 20s;
-    while (delegate.toast() && std::chrono::steady_clock::now() < deadline)
-        QApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
-    EXPECT_EQ(delegate.toast(), nullptr);
+    const auto* fading = delegate.toast()->findChild<QPropertyAnimation*>();
+    ASSERT_NE(fading, nullptr);
+    EXPECT_EQ(fading->duration(), 500);
+    waitForTheToastsEnd();
     EXPECT_EQ(toastCount(), 0);
 }
 
@@ -561,12 +622,57 @@ TEST_F(AppDelegateTest, theFirstToastsTimeEndsANewerToastToo)
     EXPECT_EQ(toastCount(), 2) << "one stands over the other";
     EXPECT_EQ(delegate.toast()->text(), QStringLiteral("second"));
     scheduler.advance(300ms);
-    const auto deadline = std::chrono::steady_clock::now() + 20s;
-    while (delegate.toast() && std::chrono::steady_clock::now() < deadline)
-        QApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
-    EXPECT_EQ(toastCount(), 0);
+    waitForTheToastsEnd();
     scheduler.advance(500ms);
+    EXPECT_EQ(toastCount(), 0);
     EXPECT_EQ(delegate.toast(), nullptr);
+}
+
+TEST_F(AppDelegateTest, aToastThatComesWhileAnotherFadesGoesWithIt)
+{
+    Q_EMIT center.quickSearchShowToast(QStringLiteral("first"));
+    scheduler.advance(800ms);
+    Q_EMIT center.quickSearchShowToast(QStringLiteral("second"));
+    EXPECT_EQ(delegate.toast()->text(), QStringLiteral("second"));
+    waitForTheToastsEnd();
+    EXPECT_EQ(toastCount(), 0) << "its own time is not over";
+    scheduler.advance(2s);
+    EXPECT_TRUE(allToasts().isEmpty());
+}
+
+TEST_F(AppDelegateTest, ofManyToastsAtOnceNoneStays)
+{
+    Q_EMIT center.quickSearchShowToast(QStringLiteral("first"));
+    scheduler.advance(100ms);
+    Q_EMIT center.quickSearchShowToast(QStringLiteral("second"));
+    scheduler.advance(400ms);
+    Q_EMIT center.quickSearchShowToast(QStringLiteral("third"));
+    EXPECT_EQ(toastCount(), 3);
+    scheduler.advance(300ms);
+    // The third one goes by the first one's time, before the second one's has faded it.
+    ASSERT_TRUE(eventually([this] { return delegate.toast()->windowOpacity() < 0.9; }));
+    scheduler.advance(100ms);
+    waitForTheToastsEnd();
+    scheduler.advance(2s);
+    EXPECT_TRUE(eventually([] { return allToasts().isEmpty(); }));
+}
+
+TEST_F(AppDelegateTest, aPressThatComesAfterTheDelegatesEndDoesNothing)
+{
+    auto fresh = std::make_unique<AppDelegate>(dependencies());
+    fresh->applicationDidFinishLaunching();
+    fresh.reset();
+    log.lines.clear();
+    hotkeys.press();
+    EXPECT_TRUE(log.lines.isEmpty());
+
+    fresh = std::make_unique<AppDelegate>(dependencies());
+    fresh->applicationDidFinishLaunching();
+    Q_EMIT center.hotkeyDidChange({QStringLiteral("k"), hotkey::ModifierFlags::control});
+    fresh.reset();
+    log.lines.clear();
+    hotkeys.press();
+    EXPECT_TRUE(log.lines.isEmpty());
 }
 
 TEST_F(AppDelegateTest, anotherHotKeyIsPutInForceAtOnceAndWithoutALine)

@@ -239,8 +239,15 @@ TEST_F(MainWindowKeeperTest, aWindowThatIsNoLongerListedIsNotUsed)
     scheduler.advance(2s);
     windows.all.front()->closed = true;
     printed();
+    bool isForgotten = false;
+    windows.menus = {{QStringLiteral("File"), {{QStringLiteral("New Window"), [&] {
+                                                    isForgotten = keeper.mainWindow() == nullptr;
+                                                    windows.add(mainClass);
+                                                }}}}};
     keeper.openOrCreateMainWindow();
     EXPECT_THAT(printed(), testing::Contains(QStringLiteral("Clearing invalid mainWindowRef")));
+    EXPECT_TRUE(isForgotten);
+    scheduler.advance(200ms);
     EXPECT_EQ(keeper.mainWindow(), windows.all.back().get());
 }
 

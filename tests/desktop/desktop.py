@@ -117,6 +117,11 @@ class Desktop(VirtualDesktop):
         return tuple(int(re.search(label + r":\s+(-?\d+)", text)[1]) for label in
                      ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
 
+    def states(self, window):
+        """What the window manager and the window have agreed on, as "ABOVE", "SKIP_TASKBAR"."""
+        return re.findall(r"_NET_WM_STATE_(\w+)", self.command("xprop", "-id", window,
+                                                               "_NET_WM_STATE"))
+
     # Clipboard
 
     def clipboard(self, target="UTF8_STRING", selection="clipboard"):

@@ -5,6 +5,7 @@ import re
 from case import SAMPLE, main
 from library import snippet
 from person import BUTTON, FIELD, ROW, PersonCase
+from program import MAIN_WINDOW
 from waiting import NotReached, wait_for
 
 TITLE, SUBTITLE, CONTENT = "Snippet Title", "Add a subtitle (optional)", "Snippet content"
@@ -105,6 +106,21 @@ class Writing(MainWindowCase):
         wait_for("it is on the disk", lambda: self.library.titles() == {
             "Mail": ["letter"], "Notes": ["beta note"], "Travel": ["alpha note"]})
         wait_for("the sidebar shows it", lambda: "Travel" in self.sidebar())
+
+    def test_back_from_another_program(self):
+        """Whoever comes back has the window before them but is in no field of it: what is typed
+        then goes into no text."""
+        def is_in_a_field():
+            return any("focused" in each.states for each in self.seen("", FIELD))
+        self.create("zebra")
+        self.recorder.focus()
+        wait_for("the program has seen it", lambda: not is_in_a_field())
+        self.desktop.activate(MAIN_WINDOW)
+        # Which Qt enters for a moment.
+        wait_for("it is in no field", lambda: not is_in_a_field())
+        self.desktop.type_text("xyz")
+        self.save("zebra")
+        self.assertEqual(self.text_of(TITLE), "zebra")
 
     def test_revert(self):
         """What is typed is a draft; reverted, the editor has the text of the disk again, and so has

@@ -36,6 +36,18 @@ class PaletteKeys(DesktopCase):
             self.desktop.wait_focus("Recorder")
         self.assert_nothing_leaked()
 
+    def test_keys_behind_the_closing_press(self):
+        """What is typed without a pause behind the press that closes goes to the other program,
+        and all of it."""
+        for number in range(1, 11):
+            with self.told(f"round {number}"):
+                self.program.open_palette()
+                before = self.recorder.keys()
+                self.desktop.key(HOTKEY, *"hello", delay=0)
+                self.program.wait_palette_gone()
+                wait_for("the whole word",
+                         lambda: self.recorder.keys() == before + list("hello"))
+
     def test_query_is_empty_at_each_opening(self):
         """What was typed at the last opening is gone at the next: the first row is the one that
         opens the main window."""

@@ -73,6 +73,16 @@ class Here:
                            stdout=subprocess.DEVNULL)
             self.desktop.wait_focus(PALETTE)
 
+        def test_no_task_bar_entry(self):
+            """No task bar and no pager lists the palette, at whatever opening."""
+            for _ in range(2):
+                self.program.open_palette()
+                states = self.desktop.states(self.desktop.window(PALETTE))
+                self.assertIn("SKIP_TASKBAR", states)
+                self.assertIn("SKIP_PAGER", states)
+                self.desktop.key("Escape")
+                self.program.wait_palette_gone()
+
     class Typing(TypeAheadCase):
         def test_type_ahead(self):
             """No letter is lost behind the hot key, several times."""
