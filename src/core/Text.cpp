@@ -1,6 +1,6 @@
 #include "core/Text.h"
 
-#include <QTextBoundaryFinder>
+#include "core/CharacterBreaks.h"
 
 namespace vellumry {
 
@@ -53,42 +53,17 @@ QString prefixOfCharacters(const QString& text, int count)
     // A character has at least one UTF-16 unit, so a short text needs no walk.
     if (text.size() <= count)
         return text;
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
-    for (int i = 0; i < count; ++i) {
-        if (finder.toNextBoundary() < 0)
-            return text;
-    }
-    return text.left(finder.position());
+    qsizetype end = 0;
+    for (int i = 0; i < count && end < text.size(); ++i)
+        end = endOfCharacter(text, end);
+    return text.left(end);
 }
 
 qsizetype characterCount(QStringView text)
 {
-    // Below the first combining mark each unit is a character, but for a carriage return with its
-    // line feed. Only what stands with larger ones needs a walk.
-    constexpr char16_t firstMark = 0x300;
-    const auto isPlain = [](QChar c) { return c.unicode() < firstMark; };
     qsizetype count = 0;
-    const auto end = text.end();
-    for (auto at = text.begin(); at != end;) {
-        auto stop = at;
-        while (stop != end && isPlain(*stop)) {
-            count += *stop == u'\n' && stop != text.begin() && stop[-1] == u'\r' ? 0 : 1;
-            ++stop;
-        }
-        if (stop == end)
-            break;
-        // The plain unit before may carry the first mark; it was counted, and is again.
-        const auto begin = stop == text.begin() ? stop : stop - 1;
-        count -= stop - begin;
-        at = stop;
-        while (at != end && !isPlain(*at))
-            ++at;
-        if (at != end) // a prefix takes the next one in
-            ++at;
-        QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, begin, at - begin);
-        while (finder.toNextBoundary() >= 0)
-            ++count;
-    }
+    for (qsizetype end = 0; end < text.size(); end = endOfCharacter(text, end))
+        ++count;
     return count;
 }
 

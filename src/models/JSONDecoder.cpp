@@ -254,13 +254,16 @@ QStringList readTexts(dom::array elements, std::string_view key, TextReader& rea
 
 QMap<QString, QString> readTextMap(dom::object object, std::string_view key, TextReader& reader)
 {
+    // A value that is no text is null until a later member of its key, if any, takes its place.
     QMap<QString, QString> map;
     for (const dom::key_value_pair member : object) {
         std::string_view utf8;
-        if (member.value.get(utf8) != simdjson::SUCCESS)
-            throw DecodingError(QStringLiteral("expected a text"),
-                                keyText(key) + u'.' + keyText(member.key));
-        map.insert(reader.text(member.key), reader.text(utf8));
+        const bool isText = member.value.get(utf8) == simdjson::SUCCESS;
+        map.insert(reader.text(member.key), isText ? reader.text(utf8) : QString());
+    }
+    for (auto it = map.cbegin(); it != map.cend(); ++it) {
+        if (it->isNull())
+            throw DecodingError(QStringLiteral("expected a text"), keyText(key) + u'.' + it.key());
     }
     return map;
 }

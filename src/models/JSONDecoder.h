@@ -14,11 +14,11 @@
 
 namespace vellumry {
 
-/// Decodes the records of the files. The whole document must be valid JSON (RFC 8259) in
-/// UTF-8, nested at most 1,024 deep and at most 1 GiB long; a byte order mark is skipped. Unknown
-/// keys are passed over, null counts as missing where a key is optional, and of a key that stands
-/// twice the last one counts. Records never decode partly: decode() throws DecodingError instead,
-/// with the place of what is wrong.
+/// Decodes the records of the files. The whole document must be valid JSON (RFC 8259) in UTF-8,
+/// nested at most 1,024 deep and at most 1 GiB long, and hold no number beyond 64 bits, even under
+/// an unknown key; a byte order mark is skipped. Unknown keys are passed over, null counts as
+/// missing where a key is optional, and of a key that stands twice the last one counts. Records
+/// never decode partly: decode() throws DecodingError instead, with the place of what is wrong.
 ///
 /// A decoder keeps its working memory between calls, so that one serves a whole load. Not shared
 /// between threads.

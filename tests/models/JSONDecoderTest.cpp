@@ -97,6 +97,14 @@ TEST(JSONDecoder, OfAKeyThatStandsTwiceTheLastCounts)
                   R"({"collections":[],"snippets":[],"categoryColors":{"a":"1","a":"2"}})")
                   .categoryColors,
               (QMap<QString, QString>{{u"a"_s, u"2"_s}}));
+    EXPECT_EQ(decode<SyncDataContent>(
+                  R"({"collections":[],"snippets":[],"categoryColors":{"a":1,"b":"","a":"2"}})")
+                  .categoryColors,
+              (QMap<QString, QString>{{u"a"_s, u"2"_s}, {u"b"_s, u""_s}}));
+    EXPECT_TRUE(failure<SyncDataContent>(
+                    R"({"collections":[],"snippets":[],"categoryColors":{"a":"1","a":2}})")
+                    .description()
+                    .contains(u"categoryColors.a"_s));
 }
 
 TEST(JSONDecoder, KeysMayBeEscaped)

@@ -55,6 +55,16 @@ TEST(Subtitle, CountsAsAPersonDoes)
     }
 }
 
+TEST(Subtitle, CountsAFlagBehindAnEmojiAndAnEmojiBesideThaiAsOne)
+{
+    const QString flag = u"\U0001F389\U0001F1E9\U0001F1EA"_s;
+    EXPECT_EQ(subtitleOf(flag.repeated(100)), flag.repeated(100));
+    EXPECT_EQ(subtitleOf(flag.repeated(101)), flag.repeated(100));
+    const QString thai = u"\u0E01\U0001F600"_s;
+    EXPECT_EQ(subtitleOf(thai.repeated(100)), thai.repeated(100));
+    EXPECT_EQ(subtitleOf(u"a"_s + thai.repeated(100)), u"a"_s + thai.repeated(99) + u"\u0E01"_s);
+}
+
 TEST(Subtitle, BreaksBecomeBlanksBeforeItIsCounted)
 {
     // As one character each the breaks would keep 200 letters more.

@@ -120,6 +120,23 @@ TEST_F(FolderTest, aLibraryComesBackAsItWasSaved)
                                     QStringLiteral("work.json")}));
 }
 
+TEST_F(FolderTest, collectionsOfAnyNameComeBack)
+{
+    VellumryData odd = makeLibrary({}, {});
+    for (const QString& name :
+         {QStringLiteral("\uFEFFWork"), QStringLiteral("\uFFFE"), QStringLiteral("."),
+          QStringLiteral(".."), QStringLiteral("a\nb"), QStringLiteral("~"), QStringLiteral("/"),
+          QStringLiteral("e\u0301"), QStringLiteral("\u00E9"), QStringLiteral("\x7F\x01"),
+          QStringLiteral("_"), QStringLiteral(".json"), QStringLiteral("\U0001F600")})
+        odd.data.collections.append(makeCollection(QStringLiteral("id of ") + name, name));
+    service().saveFullData(odd, false);
+    world.restart();
+    const auto loaded = service().loadFullData();
+    ASSERT_TRUE(loaded);
+    EXPECT_EQ(idsOf(loaded->data.collections), idsOf(odd.data.collections));
+    EXPECT_EQ(loaded->data.collections, odd.data.collections);
+}
+
 TEST_F(FolderTest, aSaveAfterALoadOpensNoUnchangedFile)
 {
     service().saveFullData(library, false);

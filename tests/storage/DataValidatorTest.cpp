@@ -62,11 +62,11 @@ TEST(DataValidatorTest, sortsLegacyCollectionsByTheirOrderThoseWithoutLast)
     const LegacyExportData legacy{
         .version = QStringLiteral("1"),
         .exportedAt = std::nullopt,
-        .collections = {nested(QStringLiteral("none 1"), std::nullopt),
+        .collections = {nested(QStringLiteral("largest"), std::numeric_limits<qint64>::max()),
+                        nested(QStringLiteral("none 1"), std::nullopt),
                         nested(QStringLiteral("two"), 2), nested(QStringLiteral("minus"), -1),
                         nested(QStringLiteral("none 2"), std::nullopt),
-                        nested(QStringLiteral("two again"), 2),
-                        nested(QStringLiteral("largest"), std::numeric_limits<qint64>::max())}};
+                        nested(QStringLiteral("two again"), 2)}};
     const VellumryData data = DataValidator::migrateFromLegacy(legacy, clock);
     expectHead(data, clock);
     QStringList names;
@@ -77,8 +77,8 @@ TEST(DataValidatorTest, sortsLegacyCollectionsByTheirOrderThoseWithoutLast)
         EXPECT_EQ(collection.color, std::nullopt);
     }
     EXPECT_EQ(names, (QStringList{QStringLiteral("minus"), QStringLiteral("two"),
-                                  QStringLiteral("two again"), QStringLiteral("none 1"),
-                                  QStringLiteral("none 2"), QStringLiteral("largest")}));
+                                  QStringLiteral("two again"), QStringLiteral("largest"),
+                                  QStringLiteral("none 1"), QStringLiteral("none 2")}));
 }
 
 TEST(DataValidatorTest, keepsLegacySnippetsAsTheyAreInTheOrderOfTheirCollections)

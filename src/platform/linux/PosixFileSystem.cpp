@@ -4,6 +4,7 @@
 
 #include <QRandomGenerator>
 #include <QStringBuilder>
+#include <QStringDecoder>
 
 #include <algorithm>
 #include <array>
@@ -94,7 +95,10 @@ QByteArray withoutLinks(const QString& path, QByteArray nativePath)
 
 QString textOf(const fs::path& name)
 {
-    return QString::fromStdString(name.native());
+    // A byte order mark at the beginning belongs to the name; the shorter ways drop it.
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless |
+                                                     QStringDecoder::Flag::ConvertInitialBom);
+    return decoder(QByteArrayView(name.native()));
 }
 
 bool saysUnsupported(int errorNumber)
