@@ -27,10 +27,6 @@ using namespace std::chrono_literals;
 constexpr QSize paletteSize{680, 480};
 /// A moment's loss of the keyboard, shorter than this, does not close the palette.
 constexpr auto focusLossGrace = 100ms;
-/// A shown palette without the keyboard asks for it again after this time, so many times. The first
-/// answers come while the keys that are typed behind the hot key are still held for it.
-constexpr auto keyboardDelay = 100ms;
-constexpr int keyboardAttempts = 10;
 constexpr int mainWindowAttempts = 5;
 constexpr auto mainWindowDelay = 300ms;
 /// The main window's contents settle before a snippet is selected in them.
@@ -49,15 +45,6 @@ void log(QStringView message)
 QString text(bool value)
 {
     return value ? QStringLiteral("true") : QStringLiteral("false");
-}
-
-/// To the display server: whatever time it is there.
-constexpr quint32 currentTime = 0;
-
-/// The time of the press or release that is being handled, for asking for the keyboard.
-quint32 hotKeyEventTime()
-{
-    return hotkey::HotKeysController::backend().lastEventTime();
 }
 
 void dismiss(ToastWindow* toast)
@@ -142,10 +129,7 @@ void AppDelegate::setupPalette()
                                 services.clock, services.collectionColor});
     paletteWindow->setContentView(paletteView);
     paletteWindow->center();
-    connect(paletteWindow.get(), &KeyablePanel::gainedKeyStatus, this, [this] {
-        awaitsKeyboard = false;
-        releaseKeyboard();
-    });
+    connect(paletteWindow.get(), &KeyablePanel::gainedKeyStatus, this, releaseKeyboard);
     connect(paletteWindow.get(), &KeyablePanel::resignedKeyStatus, this,
             &AppDelegate::paletteResignedKey);
 }
@@ -182,29 +166,12 @@ void AppDelegate::togglePalette()
     if (const std::string token = hotkey::HotKeysController::backend().takeActivationToken();
         !token.empty())
         services.panelActivation.offerToken(QByteArray::fromStdString(token));
-    services.scheduler.after(0ms, this, [this, eventTime = hotKeyEventTime()] {
+    services.scheduler.after(0ms, this, [this] {
         paletteWindow->center();
-        paletteWindow->orderFront(eventTime);
+        paletteWindow->orderFront();
         ++showCount;
         setPalettePresented(true);
         log(u"palette shown, isPalettePresented = true");
-        // Elsewhere the right to the keyboard is given once.
-        awaitsKeyboard = services.panelActivation.arrangesWindows() && !paletteWindow->isKey();
-        awaitKeyboard(keyboardAttempts);
-    });
-}
-
-/// A window manager that was held up deals with another window's older wish for the keyboard after
-/// the press; by the time of that it takes the palette's wish for outdated and turns it down.
-void AppDelegate::awaitKeyboard(int attempts)
-{
-    if (!awaitsKeyboard || attempts == 0)
-        return;
-    services.scheduler.after(keyboardDelay, this, [this, attempts, showing = showCount] {
-        if (!awaitsKeyboard || !isPalettePresented || showing != showCount)
-            return;
-        paletteWindow->makeKey(currentTime);
-        awaitKeyboard(attempts - 1);
     });
 }
 

@@ -111,7 +111,6 @@ private:
     void reregisterHotkey(const HotkeyConfig& config);
     void registerObservers();
     void setPalettePresented(bool isPresented);
-    void awaitKeyboard(int attempts);
     void hidePalette();
     void paletteResignedKey();
     void selectSnippet(const QString& snippetID);
@@ -123,8 +122,7 @@ private:
     std::unique_ptr<KeyablePanel> paletteWindow;
     CommandPaletteView* paletteView = nullptr; ///< owned by the panel
     bool isPalettePresented = false;
-    unsigned showCount = 0;      ///< how often the palette was raised
-    bool awaitsKeyboard = false; ///< since the palette was raised it has not had the keyboard
+    unsigned showCount = 0; ///< how often the palette was raised
     QPointer<ToastWindow> toastWindow;
 };
 

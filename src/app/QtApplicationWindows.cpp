@@ -65,7 +65,7 @@ public:
         widget.raise();
         // In the person's name: the program's own wish can be turned down while it has no event of
         // the person's to show for it, as when it is started a second time.
-        activation.activate(*widget.windowHandle(), 0);
+        activation.activate(*widget.windowHandle());
     }
     void orderOut() override { widget.hide(); }
     void close() override

@@ -72,11 +72,6 @@ public:
     /// to nobody. Any thread.
     virtual void releaseKeyboardAfter(std::uint32_t /*closing*/) { releaseKeyboard(); }
 
-    /// The window system's time of the press or release that the handler is being told, 0 while it
-    /// is told none. A window that comes up by other means must not ask for the focus with the time
-    /// of an old press: window managers refuse it once the person has done something else.
-    [[nodiscard]] virtual std::uint32_t lastEventTime() const = 0;
-
     /// What the desktop gave along with the last press, so that the window which the press brings
     /// up may take the keyboard. Serves once, and until releaseKeyboard(); empty when there is
     /// none.

@@ -28,8 +28,7 @@ struct HotKeyEvent {
 
     std::uint32_t kind = pressed;
     HotKeyID hotKeyID;
-    /// The window system's time of the event in milliseconds, 0 when it has none. A window that
-    /// appears because of the event asks for the focus with it.
+    /// The window system's time of the event in milliseconds, 0 when it has none.
     std::uint32_t time = 0;
     /// Not zero when the backend could not tell `hotKeyID`.
     std::int32_t parameterStatus = 0;

@@ -22,9 +22,4 @@ std::optional<std::vector<SymbolicHotKey>> NullHotKeyBackend::copySymbolicHotKey
 
 void NullHotKeyBackend::releaseKeyboard() {}
 
-std::uint32_t NullHotKeyBackend::lastEventTime() const
-{
-    return 0;
-}
-
 } // namespace vellumry::hotkey

@@ -13,7 +13,6 @@ public:
     EventHandlerReference installEventHandler(EventHandler handler) override;
     [[nodiscard]] std::optional<std::vector<SymbolicHotKey>> copySymbolicHotKeys() override;
     void releaseKeyboard() override;
-    [[nodiscard]] std::uint32_t lastEventTime() const override;
 };
 
 } // namespace vellumry::hotkey

@@ -172,14 +172,13 @@ void PortalHotKeyBackend::deliver(std::uint32_t kind, quint64 time, const QStrin
 {
     if (held.empty() || !handler)
         return;
-    eventTime = static_cast<std::uint32_t>(time);
     if (kind == HotKeyEvent::pressed)
         activationToken = token.toStdString();
-    const HotKeyEvent event{.kind = kind, .hotKeyID = held.back().hotKeyID, .time = eventTime};
+    const HotKeyEvent event{
+        .kind = kind, .hotKeyID = held.back().hotKeyID, .time = static_cast<std::uint32_t>(time)};
     const EventHandler told = handler;
     if (told(&event) != hotKeyNoError)
         activationToken.clear();
-    eventTime = 0;
 }
 
 } // namespace vellumry::hotkey

@@ -46,7 +46,6 @@ public:
     EventHandlerReference installEventHandler(EventHandler newHandler) override;
     [[nodiscard]] std::optional<std::vector<SymbolicHotKey>> copySymbolicHotKeys() override;
     void releaseKeyboard() override;
-    [[nodiscard]] std::uint32_t lastEventTime() const override { return eventTime; }
     [[nodiscard]] std::string takeActivationToken() override;
     [[nodiscard]] std::optional<DesktopShortcut> desktopShortcut() const override;
     void observeDesktopShortcut(const std::function<void()>& newObserver) override;
@@ -84,7 +83,6 @@ private:
 
     EventHandler handler;
     std::function<void()> observer;
-    std::uint32_t eventTime = 0;
     std::string activationToken;
 };
 

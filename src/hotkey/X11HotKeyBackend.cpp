@@ -97,11 +97,6 @@ void X11HotKeyBackend::releaseKeyboardAfter(std::uint32_t closing)
     });
 }
 
-std::uint32_t X11HotKeyBackend::lastEventTime() const
-{
-    return eventTime;
-}
-
 void X11HotKeyBackend::readConnection()
 {
     // Signals are for the main thread; and a server that goes away must not end the program.
@@ -174,11 +169,9 @@ void X11HotKeyBackend::wake() const
 
 void X11HotKeyBackend::deliver(const HotKeyEvent& event, std::uint64_t pressNumber)
 {
-    eventTime = event.time;
     lastPress = pressNumber;
     const EventHandler handler = receiver->handler;
     const std::int32_t status = handler ? handler(&event) : hotKeyEventNotHandled;
-    eventTime = 0;
     // Nobody will show a window for this press.
     if (status != hotKeyNoError && event.kind == HotKeyEvent::pressed)
         releaseKeyboard();

@@ -38,7 +38,6 @@ public:
     [[nodiscard]] std::optional<std::vector<SymbolicHotKey>> copySymbolicHotKeys() override;
     void releaseKeyboard() override;
     void releaseKeyboardAfter(std::uint32_t closing) override;
-    [[nodiscard]] std::uint32_t lastEventTime() const override;
 
 private:
     using Task = std::function<void()>;
@@ -64,7 +63,6 @@ private:
     const MainThreadExecutor runOnMainThread;
     std::shared_ptr<Receiver> receiver;
     std::atomic<std::uint64_t> lastPress = 0; ///< Told the handler; the connection's number.
-    std::uint32_t eventTime = 0;
 
     std::mutex taskMutex;
     std::deque<Task> tasks;

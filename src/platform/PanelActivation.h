@@ -14,13 +14,11 @@ class PanelActivation : public QObject {
     Q_OBJECT
 
 public:
-    /// To be called with the created but hidden window, before each show. `eventTime` is the time
-    /// of the key or mouse event that asks for the panel, in milliseconds of the display server,
-    /// 0 when there was none.
-    virtual void prepareToShow(QWindow& window, quint32 eventTime) = 0;
+    /// To be called with the created but hidden window, before each show.
+    virtual void prepareToShow(QWindow& window) = 0;
 
-    /// To be called right after show: asks for the keyboard. 0 stands for the present.
-    virtual void activate(QWindow& window, quint32 eventTime) = 0;
+    /// To be called right after show: asks for the keyboard.
+    virtual void activate(QWindow& window) = 0;
 
     /// Whether translucent pixels let through what lies below. Without it windows are masked.
     [[nodiscard]] virtual bool isCompositing() const = 0;

@@ -38,8 +38,8 @@ using namespace std::chrono_literals;
 
 class QtActivation final : public PanelActivation {
 public:
-    void prepareToShow(QWindow&, quint32) override {}
-    void activate(QWindow& window, quint32) override { window.requestActivate(); }
+    void prepareToShow(QWindow&) override {}
+    void activate(QWindow& window) override { window.requestActivate(); }
     [[nodiscard]] bool isCompositing() const override { return true; }
 };
 

@@ -32,9 +32,7 @@ class Clipboard(DesktopCase):
 
     def quit_program(self):
         """The orderly end, as from the status item's menu."""
-        subprocess.run(guarded([os.environ["VELLUMRY_PROGRAM"], "--quit"]),
-                       env={**self.desktop.env, **self.home}, check=True, timeout=20,
-                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self.program.run_again("--quit").check_returncode()
         wait_for("the end", lambda: not self.program.running())
         self.assertEqual(self.program.finish(), 0, self.program.lines)
 

@@ -1,7 +1,8 @@
 """The program under test, and what its log and its palette tell."""
 import os
+import subprocess
 
-from processes import LoggedProcess
+from processes import LoggedProcess, guarded
 from waiting import TIMEOUT, wait_for, wait_until_stable
 
 READY = "HotkeyService: 已注册热键 ⌥T"
@@ -53,6 +54,12 @@ class Program(LoggedProcess):
                  timeout=START)
         if not self.running():
             raise AssertionError("the program ended at its start:\n" + "\n".join(self.lines))
+
+    def run_again(self, *arguments, home=None):
+        """Starts the program once more while it runs; returns how the second process has ended."""
+        return subprocess.run(guarded([os.environ["VELLUMRY_PROGRAM"], *arguments]),
+                              env={**self.desktop.env, **(home or self.home)},
+                              capture_output=True, encoding="utf-8", timeout=START, check=False)
 
     def wait_settled(self):
         """Waits until the search for the first main window is over, which would raise one."""

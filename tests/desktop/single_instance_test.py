@@ -2,11 +2,10 @@
 import os
 import re
 import signal
-import subprocess
 import time
 
 from case import DesktopCase, main
-from processes import LoggedProcess, guarded
+from processes import LoggedProcess
 from program import MAIN_WINDOW, PALETTE, READY, SETTINGS_WINDOW, Program
 from waiting import wait_for
 
@@ -19,9 +18,7 @@ class SingleInstance(DesktopCase):
     def run_again(self, *arguments, home=None):
         """Starts the program a second time; returns its status, lines and seconds."""
         started = time.monotonic()
-        result = subprocess.run(guarded([os.environ["VELLUMRY_PROGRAM"], *arguments]),
-                                env={**self.desktop.env, **(home or self.home)},
-                                capture_output=True, encoding="utf-8", timeout=20, check=False)
+        result = self.program.run_again(*arguments, home=home)
         return result.returncode, result.stdout + result.stderr, time.monotonic() - started
 
     def test_second_start_opens_the_main_window(self):

@@ -18,10 +18,11 @@ class TypeAheadCase(DesktopCase):
     collections = {"Words": [snippet(WORD, "the whole word")]
                    + [snippet(part, f"only {part}") for part in fragments(WORD)]}
 
-    def type_ahead(self):
-        """Hot key and word without a pause; then what the palette has received is copied."""
+    def type_ahead(self, front="Recorder"):
+        """Hot key and word without a pause; then what the palette has received is copied. front:
+        the title of the window that has the keyboard before."""
         self.desktop.set_clipboard("untouched")
-        self.assertEqual(self.desktop.focused_window(), "Recorder")
+        self.assertEqual(self.desktop.focused_window(), front)
         self.desktop.key("alt+t", *WORD, delay=0)
         self.program.wait_palette()
         self.program.wait_searched()

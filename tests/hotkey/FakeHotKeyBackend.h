@@ -65,7 +65,6 @@ public:
         return symbolicHotKeys;
     }
     void releaseKeyboard() override {}
-    [[nodiscard]] std::uint32_t lastEventTime() const override { return 0; }
     [[nodiscard]] std::string takeActivationToken() override
     {
         return std::exchange(activationToken, {});

@@ -67,7 +67,6 @@ protected:
         backend->observeDesktopShortcut([this] { ++changes; });
         backend->installEventHandler([this](const HotKeyEvent* event) {
             events.push_back(*event);
-            timesInHandler.push_back(backend->lastEventTime());
             return answer;
         });
     }
@@ -108,7 +107,6 @@ protected:
     test::PrivateBus bus;
     std::unique_ptr<FakeGlobalShortcutsPortal> portal;
     std::vector<HotKeyEvent> events;
-    std::vector<std::uint32_t> timesInHandler;
     std::int32_t answer = hotKeyNoError;
     int changes = 0;
     std::unique_ptr<PortalHotKeyBackend> backend;
@@ -187,8 +185,6 @@ TEST_F(PortalHotKeyBackendTest, tellsPressAndRelease)
     EXPECT_EQ(events[0].time, 1'000U);
     EXPECT_EQ(events[1].kind, HotKeyEvent::released);
     EXPECT_EQ(events[1].hotKeyID, someID);
-    EXPECT_EQ(timesInHandler, (std::vector<std::uint32_t>{1'000, 1'100}));
-    EXPECT_EQ(backend->lastEventTime(), 0U);
     EXPECT_EQ(backend->takeActivationToken(), "the token");
     EXPECT_EQ(backend->takeActivationToken(), "") << "serves once";
 }

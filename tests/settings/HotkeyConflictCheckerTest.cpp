@@ -58,7 +58,6 @@ public:
         return fake.copySymbolicHotKeys();
     }
     void releaseKeyboard() override {}
-    [[nodiscard]] std::uint32_t lastEventTime() const override { return 0; }
 
     QList<Trial> trials;
     FakeHotKeyBackend fake;

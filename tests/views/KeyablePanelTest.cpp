@@ -22,13 +22,13 @@ public:
     QStringList calls;
     bool compositing = true;
 
-    void prepareToShow(QWindow& window, quint32 eventTime) override
+    void prepareToShow(QWindow& window) override
     {
-        calls << u"prepare %1 visible %2"_s.arg(eventTime).arg(window.isVisible());
+        calls << u"prepare visible %1"_s.arg(window.isVisible());
     }
-    void activate(QWindow& window, quint32 eventTime) override
+    void activate(QWindow& window) override
     {
-        calls << u"activate %1 visible %2"_s.arg(eventTime).arg(window.isVisible());
+        calls << u"activate visible %1"_s.arg(window.isVisible());
         window.requestActivate();
     }
     [[nodiscard]] bool isCompositing() const override { return compositing; }
@@ -60,15 +60,14 @@ TEST_F(KeyablePanelTest, isAFloatingWindowWithoutAFrame)
 
 TEST_F(KeyablePanelTest, isPreparedBeforeItShowsAndActivatedAfter)
 {
-    panel.orderFront(4711);
-    EXPECT_THAT(activation.calls,
-                ElementsAre(u"prepare 4711 visible 0"_s, u"activate 4711 visible 1"_s));
-    panel.orderFront(4712);
-    EXPECT_EQ(activation.calls.last(), u"activate 4712 visible 1"_s);
+    panel.orderFront();
+    EXPECT_THAT(activation.calls, ElementsAre(u"prepare visible 0"_s, u"activate visible 1"_s));
+    panel.orderFront();
+    EXPECT_EQ(activation.calls.last(), u"activate visible 1"_s);
     EXPECT_EQ(activation.calls.size(), 3);
     panel.orderOut();
     EXPECT_FALSE(panel.isVisible());
-    panel.orderFront(0);
+    panel.orderFront();
     EXPECT_EQ(activation.calls.size(), 5);
 }
 
@@ -78,7 +77,7 @@ TEST_F(KeyablePanelTest, tellsOfGainedAndLostKeyStatus)
     int resigned = 0;
     QObject::connect(&panel, &KeyablePanel::gainedKeyStatus, &panel, [&] { ++gained; });
     QObject::connect(&panel, &KeyablePanel::resignedKeyStatus, &panel, [&] { ++resigned; });
-    panel.orderFront(0);
+    panel.orderFront();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&panel));
     EXPECT_TRUE(panel.isKey());
     EXPECT_EQ(gained, 1);
@@ -97,7 +96,7 @@ TEST_F(KeyablePanelTest, standsInTheMiddleOfTheScreen)
 {
     panel.move(3, 4);
     panel.center();
-    panel.orderFront(0);
+    panel.orderFront();
     const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
     const QPoint corner(screen.x() + (screen.width() - 680) / 2,
                         screen.y() + (screen.height() - 480) / 2);
@@ -125,7 +124,7 @@ TEST_F(KeyablePanelTest, isMaskedWhileThereIsNoCompositor)
 TEST_F(KeyablePanelTest, isMovedByItsBackground)
 {
     panel.center();
-    panel.orderFront(0);
+    panel.orderFront();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&panel));
     const QPoint start = panel.pos();
     const auto send = [this](QEvent::Type type, const QPoint& global, Qt::MouseButtons held) {
@@ -146,7 +145,7 @@ TEST_F(KeyablePanelTest, isMovedByItsBackground)
 TEST_F(KeyablePanelTest, isMovedFromWhereTheWindowManagerHasPlacedIt)
 {
     panel.center();
-    panel.orderFront(0);
+    panel.orderFront();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&panel));
     const QPoint start = panel.pos() + QPoint(2, 18);
     panel.move(start);
@@ -167,7 +166,7 @@ TEST_F(KeyablePanelTest, itsContentFillsIt)
     panel.setContentView(content);
     EXPECT_EQ(content->parent(), &panel);
     EXPECT_EQ(content->geometry(), panel.rect());
-    panel.orderFront(0);
+    panel.orderFront();
     EXPECT_TRUE(content->isVisible());
 }
 

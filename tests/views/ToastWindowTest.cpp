@@ -18,8 +18,8 @@ using namespace std::chrono_literals;
 class QuietActivation final : public PanelActivation {
 public:
     bool compositing = true;
-    void prepareToShow(QWindow&, quint32) override {}
-    void activate(QWindow&, quint32) override {}
+    void prepareToShow(QWindow&) override {}
+    void activate(QWindow&) override {}
     [[nodiscard]] bool isCompositing() const override { return compositing; }
 };
 

@@ -8,7 +8,7 @@
 
 namespace vellumry {
 
-void WaylandWindowActivation::activate(QWindow& window, quint32)
+void WaylandWindowActivation::activate(QWindow& window)
 {
     // Some desktops turn down a window that has no picture yet, and the token is spent.
     if (window.isExposed())

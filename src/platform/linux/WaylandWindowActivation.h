@@ -13,8 +13,8 @@ class WaylandWindowActivation final : public PanelActivation {
     Q_OBJECT
 
 public:
-    void prepareToShow(QWindow&, quint32) override {}
-    void activate(QWindow& window, quint32 eventTime) override;
+    void prepareToShow(QWindow&) override {}
+    void activate(QWindow& window) override;
     [[nodiscard]] bool isCompositing() const override { return true; }
     [[nodiscard]] bool arrangesWindows() const override { return false; }
     void offerToken(const QByteArray& newToken) override;

@@ -44,15 +44,11 @@ X11WindowActivation::~X11WindowActivation()
         qApp->removeNativeEventFilter(this);
 }
 
-void X11WindowActivation::prepareToShow(QWindow& window, quint32 eventTime)
+void X11WindowActivation::prepareToShow(QWindow& window)
 {
     if (!connection)
         return;
     const auto id = static_cast<xcb_window_t>(window.winId());
-    if (eventTime != 0) {
-        xcb_change_property(connection, XCB_PROP_MODE_REPLACE, id, atom("_NET_WM_USER_TIME"),
-                            XCB_ATOM_CARDINAL, 32, 1, &eventTime);
-    }
     // Qt keeps what it finds here and adds its own states when it shows the window.
     const std::uint32_t states[] = {atom("_NET_WM_STATE_SKIP_TASKBAR"),
                                     atom("_NET_WM_STATE_SKIP_PAGER")};
@@ -60,7 +56,7 @@ void X11WindowActivation::prepareToShow(QWindow& window, quint32 eventTime)
                         32, 2, states);
 }
 
-void X11WindowActivation::activate(QWindow& window, quint32 eventTime)
+void X11WindowActivation::activate(QWindow& window)
 {
     if (!connection) {
         window.requestActivate();
@@ -74,7 +70,10 @@ void X11WindowActivation::activate(QWindow& window, quint32 eventTime)
         message.window = id;
         message.type = atom("_NET_ACTIVE_WINDOW");
         message.data.data32[0] = sourceIsPerson;
-        message.data.data32[1] = eventTime;
+        // Not the time of the press: a window manager that has given the keyboard to another window
+        // since, as when the main window was hidden or when it came late to what was asked before,
+        // turns down a wish that is older than that.
+        message.data.data32[1] = XCB_CURRENT_TIME;
         xcb_send_event(connection, 0, root,
                        XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
                        reinterpret_cast<const char*>(&message));

@@ -20,8 +20,8 @@ public:
     X11WindowActivation();
     ~X11WindowActivation() override;
 
-    void prepareToShow(QWindow& window, quint32 eventTime) override;
-    void activate(QWindow& window, quint32 eventTime) override;
+    void prepareToShow(QWindow& window) override;
+    void activate(QWindow& window) override;
     [[nodiscard]] bool isCompositing() const override { return compositing; }
     void offerToken(const QByteArray& token) override;
 

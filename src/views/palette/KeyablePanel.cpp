@@ -53,21 +53,16 @@ void KeyablePanel::put(QPoint newCorner)
     move(corner);
 }
 
-void KeyablePanel::orderFront(quint32 eventTime)
+void KeyablePanel::orderFront()
 {
     winId();
     if (isVisible()) {
         raise();
     } else {
-        desktop.prepareToShow(*windowHandle(), eventTime);
+        desktop.prepareToShow(*windowHandle());
         show();
     }
-    makeKey(eventTime);
-}
-
-void KeyablePanel::makeKey(quint32 eventTime)
-{
-    desktop.activate(*windowHandle(), eventTime);
+    desktop.activate(*windowHandle());
 }
 
 void KeyablePanel::orderOut()

@@ -34,13 +34,8 @@ public:
     /// moment after the showing can tell the corner within the window manager's frame instead.
     [[nodiscard]] QRect place() const { return {corner, size()}; }
 
-    /// Shows the panel above all others where it was put, and gives it the keyboard. `eventTime` is
-    /// the time of the event that asks for it, in milliseconds of the display server; 0 when there
-    /// was none.
-    void orderFront(quint32 eventTime);
-
-    /// Asks for the keyboard for the panel that is shown.
-    void makeKey(quint32 eventTime);
+    /// Shows the panel above all others where it was put, and gives it the keyboard.
+    void orderFront();
 
     /// Takes the panel off the screen.
     void orderOut();
