@@ -1,9 +1,8 @@
 #include "palette/FuzzySearchService.h"
 
+#include "core/CharacterBreaks.h"
 #include "core/Text.h"
 #include "palette/SearchEncoding.h"
-
-#include <QTextBoundaryFinder>
 
 #include <algorithm>
 
@@ -11,22 +10,21 @@ namespace vellumry {
 
 namespace {
 
-/// Puts together the terms of a query from its UTF-16 units.
+/// Puts together the terms of a query from its user-perceived characters. A quote or a blank with a
+/// combining mark is a character of its own, and neither a quote nor a blank.
 class KeywordSplitter {
 public:
-    /// `isOnItsOwn` tells of a quote or a blank whether it is a user-perceived character by itself.
-    /// One that is not is text as any other.
-    void take(QChar unit, bool isOnItsOwn)
+    void take(QStringView character)
     {
-        if (unit == u'"' && isOnItsOwn) {
+        if (character == u"\"") {
             // An opening quote does not flush: what stands before it becomes part of the term.
             if (inQuotes)
                 flush();
             inQuotes = !inQuotes;
-        } else if (unit == u' ' && isOnItsOwn && !inQuotes) {
+        } else if (character == u" " && !inQuotes) {
             flush();
         } else {
-            buffer += unit;
+            buffer += character;
         }
     }
 
@@ -49,51 +47,6 @@ private:
     QString buffer;
     bool inQuotes = false;
 };
-
-bool isPair(QStringView units)
-{
-    return units[0].isHighSurrogate() && units[1].isLowSurrogate();
-}
-
-QStringView firstCodePoint(QStringView text)
-{
-    return text.first(
-        text.size() >= 2 && isPair(text.first(2)) ? 2 : std::min<qsizetype>(text.size(), 1));
-}
-
-QStringView lastCodePoint(QStringView text)
-{
-    return text.last(
-        text.size() >= 2 && isPair(text.last(2)) ? 2 : std::min<qsizetype>(text.size(), 1));
-}
-
-/// Whether one user-perceived character ends and another begins between two code points.
-bool isBoundary(QStringView before, QStringView after)
-{
-    // Within words of some scripts the finder tells syllables, to which a mark on a quote or a
-    // blank does not belong. Behind a Latin letter, and without the rest of the word, it does not.
-    QString text(u'a');
-    text += before;
-    text += after;
-    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, text);
-    characters.setPosition(1 + before.size());
-    return characters.isAtBoundary();
-}
-
-/// Whether the unit, a quote or a blank, is a user-perceived character by itself. With a combining
-/// mark it is not.
-bool standsOnItsOwn(QStringView text, qsizetype at)
-{
-    constexpr char16_t firstMark = 0x300;
-    const auto isPlain = [](QStringView neighbour) {
-        return neighbour.isEmpty() || neighbour[0] < firstMark;
-    };
-    const QStringView unit = text.sliced(at, 1);
-    const QStringView before = lastCodePoint(text.first(at));
-    const QStringView after = firstCodePoint(text.sliced(at + 1));
-    return (isPlain(before) || isBoundary(before, unit)) &&
-           (isPlain(after) || isBoundary(unit, after));
-}
 
 } // namespace
 
@@ -142,9 +95,9 @@ QList<Snippet> FuzzySearchService::searchDefault(const QString& query,
 QStringList FuzzySearchService::splitKeywords(QStringView query)
 {
     KeywordSplitter splitter;
-    for (qsizetype i = 0; i < query.size(); ++i) {
-        const bool mayEndTerm = query[i] == u'"' || query[i] == u' ';
-        splitter.take(query[i], mayEndTerm && standsOnItsOwn(query, i));
+    for (qsizetype begin = 0, end = 0; begin < query.size(); begin = end) {
+        end = endOfCharacter(query, begin);
+        splitter.take(query.sliced(begin, end - begin));
     }
     return splitter.finish();
 }
