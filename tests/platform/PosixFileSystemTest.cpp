@@ -36,6 +36,7 @@ public:
         write,
         fstat,
         fchmod,
+        startFlush,
         fdatasync,
         rename,
         fsync,
@@ -65,6 +66,7 @@ public:
     /// Whether copies by the system are only claimed, and how many bytes were.
     bool isCopyingForShow = false;
     qint64 bytesForShow = 0;
+    int startedFlushes = 0;
     /// Calls that a signal breaks off before each one that works.
     bool isInterrupted = false;
     /// Done between the two looks at a file that is being read.
@@ -126,6 +128,11 @@ public:
     int fchmod(int descriptor, mode_t mode) override
     {
         return fails(Kind::fchmod) ? -1 : FileCalls::fchmod(descriptor, mode);
+    }
+    int startFlush(int descriptor) override
+    {
+        ++startedFlushes;
+        return fails(Kind::startFlush) ? -1 : FileCalls::startFlush(descriptor);
     }
     int fdatasync(int descriptor) override
     {
@@ -333,6 +340,24 @@ TEST_F(PosixFileSystemTest, writesWhatASourceGivesPieceByPiece)
     });
     EXPECT_EQ(get(QStringLiteral("a.json")), "something new");
     EXPECT_EQ(stamp, files.stamp(path(QStringLiteral("a.json"))));
+}
+
+TEST_F(PosixFileSystemTest, theDiskWorksWhileALargeFileIsBeingMade)
+{
+    const QByteArray piece(100'000, 'x');
+    const auto source = [&](const ByteSink& sink) {
+        for (int i = 0; i < 31; ++i)
+            sink(piece);
+    };
+    files.write(path(QStringLiteral("a.json")), source);
+    EXPECT_EQ(calls.startedFlushes, 2) << "at each MiB";
+    EXPECT_EQ(get(QStringLiteral("a.json")), piece.repeated(31));
+
+    // Not every file system can; the flush at the end is what counts.
+    calls.failAt(Kind::startFlush, ENOSYS);
+    files.write(path(QStringLiteral("b.json")), source);
+    EXPECT_TRUE(calls.hasFailed);
+    EXPECT_EQ(get(QStringLiteral("b.json")), piece.repeated(31));
 }
 
 TEST_F(PosixFileSystemTest, aSourceOrAPieceThatFailsLeavesTheOldFileWholeAndNoLitter)

@@ -226,7 +226,7 @@ public:
         (void)calls.futimens(descriptor.get(), times);
     }
 
-    /// Lets the disk work while the next file is copied; a later flush waits for all of them.
+    /// Lets the disk work while the program goes on; a later flush waits for it.
     void startFlush() { (void)calls.startFlush(descriptor.get()); }
 
     bool flush()
@@ -455,9 +455,17 @@ std::optional<FileStamp> PosixFileSystem::write(const QString& path, const ByteS
     TemporaryFile file = TemporaryFile::create(calls, folder);
     if (!file.isOpen())
         fail("write", path);
+    // The disk works on what has come while the source makes the rest.
+    constexpr qsizetype flushStep = qsizetype{1} << 20;
+    qsizetype unflushed = 0;
     source([&](QByteArrayView piece) {
         if (!file.write(piece))
             fail("write", path);
+        unflushed += piece.size();
+        if (unflushed >= flushStep) {
+            file.startFlush();
+            unflushed = 0;
+        }
     });
     if ((!isNew && !file.takeMode(status.st_mode & ALLPERMS)) || !file.flush() ||
         !file.takePlaceOf(target))
