@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <iterator>
 #include <numeric>
 #include <optional>
 #include <utility>
@@ -54,6 +55,41 @@ constexpr auto rankOfPlaces = [] {
     }
     return ranks;
 }();
+
+/// Walks over the snippets at the given positions, for a list to be made of them: in one go, it
+/// does not look at the room that is left for each. Fetches them from memory some steps ahead.
+class SnippetsInOrder {
+public:
+    using iterator_category = std::forward_iterator_tag;
+    using value_type = Snippet;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const Snippet*;
+    using reference = const Snippet&;
+
+    SnippetsInOrder(const QList<Snippet>& list, const quint32* begin, const quint32* end)
+        : snippets(&list), position(begin), last(end)
+    {
+    }
+
+    reference operator*() const
+    {
+        constexpr difference_type ahead = 16;
+        if (last - position > ahead)
+            prefetchHandle((*snippets)[position[ahead]]);
+        return (*snippets)[*position];
+    }
+    SnippetsInOrder& operator++()
+    {
+        ++position;
+        return *this;
+    }
+    bool operator==(const SnippetsInOrder& other) const { return position == other.position; }
+
+private:
+    const QList<Snippet>* snippets;
+    const quint32* position;
+    const quint32* last;
+};
 
 /// After so many records without a hit one behind the other, the scan leaps to the next hit.
 /// Leaping is the fastest way over records without hits, but each leap waits for memory once.
@@ -270,15 +306,8 @@ QList<Snippet> SearchIndex::ordered(std::vector<Hit> hits, const QList<Snippet>&
     for (const Hit& hit : hits)
         positions[places[best - hit.rank]++] = hit.position;
 
-    QList<Snippet> result;
-    result.reserve(static_cast<qsizetype>(positions.size()));
-    constexpr size_t ahead = 16;
-    for (size_t i = 0; i < positions.size(); ++i) {
-        if (i + ahead < positions.size())
-            prefetchHandle(snippets[positions[i + ahead]]);
-        result.append(snippets[positions[i]]);
-    }
-    return result;
+    const quint32* const end = positions.data() + positions.size();
+    return {SnippetsInOrder(snippets, positions.data(), end), SnippetsInOrder(snippets, end, end)};
 }
 
 } // namespace vellumry
