@@ -599,7 +599,10 @@ TEST_F(AppDelegateTest, ofManyToastsAtOnceNoneStays)
     EXPECT_EQ(toastCount(), 3);
     scheduler.advance(300ms);
     // The third one goes by the first one's time, before the second one's has faded it.
-    ASSERT_TRUE(eventually([this] { return delegate.toast()->windowOpacity() < 0.9; }));
+    EXPECT_TRUE(eventually([this] {
+        const ToastWindow* toast = delegate.toast();
+        return toast == nullptr || toast->windowOpacity() < 0.9;
+    }));
     scheduler.advance(100ms);
     waitForTheToastsEnd();
     scheduler.advance(2s);
