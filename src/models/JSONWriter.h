@@ -45,8 +45,8 @@ public:
     void value(bool truth);
     void value(Date date);
 
-    /// Starts anew and keeps the memory. With a sink, drain() gives the text away piece by piece;
-    /// it lives until the next clear().
+    /// Starts anew and keeps the memory. With a sink, drain() gives the text away piece by piece; a
+    /// sink that has gone needs a clear() before the next text.
     void clear(const ByteSink* newSink = nullptr);
 
     /// With a sink, to be called now and then: gives it what was written so far, as far as that
