@@ -9,7 +9,11 @@ namespace vellumry {
 void EventLoopScheduler::after(std::chrono::milliseconds delay, QObject* owner,
                                std::function<void()> action)
 {
-    QTimer::singleShot(delay, Qt::PreciseTimer, owner, std::move(action));
+    // Made on the owner's thread the timer belongs to that thread's dispatcher and goes with it; a
+    // timer sent there from elsewhere belongs to nobody and is lost when the thread ends first.
+    QMetaObject::invokeMethod(owner, [delay, owner, action = std::move(action)]() mutable {
+        QTimer::singleShot(delay, Qt::PreciseTimer, owner, std::move(action));
+    });
 }
 
 EventLoopScheduler& EventLoopScheduler::shared()
