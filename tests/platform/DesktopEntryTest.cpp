@@ -10,17 +10,16 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// What a desktop makes of an "Exec" value, by the words of the Desktop Entry Specification: the
-/// escapes of a text value, then quotes and the escapes between them, then the field codes.
-QStringList argumentsOf(const QByteArray& exec)
+/// What a desktop makes of any value, by the words of the Desktop Entry Specification.
+QByteArray unescaped(const QByteArray& value)
 {
     QByteArray text;
-    for (qsizetype i = 0; i < exec.size(); ++i) {
-        if (exec[i] != '\\') {
-            text += exec[i];
+    for (qsizetype i = 0; i < value.size(); ++i) {
+        if (value[i] != '\\') {
+            text += value[i];
             continue;
         }
-        switch (exec.at(++i)) {
+        switch (value.at(++i)) {
         case 's':
             text += ' ';
             break;
@@ -37,9 +36,17 @@ QStringList argumentsOf(const QByteArray& exec)
             text += '\\';
             break;
         default:
-            ADD_FAILURE() << "no such escape in " << exec.constData();
+            ADD_FAILURE() << "no such escape in " << value.constData();
         }
     }
+    return text;
+}
+
+/// What a desktop makes of an "Exec" value: within the value quotes and the escapes between them,
+/// then the field codes.
+QStringList argumentsOf(const QByteArray& exec)
+{
+    const QByteArray text = unescaped(exec);
     QList<QByteArray> arguments;
     bool isQuoted = false;
     bool isOpen = false;
@@ -171,18 +178,39 @@ TEST(DesktopEntryTest, OtherFilesAreNoEntry)
         EXPECT_FALSE(DesktopEntry::parse(bytes)) << bytes.toHex().constData();
 }
 
+const QStringList oddPaths{u"/usr/bin/vellumry"_s,
+                           u"/opt/My Programs/vellumry"_s,
+                           u"/a\"b/vellumry"_s,
+                           u"/a'b"_s,
+                           u"/a\\b"_s,
+                           u"/a\\\\b\\"_s,
+                           u"/$HOME/`id`"_s,
+                           u"/100%/%f"_s,
+                           u"/%%"_s,
+                           u"/a;b&c|d>e<f~g*h?i#j(k)"_s,
+                           u"/tab\there\nline\rend"_s,
+                           u"/Ünï/漢字"_s,
+                           u"/\\s\\n"_s};
+
 TEST(DesktopEntryTest, ACommandIsOneArgumentWhateverIsInThePath)
 {
-    for (const QString& path :
-         {u"/usr/bin/vellumry"_s, u"/opt/My Programs/vellumry"_s, u"/a\"b/vellumry"_s, u"/a'b"_s,
-          u"/a\\b"_s, u"/a\\\\b\\"_s, u"/$HOME/`id`"_s, u"/100%/%f"_s, u"/%%"_s,
-          u"/a;b&c|d>e<f~g*h?i#j(k)"_s, u"/tab\there\nline\rend"_s, u"/Ünï/漢字"_s, u"/\\s\\n"_s}) {
+    for (const QString& path : oddPaths) {
         const QByteArray exec = DesktopEntry::command(path);
         EXPECT_FALSE(exec.contains('\n')) << "a value is one line";
         EXPECT_EQ(argumentsOf(exec), QStringList{path}) << exec.constData();
     }
     EXPECT_EQ(DesktopEntry::command(u"/usr/bin/vellumry"_s), QByteArray("\"/usr/bin/vellumry\""));
     EXPECT_EQ(DesktopEntry::command(u"/a $b\\c"_s), QByteArray(R"("/a \\$b\\\\c")"));
+}
+
+TEST(DesktopEntryTest, AFileIsNamedWhateverIsInItsPath)
+{
+    for (const QString& path : oddPaths) {
+        const QByteArray value = DesktopEntry::file(path);
+        EXPECT_FALSE(value.contains('\n')) << "a value is one line";
+        EXPECT_EQ(unescaped(value), path.toUtf8());
+    }
+    EXPECT_EQ(DesktopEntry::file(u"/opt/My 100% \\b"_s), QByteArray(R"(/opt/My 100% \\b)"));
 }
 
 } // namespace

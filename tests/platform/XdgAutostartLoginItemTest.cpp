@@ -76,6 +76,7 @@ const QByteArray newEntry = "[Desktop Entry]\n"
                             "Comment=Snippets at the press of a key\n"
                             "Icon=vellumry\n"
                             "Terminal=false\n"
+                            "TryExec=/opt/My Programs/vellumry\n"
                             "Exec=\"/opt/My Programs/vellumry\"\n";
 
 TEST_F(XdgAutostartLoginItemTest, NothingIsThereAtFirst)
@@ -145,7 +146,9 @@ TEST_F(XdgAutostartLoginItemTest, AnEntryOfSomebodyElseKeepsWhatIsNotOurs)
                                     "Exec=\"/opt/My Programs/vellumry\"\nX-Mine=1\n"
                                     "X-GNOME-Autostart-Delay=5\nType=Application\n"
                                     "Comment=Snippets at the press of a key\nIcon=vellumry\n"
-                                    "Terminal=false\n\n[Desktop Action New]\nExec=x\n"));
+                                    "Terminal=false\n"
+                                    "TryExec=/opt/My Programs/vellumry\n"
+                                    "\n[Desktop Action New]\nExec=x\n"));
 }
 
 TEST_F(XdgAutostartLoginItemTest, AnEntryThatOnlyHidesBecomesAWholeOne)

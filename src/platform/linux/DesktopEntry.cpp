@@ -25,6 +25,14 @@ bool isAbout(const QByteArray& line, const QByteArray& key)
     return equals >= 0 && QByteArrayView(line).first(equals).trimmed() == key;
 }
 
+QByteArray escaped(QByteArray value)
+{
+    return value.replace('\\', "\\\\")
+        .replace('\n', "\\n")
+        .replace('\t', "\\t")
+        .replace('\r', "\\r");
+}
+
 } // namespace
 
 DesktopEntry::DesktopEntry() : lines{mainGroup} {}
@@ -83,7 +91,7 @@ QByteArray DesktopEntry::bytes() const
 
 QByteArray DesktopEntry::command(const QString& programPath)
 {
-    // Two layers: the quotes of an argument, and around them the escapes of any text value.
+    // Two layers: the quotes of an argument, and around them the escapes of any value.
     QByteArray quoted;
     for (const char character : programPath.toUtf8()) {
         if (character == '"' || character == '`' || character == '$' || character == '\\')
@@ -92,8 +100,12 @@ QByteArray DesktopEntry::command(const QString& programPath)
             quoted += '%';
         quoted += character;
     }
-    quoted.replace('\\', "\\\\").replace('\n', "\\n").replace('\t', "\\t").replace('\r', "\\r");
-    return '"' + quoted + '"';
+    return '"' + escaped(quoted) + '"';
+}
+
+QByteArray DesktopEntry::file(const QString& absolutePath)
+{
+    return escaped(absolutePath.toUtf8());
 }
 
 qsizetype DesktopEntry::groupStart() const

@@ -31,6 +31,8 @@ public:
 
     /// The value of "Exec" that starts a program without arguments.
     [[nodiscard]] static QByteArray command(const QString& programPath);
+    /// The value of "TryExec" that names a file.
+    [[nodiscard]] static QByteArray file(const QString& absolutePath);
 
 private:
     explicit DesktopEntry(QList<QByteArray> text) : lines(std::move(text)) {}

@@ -17,6 +17,9 @@ namespace {
 constexpr char hiddenKey[] = "Hidden";
 constexpr char gnomeEnabledKey[] = "X-GNOME-Autostart-enabled";
 constexpr char execKey[] = "Exec";
+/// Where this file is missing, desktops pass the entry by: a program that has been removed is not
+/// started in vain at each login.
+constexpr char tryExecKey[] = "TryExec";
 
 /// What an entry must have, or people see of it, unless it says otherwise already.
 constexpr std::array<std::pair<const char*, const char*>, 5> defaults{{
@@ -60,6 +63,7 @@ void XdgAutostartLoginItem::registerItem()
             if (!entry.value(key))
                 entry.set(key, value);
         }
+        entry.set(tryExecKey, DesktopEntry::file(program));
         entry.set(execKey, DesktopEntry::command(program));
         entry.remove(hiddenKey);
         entry.remove(gnomeEnabledKey);

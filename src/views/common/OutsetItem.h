@@ -6,7 +6,8 @@
 namespace vellumry {
 
 /// The place in a layout of a widget that reaches beyond it, as the lines do that show the focus of
-/// its buttons. They lie over, or under, what stands beside it.
+/// its buttons. They lie over, or under, what stands beside it. How far is told for text that runs
+/// from left to right, and mirrored otherwise.
 class OutsetItem final : public QWidgetItem {
 public:
     OutsetItem(QWidget* widget, const QMargins& reach) : QWidgetItem(widget), beyond(reach) {}
@@ -17,7 +18,10 @@ public:
     void setGeometry(const QRect& place) override
     {
         if (!isEmpty())
-            widget()->setGeometry(place.marginsAdded(beyond));
+            widget()->setGeometry(place.marginsAdded(
+                widget()->isRightToLeft()
+                    ? QMargins(beyond.right(), beyond.top(), beyond.left(), beyond.bottom())
+                    : beyond));
     }
 
 private:
