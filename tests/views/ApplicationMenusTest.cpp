@@ -191,6 +191,33 @@ TEST_F(ApplicationMenusTest, ASheetHasTheKeys)
     EXPECT_FALSE(barMenu(0).isVisible());
 }
 
+TEST_F(ApplicationMenusTest, BesideASheetTheBarOffersTheApplicationsOwnMenuAlone)
+{
+    openWindow();
+    ASSERT_TRUE(isBarVisible());
+    const auto offered = [this] {
+        QStringList titles;
+        for (const QAction* each : window.menuBar()->actions()) {
+            if (each->isEnabled())
+                titles.append(each->text());
+        }
+        return titles;
+    };
+    const QStringList all{u"Vellumry"_s, u"File"_s, u"View"_s};
+    EXPECT_EQ(offered(), all);
+    auto* sheet = new QWidget;
+    sheets().present(sheet, {});
+    EXPECT_EQ(offered(), QStringList{u"Vellumry"_s});
+    auto* bar = new QMenuBar;
+    for (QMenu* menu : {&application, &file, &view})
+        bar->addMenu(menu);
+    window.setMenuBar(bar);
+    content().setMenuBar(*bar);
+    EXPECT_EQ(offered(), QStringList{u"Vellumry"_s}) << "another bar";
+    sheets().dismiss(sheet);
+    EXPECT_EQ(offered(), all);
+}
+
 TEST_F(ApplicationMenusTest, AnotherBarTakesThePlaceOfTheFirst)
 {
     openLibrary();

@@ -132,6 +132,23 @@ TEST_F(BackupDialogsTest, AFileThatIsGoneOrBeyondThisMachineIsTold)
     EXPECT_EQ(model.snippets().size(), 4);
 }
 
+TEST_F(BackupDialogsTest, ASecondFilesConflictsTakeThePlaceOfTheFirstOnes)
+{
+    openWindow();
+    importFile(backup("One", "other contents"));
+    const QPointer<ImportConflictView> first = sheet<ImportConflictView>();
+    ASSERT_TRUE(first);
+    importFile(backup("Two", "other contents"));
+    auto* second = sheet<ImportConflictView>();
+    ASSERT_TRUE(second);
+    EXPECT_NE(second, first);
+    model.setSelectedConflictResolutionMode(ConflictResolutionMode::restoreFromBackup);
+    key(Qt::Key_Return);
+    EXPECT_FALSE(sheets().isPresenting()) << "none is left below";
+    EXPECT_EQ(world.snippet(u"id-One"_s).content(), u"content of {{what}} One"_s);
+    EXPECT_EQ(world.snippet(u"id-Two"_s).content(), u"other contents"_s);
+}
+
 TEST_F(BackupDialogsTest, ConflictsAreAskedAboutInASheet)
 {
     openWindow();

@@ -180,6 +180,82 @@ TEST_F(SheetHostTest, WhatIsBehindTakesNoInput)
     EXPECT_EQ(keys, 1);
 }
 
+TEST_F(SheetHostTest, WhatTakesTheFocusBehindGetsItWhenTheSheetGoes)
+{
+    auto* other = new QLineEdit(&window);
+    other->show();
+    const Sheet* sheet = present();
+    sheet->cancel->setFocus(Qt::TabFocusReason);
+    QApplication::processEvents();
+    other->setFocus();
+    QApplication::processEvents();
+    EXPECT_TRUE(sheet->cancel->hasFocus());
+    key(Qt::Key_Escape);
+    EXPECT_TRUE(other->hasFocus());
+}
+
+TEST_F(SheetHostTest, WhatTakesTheFocusInALowerSheetGetsItWhenTheUpperOneGoes)
+{
+    const Sheet* first = present();
+    const Sheet* second = present();
+    first->accept->setFocus();
+    QApplication::processEvents();
+    EXPECT_TRUE(second->isAncestorOf(window.focusWidget()));
+    key(Qt::Key_Escape);
+    EXPECT_TRUE(first->accept->hasFocus());
+    QApplication::processEvents();
+    EXPECT_TRUE(first->accept->hasFocus());
+    key(Qt::Key_Escape);
+    EXPECT_TRUE(behind->hasFocus());
+}
+
+TEST_F(SheetHostTest, AFocusGivenToNothingComesBack)
+{
+    const Sheet* sheet = present();
+    sheet->cancel->setFocus(Qt::TabFocusReason);
+    QApplication::processEvents();
+    sheet->cancel->clearFocus();
+    QApplication::processEvents();
+    EXPECT_TRUE(sheet->cancel->hasFocus());
+    sheet->cancel->setEnabled(false);
+    sheet->cancel->clearFocus();
+    QApplication::processEvents();
+    EXPECT_TRUE(sheet->isAncestorOf(window.focusWidget())) << "what cannot have it does not get it";
+}
+
+TEST_F(SheetHostTest, ASheetThatGivesTheFocusToNothingAndGoesGivesItBack)
+{
+    Sheet* sheet = present();
+    QApplication::processEvents();
+    window.focusWidget()->clearFocus();
+    host->dismiss(sheet);
+    EXPECT_TRUE(behind->hasFocus());
+}
+
+TEST_F(SheetHostTest, WhereOneSheetTakesThePlaceOfAnotherTheFocusGoesBackBehindBoth)
+{
+    Sheet* first = present();
+    Sheet* second = present();
+    host->dismiss(first);
+    EXPECT_TRUE(second->isAncestorOf(window.focusWidget()));
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    host->dismiss(second);
+    EXPECT_TRUE(behind->hasFocus());
+}
+
+TEST_F(SheetHostTest, TellsWhenItBeginsAndWhenItEnds)
+{
+    QList<bool> told;
+    QObject::connect(host, &SheetHost::presentingChanged,
+                     [&] { told.append(host->isPresenting()); });
+    present();
+    present();
+    key(Qt::Key_Escape);
+    EXPECT_EQ(told, QList<bool>{true});
+    key(Qt::Key_Escape);
+    EXPECT_EQ(told, (QList<bool>{true, false}));
+}
+
 TEST_F(SheetHostTest, DismissingWhatIsNotShownDoesNothing)
 {
     QWidget other;

@@ -6,9 +6,11 @@
 #include "views/common/Shadow.h"
 #include "views/common/Strokes.h"
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QLayout>
 #include <QPainter>
+#include <QPointer>
 #include <QVariantAnimation>
 
 #include <algorithm>
@@ -31,7 +33,8 @@ class SheetHost::Layer final : public QWidget {
 public:
     Layer(const Theme& look, QWidget* sheetContents, const Options& sheetOptions, QWidget* parent)
         : QWidget(parent), theme(look), contents(sheetContents), options(sheetOptions),
-          focusBefore(window()->focusWidget()), motion(new QVariantAnimation(this))
+          lastFocus(sheetOptions.firstFocus), focusBefore(window()->focusWidget()),
+          motion(new QVariantAnimation(this))
     {
         setAccessibleRole(*this, QAccessible::Dialog);
         setAccessibleName(contents->accessibleName());
@@ -41,6 +44,28 @@ public:
     }
 
     [[nodiscard]] QWidget* sheet() const { return contents; }
+
+    [[nodiscard]] bool holds(const QWidget* widget) const
+    {
+        return widget == this || isAncestorOf(widget);
+    }
+    void rememberFocus(QWidget* widget) { lastFocus = widget; }
+    void setFocusBefore(QWidget* widget) { focusBefore = widget; }
+    /// What is below this layer goes, and with it what would have got the focus back.
+    void standUponWhatIsBelow(const Layer& gone)
+    {
+        if (!focusBefore || gone.holds(focusBefore))
+            focusBefore = gone.focusBefore;
+    }
+    void takeFocus()
+    {
+        if (lastFocus && lastFocus->isVisible() && lastFocus->isEnabled()) {
+            lastFocus->setFocus(Qt::OtherFocusReason);
+            return;
+        }
+        setFocus(Qt::OtherFocusReason);
+        focusNextPrevChild(true);
+    }
 
     void enter()
     {
@@ -53,7 +78,8 @@ public:
         contents->show();
         picture = contents->grab();
         placeContents(true);
-        focusFirst();
+        setFocusPolicy(Qt::StrongFocus);
+        takeFocus();
         start(enterTime, QEasingCurve::OutCubic, 0, 1, [this] {
             picture = {};
             placeContents(false);
@@ -65,7 +91,9 @@ public:
         setAttribute(Qt::WA_TransparentForMouseEvents);
         picture = contents->grab();
         const QRect last = cardRect();
-        const bool hadFocus = isAncestorOf(window()->focusWidget());
+        // What closes its sheet by a key may have given the focus away already, to nothing.
+        const QWidget* focused = window()->focusWidget();
+        const bool hadFocus = !focused || holds(focused);
         contents->hide();
         contents->deleteLater();
         contents = nullptr;
@@ -100,9 +128,9 @@ protected:
     {
         if (!contents)
             return false;
-        QWidget* const start = window()->focusWidget() && isAncestorOf(window()->focusWidget())
-                                   ? window()->focusWidget()
-                                   : contents;
+        QWidget* start = window()->focusWidget() ? window()->focusWidget() : lastFocus.data();
+        if (!start || !isAncestorOf(start))
+            start = contents;
         for (QWidget* each = step(start, next); each != start; each = step(each, next)) {
             if (takesTab(*each)) {
                 each->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
@@ -189,17 +217,6 @@ private:
         update();
     }
 
-    void focusFirst()
-    {
-        setFocusPolicy(Qt::StrongFocus);
-        if (options.firstFocus) {
-            options.firstFocus->setFocus(Qt::OtherFocusReason);
-            return;
-        }
-        setFocus(Qt::OtherFocusReason);
-        focusNextPrevChild(true);
-    }
-
     static QWidget* step(QWidget* from, bool next)
     {
         return next ? from->nextInFocusChain() : from->previousInFocusChain();
@@ -227,6 +244,7 @@ private:
     const Theme& theme;
     QWidget* contents;
     Options options;
+    QPointer<QWidget> lastFocus;
     QPointer<QWidget> focusBefore;
     QVariantAnimation* motion;
     QPixmap picture;
@@ -236,6 +254,8 @@ private:
 SheetHost::SheetHost(const Theme& look, QWidget* parent) : QWidget(parent), theme(look)
 {
     parent->installEventFilter(this);
+    // Later, since what moves the focus often is about to dismiss the sheet; keys come later still.
+    connect(qApp, &QApplication::focusChanged, this, &SheetHost::keepFocus, Qt::QueuedConnection);
     hide();
 }
 
@@ -260,6 +280,8 @@ void SheetHost::present(QWidget* contents, const Options& options)
     raise();
     layers.push_back(new Layer(theme, contents, options, this));
     layers.back()->enter();
+    if (layers.size() == 1)
+        Q_EMIT presentingChanged();
 }
 
 void SheetHost::dismiss(QWidget* contents)
@@ -270,13 +292,37 @@ void SheetHost::dismiss(QWidget* contents)
     if (found == layers.end())
         return;
     Layer* layer = *found;
-    layers.erase(found);
+    const auto above = layers.erase(found);
+    if (above != layers.end())
+        (*above)->standUponWhatIsBelow(*layer);
     ++leaving;
     layer->leave([this, layer] {
         layer->hide();
         layer->deleteLater();
         layerGone();
     });
+    if (layers.empty())
+        Q_EMIT presentingChanged();
+}
+
+void SheetHost::keepFocus()
+{
+    if (layers.empty())
+        return;
+    QWidget* focused = window()->focusWidget();
+    if (focused && layers.back()->holds(focused)) {
+        layers.back()->rememberFocus(focused);
+        return;
+    }
+    // Where it was taken to, there it goes when the sheet in front of that goes.
+    if (focused) {
+        const auto holder =
+            std::find_if(layers.begin(), layers.end(),
+                         [focused](const Layer* each) { return each->holds(focused); });
+        const auto inFront = holder == layers.end() ? layers.begin() : std::next(holder);
+        (*inFront)->setFocusBefore(focused);
+    }
+    layers.back()->takeFocus();
 }
 
 void SheetHost::layerGone()

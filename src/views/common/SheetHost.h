@@ -2,7 +2,6 @@
 
 #include "views/common/Theme.h"
 
-#include <QPointer>
 #include <QWidget>
 
 #include <functional>
@@ -11,9 +10,10 @@
 namespace vellumry {
 
 /// Shows sheets within a window: a card in the middle over a scrim that covers the window. What is
-/// behind takes no input. Tab stays in the sheet, Escape is its cancel button, Return presses its
-/// default button; the focus goes back to where it was when the sheet goes. Sheets may stand upon
-/// sheets. Covers its parent, and is hidden while there is nothing to show. Main thread only.
+/// behind takes no input, and what takes the focus there gets it when the sheet goes. Tab stays in
+/// the sheet, Escape is its cancel button, Return presses its default button; the focus goes back to
+/// where it was when the sheet goes. Sheets may stand upon sheets. Covers its parent, and is hidden
+/// while there is nothing to show. Main thread only.
 class SheetHost : public QWidget {
     Q_OBJECT
 
@@ -42,12 +42,16 @@ public:
     /// The uppermost sheet; none while nothing is shown.
     [[nodiscard]] QWidget* presented() const;
 
+Q_SIGNALS:
+    void presentingChanged();
+
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     class Layer;
 
+    void keepFocus();
     void layerGone();
 
     const Theme& theme;

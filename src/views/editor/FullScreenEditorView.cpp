@@ -63,7 +63,9 @@ FullScreenEditorView::FullScreenEditorView(const Theme& look, Scheduler& schedul
     QWidget::setTabOrder(editor, done);
 
     editor->setText(request.content);
-    editor->setCallbacks({.onFocusChange = {}, .onEscape = [this] { escape(); }, .onShiftTab = {}});
+    editor->setCallbacks({.onFocusChange = {},
+                          .onEscape = [this] { escape(); },
+                          .onShiftTab = [this] { focusNextPrevChild(false); }});
     new ViewShortcut(
         Qt::Key_F, Qt::ControlModifier, [this] { searchBar->toggleSearch(); }, this);
     connect(done, &Button::clicked, this, [this] { request.onDismiss(); });

@@ -33,6 +33,22 @@ void ApplicationMenus::setBar(QMenuBar& newBar)
     menu = makeList();
     applyTheme();
     arrange();
+    offerMenus();
+}
+
+void ApplicationMenus::setCovered(bool isCovered)
+{
+    covered = isCovered;
+    offerMenus();
+}
+
+void ApplicationMenus::offerMenus()
+{
+    if (!bar)
+        return;
+    const QList<QAction*> menus = bar->actions();
+    for (QAction* each : menus)
+        each->setEnabled(!covered || each == menus.constFirst());
 }
 
 void ApplicationMenus::dressMenus()

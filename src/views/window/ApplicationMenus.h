@@ -27,6 +27,9 @@ public:
     /// The bar of the window, with the menus in it, the application's own first. Not owned; it may
     /// go at any time, and another one may take its place.
     void setBar(QMenuBar& newBar);
+    /// Whether a sheet covers what the menus act upon: then the bar offers the application's own
+    /// menu alone.
+    void setCovered(bool isCovered);
     void applyTheme();
 
     /// What the button opens; none before there was a bar.
@@ -41,6 +44,7 @@ private:
     [[nodiscard]] PopupMenu* makeList() const;
     [[nodiscard]] bool isButtonOnScreen() const;
     void arrange();
+    void offerMenus();
     bool handleKey(const QKeyEvent& event);
     bool open();
 
@@ -50,6 +54,7 @@ private:
     const Theme& theme;
     QPointer<QMenuBar> bar;
     PopupMenu* menu = nullptr;
+    bool covered = false;
     bool isAltAlone = false; ///< Alt is down, and nothing has happened since
 };
 

@@ -26,6 +26,11 @@ BackupDialogs::BackupDialogs(Dependencies dependencies, QObject* parent)
     using M = SnippetListViewModel;
     connect(&model, &M::showImportPickerChanged, this, &BackupDialogs::showImportPicker);
     connect(&model, &M::showImportConflictDialogChanged, this, &BackupDialogs::showConflicts);
+    // A second file may come while the conflicts of the first are shown.
+    connect(&model, &M::conflictDetectionResultChanged, this, [this] {
+        if (conflicts)
+            showConflicts();
+    });
     connect(&model, &M::selectedConflictResolutionModeChanged, this, [this] {
         if (conflicts)
             conflicts->setSelectedMode(with.viewModel.selectedConflictResolutionMode());
@@ -68,12 +73,11 @@ void BackupDialogs::showImportPicker()
 
 void BackupDialogs::showConflicts()
 {
+    if (conflicts)
+        with.contents.sheets().dismiss(std::exchange(conflicts, nullptr));
     const auto& found = with.viewModel.conflictDetectionResult();
-    if (!with.viewModel.showImportConflictDialog() || !found) {
-        if (conflicts)
-            with.contents.sheets().dismiss(std::exchange(conflicts, nullptr));
+    if (!with.viewModel.showImportConflictDialog() || !found)
         return;
-    }
     SnippetListViewModel& model = with.viewModel;
     conflicts =
         new ImportConflictView({.theme = with.theme,

@@ -134,6 +134,8 @@ void MainContentView::observe()
     connect(sidebarView, &CollectionSidebarView::settingsRequested, this,
             &MainContentView::settingsRequested);
 
+    connect(sheetHost, &SheetHost::presentingChanged, this,
+            [this] { applicationMenus->setCovered(sheetHost->isPresenting()); });
     connect(&services.theme, &Theme::changed, this, &MainContentView::applyTheme);
     connect(qApp, &QApplication::focusChanged, this,
             [this](QWidget*, QWidget* now) { focusMoved(now); });

@@ -156,6 +156,11 @@ TEST_F(FullScreenEditor, TabStaysInTheSheet)
     EXPECT_EQ(view.textEditor().text(), u"    ");
     key(Qt::Key_Backtab, Qt::ShiftModifier);
     EXPECT_TRUE(contents().isFullScreenMode());
+    EXPECT_TRUE(view.doneButton().hasFocus());
+    key(Qt::Key_Tab);
+    EXPECT_TRUE(view.textEditor().hasFocus());
+    key(Qt::Key_Escape);
+    EXPECT_FALSE(contents().isFullScreenMode());
 }
 
 TEST_F(FullScreenEditor, GoesWithItsSnippet)

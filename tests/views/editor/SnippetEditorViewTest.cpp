@@ -110,6 +110,24 @@ TEST_F(SnippetEditor, ANewSnippetsTitleIsTypedFirst)
     EXPECT_EQ(editorModel().title(), u"Mine");
 }
 
+TEST_F(SnippetEditor, TheQuestionThatEscapeAsksHasTheKeysThoughTheListTakesThem)
+{
+    loadFour();
+    open();
+    createSnippet();
+    pass(150ms);
+    focus(text());
+    type(u"x"_s);
+    key(Qt::Key_S, Qt::ControlModifier);
+    key(Qt::Key_Escape);
+    ASSERT_TRUE(sheets().isPresenting());
+    QApplication::processEvents();
+    EXPECT_TRUE(sheets().isAncestorOf(content().focusWidget()));
+    key(Qt::Key_Escape);
+    EXPECT_FALSE(sheets().isPresenting());
+    EXPECT_EQ(content().focusWidget(), &cards());
+}
+
 TEST_F(SnippetEditor, WhoComesBackToANewSnippetDoesNotTypeItsTitle)
 {
     loadFour();
