@@ -34,6 +34,8 @@ class Debouncer final {
 public:
     Debouncer(Scheduler& timing, std::chrono::milliseconds quietPeriod, QObject* receiver,
               std::function<void()> whenQuiet);
+    Debouncer(const Debouncer&) = delete;
+    Debouncer& operator=(const Debouncer&) = delete;
 
     void trigger();
 

@@ -1,11 +1,11 @@
 #include "hotkey/X11HotKeyConnection.h"
 
 #include "hotkey/X11Xkb.h"
+#include "session/XcbReply.h"
 
 #include <xcb/xinput.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <string_view>
@@ -14,12 +14,6 @@
 namespace vellumry::hotkey {
 
 namespace {
-
-struct FreeMessage {
-    void operator()(void* message) const { std::free(message); }
-};
-template <typename T>
-using Message = std::unique_ptr<T, FreeMessage>;
 
 /// Changes of the keyboard come in bursts, one event for each part of it.
 constexpr std::chrono::milliseconds keyboardSettleTime{50};
@@ -96,11 +90,11 @@ bool X11HotKeyConnection::prepare()
     const auto useInput = xcb_input_xi_query_version(server, inputMajorVersion, inputMinorVersion);
     const auto askName =
         xcb_intern_atom(server, 0, activeWindowName.size(), activeWindowName.data());
-    const Message<xcb_xkb_use_extension_reply_t> xkbVersion(
+    const XcbReply<xcb_xkb_use_extension_reply_t> xkbVersion(
         xcb_xkb_use_extension_reply(server, useXkb, nullptr));
-    const Message<xcb_input_xi_query_version_reply_t> inputVersion(
+    const XcbReply<xcb_input_xi_query_version_reply_t> inputVersion(
         xcb_input_xi_query_version_reply(server, useInput, nullptr));
-    const Message<xcb_intern_atom_reply_t> name(xcb_intern_atom_reply(server, askName, nullptr));
+    const XcbReply<xcb_intern_atom_reply_t> name(xcb_intern_atom_reply(server, askName, nullptr));
     if (!xkbVersion || xkbVersion->supported == 0 || !inputVersion ||
         inputVersion->major_version < inputMajorVersion || !name)
         return false;
@@ -193,7 +187,7 @@ void X11HotKeyConnection::processEvents(const EventReceiver& receiver)
         xcb_flush(connection.get());
         return xcb_poll_for_queued_event(connection.get());
     };
-    while (const Message<xcb_generic_event_t> event{next()}) {
+    while (const XcbReply<xcb_generic_event_t> event{next()}) {
         const std::uint8_t type = event->response_type;
         if (type == XCB_KEY_PRESS) {
             handlePress(reinterpret_cast<const xcb_key_press_event_t&>(*event), receiver);
@@ -262,7 +256,7 @@ bool X11HotKeyConnection::take(const std::vector<Grab>& grabs)
                                                 XCB_GRAB_MODE_SYNC));
     std::vector<Grab> taken;
     for (std::size_t index = 0; index < grabs.size(); ++index) {
-        const Message<xcb_generic_error_t> error(
+        const XcbReply<xcb_generic_error_t> error(
             xcb_request_check(connection.get(), requests[index]));
         if (!error)
             taken.push_back(grabs[index]);
@@ -283,7 +277,7 @@ void X11HotKeyConnection::giveBack(const std::vector<Grab>& grabs)
 /// Other programs find done what was asked for so far.
 void X11HotKeyConnection::waitForServer()
 {
-    const Message<xcb_get_input_focus_reply_t> anyReply(xcb_get_input_focus_reply(
+    const XcbReply<xcb_get_input_focus_reply_t> anyReply(xcb_get_input_focus_reply(
         connection.get(), xcb_get_input_focus(connection.get()), nullptr));
 }
 
@@ -392,9 +386,9 @@ bool X11HotKeyConnection::hasFocusLeft(std::uint32_t closing) const
     const auto askFocus = xcb_get_input_focus(server);
     const auto askActive =
         xcb_get_property(server, 0, root, activeWindowProperty, XCB_ATOM_WINDOW, 0, 1);
-    const Message<xcb_get_input_focus_reply_t> focus(
+    const XcbReply<xcb_get_input_focus_reply_t> focus(
         xcb_get_input_focus_reply(server, askFocus, nullptr));
-    const Message<xcb_get_property_reply_t> active(
+    const XcbReply<xcb_get_property_reply_t> active(
         xcb_get_property_reply(server, askActive, nullptr));
     if (!focus || !active)
         return true; // The server is gone.

@@ -25,7 +25,8 @@ struct X11KeyboardMap {
     [[nodiscard]] static std::optional<X11KeyboardMap> read(xcb_connection_t* connection);
 
     /// The key code of the key that types `key` in the layout in use; else in any other layout;
-    /// else of the key in its place on a US keyboard. Nothing when the keyboard has none of them.
+    /// else of the key in its place on a US keyboard, whether or not this one has it. Nothing for a
+    /// key that X has no code for.
     [[nodiscard]] std::optional<std::uint8_t> keycode(Key key) const;
 
     /// The modifier bits for a Carbon mask: command is Ctrl, option is Alt, control is Super.

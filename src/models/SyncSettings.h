@@ -4,7 +4,8 @@
 
 namespace vellumry {
 
-/// A small block that the metadata file can carry. The program hands on what it loaded.
+/// A small block that the metadata file can carry. The palette's saves hand on what was loaded;
+/// those of the main window leave it out.
 struct SyncSettings {
     qint64 version = 0;
     bool syncAppSettings = false;

@@ -5,7 +5,6 @@
 #include "platform/FileSystem.h"
 
 #include <QHash>
-#include <QSet>
 #include <QString>
 #include <QStringList>
 

@@ -20,6 +20,7 @@
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 namespace vellumry {
 
@@ -376,8 +377,19 @@ void CollectionFileStorageService::writeLibrary(const VellumryData& data)
             names.byCollectionId.insert(file->collection.id, baseName);
     }
 
+    // All files are judged before the first is written. An id that stands twice in one of them ends
+    // the process, and a snippet that is on its way to another collection must not be gone from the
+    // one and not yet in the other by then.
+    struct Outdated {
+        const SyncCollection& collection;
+        QString baseName;
+        SnippetSelection snippets;
+    };
+    std::vector<Outdated> outdated;
     QSet<QString> ids;
     for (const SyncCollection& collection : data.data.collections) {
+        // Of two collections with one id the second is written over the first.
+        const bool isSecond = ids.contains(collection.id);
         ids.insert(collection.id);
         if (!names.byCollectionId.contains(collection.id)) {
             const QString derivedName = collectionFileBaseName(collection.name);
@@ -393,16 +405,18 @@ void CollectionFileStorageService::writeLibrary(const VellumryData& data)
         }
         const QString baseName = names.byCollectionId.value(collection.id);
         const SnippetSelection snippets = groups.of(collection.name);
-        if (!shouldWriteCollectionFile(folder, baseName, collection, snippets, decoder))
-            continue;
-        writeCollectionFile(folder, baseName,
+        if (isSecond || shouldWriteCollectionFile(folder, baseName, collection, snippets, decoder))
+            outdated.push_back({collection, baseName, snippets});
+    }
+    for (const Outdated& each : outdated) {
+        writeCollectionFile(folder, each.baseName,
                             {.version = CollectionFileData::currentVersion.toString(),
                              .lastModified = with.clock.now(),
                              .deviceId = DeviceIdentifier::current(),
-                             .collection = collection,
-                             .snippets = snippets.toList()},
+                             .collection = each.collection,
+                             .snippets = each.snippets.toList()},
                             encoder);
-        log(u"更新 Collection - " % collection.name);
+        log(u"更新 Collection - " % each.collection.name);
     }
 
     // A file that somebody else has just put there, and that no load has shown yet, goes as well:

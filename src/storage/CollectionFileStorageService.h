@@ -70,8 +70,9 @@ public:
     [[nodiscard]] const QList<ConflictFile>& detectedConflicts() const { return conflicts; }
     void setDetectedConflicts(const QList<ConflictFile>& found);
 
-    /// True from the start of a save until 1.0 s after its end: changes in the folder are then
-    /// taken for the program's own. At its end the folder is looked at for others among them.
+    /// True from the start of a save until 1.0 s after its end, or after the end of one shortly
+    /// before it: changes in the folder are then taken for the program's own. At its end the folder
+    /// is looked at for others among them.
     [[nodiscard]] bool isWriting() const { return writing; }
 
     /// Whether changes in the folder are waited for.

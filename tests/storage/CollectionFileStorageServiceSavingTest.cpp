@@ -458,6 +458,20 @@ TEST_F(SavingDeathTest, aDuplicateIdInAComparedFileEndsTheProcess)
     EXPECT_EQ(written(), workAndMetadata);
 }
 
+TEST_F(SavingDeathTest, theEndComesBeforeAnythingIsWritten)
+{
+    VellumryData data = loadedLibrary();
+    Snippet other = n1;
+    other.setTitle(QStringLiteral("the same id"));
+    put(QStringLiteral("my-notes.json"), collectionFileBytes(notes, {n1, other}));
+    data.data.snippets[0].setTitle(QStringLiteral("changed, in a collection before"));
+    files.onOperation = [](const QString& operation, const QString&) {
+        if (operation == QStringLiteral("write"))
+            std::_Exit(2);
+    };
+    EXPECT_EXIT(save(data), testing::ExitedWithCode(1), "Duplicate values for key: 'n1'");
+}
+
 TEST_F(SavingDeathTest, ownDuplicatesEndTheProcessAtTheNextComparison)
 {
     const VellumryData data = makeLibrary({work}, {w1, w1});
@@ -473,6 +487,19 @@ TEST_F(SavingDeathTest, unsharedDuplicatesOfALoadEndTheProcessToo)
     const VellumryData data = *service().loadFullData();
     EXPECT_EQ(data.data.snippets.size(), 3);
     EXPECT_DEATH(save(data), "Duplicate values for key: 'w1'");
+}
+
+TEST_F(SavingTest, ofTwoCollectionsWithOneIdTheFileHoldsTheSecond)
+{
+    SyncCollection second = work;
+    second.name = QStringLiteral("Second");
+    const Snippet s1 = makeSnippet(QStringLiteral("s1"), QStringLiteral("Second"));
+    save(makeLibrary({second}, {s1}));
+    settle();
+    save(makeLibrary({work, second}, {w1, s1}));
+    EXPECT_FALSE(has(QStringLiteral("work.json")));
+    EXPECT_EQ(decodeCollectionFile(get(QStringLiteral("second.json"))).collection.name,
+              QStringLiteral("Second"));
 }
 
 // Failures

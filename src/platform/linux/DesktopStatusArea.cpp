@@ -52,8 +52,8 @@ void DesktopStatusArea::startLooking()
 {
     if (hasSessionBus()) {
         QDBusConnection bus = QDBusConnection::sessionBus();
-        watcher = new QDBusServiceWatcher(watcherService, bus,
-                                          QDBusServiceWatcher::WatchForRegistration, this);
+        const auto* watcher = new QDBusServiceWatcher(
+            watcherService, bus, QDBusServiceWatcher::WatchForRegistration, this);
         connect(watcher, &QDBusServiceWatcher::serviceRegistered, this,
                 &DesktopStatusArea::askForHost);
         bus.connect(watcherService, watcherPath, watcherService,

@@ -4,8 +4,6 @@
 
 #include <chrono>
 
-class QDBusServiceWatcher;
-
 namespace vellumry {
 
 class Scheduler;
@@ -32,7 +30,6 @@ private:
     void settle();
 
     Scheduler& scheduler;
-    QDBusServiceWatcher* watcher = nullptr;
     bool isThere = false;
 };
 

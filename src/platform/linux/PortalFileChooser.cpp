@@ -5,7 +5,6 @@
 #include "session/PortalRequest.h"
 
 #include <QDBusArgument>
-#include <QDBusError>
 #include <QDBusMetaType>
 
 #include <utility>

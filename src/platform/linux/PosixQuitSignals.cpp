@@ -54,6 +54,9 @@ struct QuitSignals::State {
 QuitSignals::QuitSignals(std::function<void()> onQuit)
     : state(std::make_unique<State>(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)))
 {
+    // Without a descriptor the signals keep what they do by default: they end the process.
+    if (state->descriptor < 0)
+        return;
     QObject::connect(&state->notifier, &QSocketNotifier::activated, &state->notifier,
                      [descriptor = state->descriptor, quit = std::move(onQuit)] {
                          uint64_t count = 0;
@@ -66,6 +69,8 @@ QuitSignals::QuitSignals(std::function<void()> onQuit)
 
 QuitSignals::~QuitSignals()
 {
+    if (state->descriptor < 0)
+        return;
     setHandler(SIG_DFL);
     wakeDescriptor = -1;
     state->notifier.setEnabled(false);

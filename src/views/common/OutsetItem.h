@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QMargins>
+#include <QWidget>
 #include <QWidgetItem>
 
 namespace vellumry {
