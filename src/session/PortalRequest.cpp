@@ -43,6 +43,9 @@ void PortalRequest::call(const QString& portal, const QString& interface, const 
     const QString token = QStringLiteral("vellumry_") + QUuid::createUuid().toString(QUuid::Id128);
     // Before the call, since the answer may be there before the call returns.
     listen(pathOf(u"request", bus, token));
+    bus.connect(QString(), QStringLiteral("/org/freedesktop/DBus"),
+                QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameOwnerChanged"),
+                {portal}, QString(), this, SLOT(portalOwnerChanged(QString, QString, QString)));
 
     options.insert(QStringLiteral("handle_token"), token);
     arguments.append(options);
@@ -72,6 +75,14 @@ void PortalRequest::response(uint code, const QVariantMap& results)
 {
     if (end())
         Q_EMIT answered(code, results);
+}
+
+void PortalRequest::portalOwnerChanged(const QString& /*name*/, const QString& before,
+                                       const QString& /*now*/)
+{
+    // One that the call itself has started had no owner before.
+    if (!before.isEmpty() && end())
+        Q_EMIT failed(QStringLiteral("the portal has ended"));
 }
 
 bool PortalRequest::end()

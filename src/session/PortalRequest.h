@@ -13,8 +13,8 @@ inline constexpr QLatin1StringView portalName("org.freedesktop.portal.Desktop");
 inline constexpr QLatin1StringView portalPath("/org/freedesktop/portal/desktop");
 
 /// A call of a desktop portal whose answer comes later as a signal, maybe after the person was
-/// asked. Goes by itself once it is answered or has failed; whoever destroys it earlier takes off
-/// the screen what the portal shows. Main thread only.
+/// asked. Goes by itself once it is answered or has failed, as it does when the portal ends;
+/// whoever destroys it earlier takes off the screen what the portal shows. Main thread only.
 class PortalRequest final : public QObject {
     Q_OBJECT
 
@@ -40,6 +40,7 @@ Q_SIGNALS:
 
 private Q_SLOTS:
     void response(uint code, const QVariantMap& results);
+    void portalOwnerChanged(const QString& name, const QString& before, const QString& now);
 
 private:
     void listen(const QString& path);

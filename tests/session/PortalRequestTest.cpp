@@ -30,6 +30,17 @@ public:
                connection.registerService(portalName);
     }
 
+    void disappear() { connection.unregisterService(portalName); }
+
+    /// As the bus does where a call has started the portal.
+    void tellOfBeginning()
+    {
+        QDBusMessage message = QDBusMessage::createSignal(
+            u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"NameOwnerChanged"_s);
+        message << QString(portalName) << QString() << connection.baseService();
+        connection.send(message);
+    }
+
     [[nodiscard]] QString introspect(const QString&) const override { return {}; }
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection&) override
@@ -168,6 +179,24 @@ TEST_F(PortalRequestTest, AnErrorIsAFailure)
     EXPECT_TRUE(hears({u"failed: never"_s}));
     EXPECT_TRUE(isGone());
     EXPECT_TRUE(portal->closed.isEmpty());
+}
+
+TEST_F(PortalRequestTest, APortalThatEndsIsAFailure)
+{
+    call();
+    ASSERT_TRUE(isAsked());
+    portal->disappear();
+    EXPECT_TRUE(hears({u"failed: the portal has ended"_s}));
+    EXPECT_TRUE(isGone());
+}
+
+TEST_F(PortalRequestTest, APortalThatHasJustBegunIsNoFailure)
+{
+    call();
+    ASSERT_TRUE(isAsked());
+    portal->tellOfBeginning();
+    portal->answer(PortalRequest::granted, {{u"it"_s, u"is there"_s}});
+    EXPECT_TRUE(hears({u"0 is there"_s}));
 }
 
 TEST_F(PortalRequestTest, ItsEndTakesTheQuestionBack)
