@@ -126,7 +126,7 @@ void AppDelegate::setupPalette()
         [](const Snippet&) {}, [this] { hidePalette(); });
     paletteView =
         new CommandPaletteView({*paletteViewModel, services.notifications, services.scheduler,
-                                services.clock, services.collectionColor});
+                                services.clock, services.theme, services.collectionColor});
     paletteWindow->setContentView(paletteView);
     paletteWindow->center();
     connect(paletteWindow.get(), &KeyablePanel::gainedKeyStatus, this, releaseKeyboard);

@@ -31,6 +31,7 @@ class SettingsService;
 class SnippetListViewModel;
 class StatusArea;
 class StorageServiceProtocol;
+class Theme;
 class ToastWindow;
 
 /// Owns the palette, the toast, the status item and what is known of the main window, and joins
@@ -53,6 +54,7 @@ public:
         StatusArea& statusArea;
         Scheduler& scheduler;
         const Clock& clock;
+        const Theme& theme;
         std::function<QColor(const QString& collection)> collectionColor;
         std::function<std::chrono::duration<double>()> systemUptime;
         std::function<void()> startFileWatching; ///< of the store

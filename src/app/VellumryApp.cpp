@@ -270,6 +270,7 @@ AppDelegate::Dependencies VellumryApp::delegateDependencies()
             .statusArea = statusArea,
             .scheduler = EventLoopScheduler::shared(),
             .clock = SystemClock::shared(),
+            .theme = contents.theme(),
             .collectionColor =
                 [](const QString& collection) {
                     return CategoryColorService::shared().getColor(collection);

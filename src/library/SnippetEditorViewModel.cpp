@@ -11,7 +11,6 @@
 #include "storage/StorageServiceProtocol.h"
 
 #include <QPointer>
-#include <QSet>
 #include <QStringBuilder>
 
 #include <algorithm>
@@ -274,12 +273,23 @@ const QStringList& SnippetEditorViewModel::detectedVariables() const
     return detected.names;
 }
 
+QSet<QString> SnippetEditorViewModel::filledVariables() const
+{
+    QSet<QString> filled;
+    const auto& values = fields.variableValues;
+    for (auto value = values.cbegin(); value != values.cend(); ++value) {
+        if (!trimmedWithLineBreaks(*value).isEmpty())
+            filled.insert(value.key());
+    }
+    return filled;
+}
+
 qsizetype SnippetEditorViewModel::filledVariableCount() const
 {
     const QStringList& names = detectedVariables();
-    return std::count_if(names.cbegin(), names.cend(), [&](const QString& name) {
-        return !trimmedWithLineBreaks(fields.variableValues.value(name)).isEmpty();
-    });
+    const QSet<QString> filled = filledVariables();
+    return std::count_if(names.cbegin(), names.cend(),
+                         [&](const QString& name) { return filled.contains(name); });
 }
 
 QString SnippetEditorViewModel::resolvedContent() const

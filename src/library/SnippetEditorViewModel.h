@@ -8,6 +8,7 @@
 #include <QList>
 #include <QMap>
 #include <QObject>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -121,7 +122,9 @@ public:
 
     /// Their names, each once, in the order of the text.
     [[nodiscard]] const QStringList& detectedVariables() const;
-    /// How many of them have a value of more than white space.
+    /// The names that have a value of more than white space, in the content at present or not.
+    [[nodiscard]] QSet<QString> filledVariables() const;
+    /// How many of those the content holds.
     [[nodiscard]] qsizetype filledVariableCount() const;
     /// The content with the values filled in.
     [[nodiscard]] QString resolvedContent() const;

@@ -23,6 +23,7 @@
 #include "support/ManualClock.h"
 #include "support/ManualScheduler.h"
 #include "support/MemoryPreferences.h"
+#include "views/common/Theme.h"
 #include "views/common/ToastWindow.h"
 #include "views/palette/KeyablePanel.h"
 
@@ -125,6 +126,7 @@ protected:
                 area,
                 scheduler,
                 clock,
+                theme,
                 [](const QString&) { return QColor(Qt::gray); },
                 [this] { return uptime; },
                 [this] { hotkeys.calls.append(QStringLiteral("watch")); },
@@ -182,6 +184,7 @@ protected:
     SettingsService settings{{preferences, hotkeys, center, appearance, scheduler, nullptr}};
     FakeApplicationWindows windows;
     FakeStatusArea area;
+    Theme theme{ColorScheme::light, 1};
     CategoryColorService colors{preferences};
     SnippetListViewModel list{{.storageService = storage,
                                .searchService = search,

@@ -323,10 +323,12 @@ TEST_F(EditorVariables, CountAsFilledWithMoreThanWhiteSpace)
     editor().setContent(u"{{a}} {{b}} {{a}}"_s);
     editor().setVariableValue(u"  \n\t"_s, u"a"_s);
     EXPECT_EQ(editor().filledVariableCount(), 0);
+    EXPECT_EQ(editor().filledVariables(), QSet<QString>{u"name"_s}) << "of the content before";
     editor().setVariableValue(u" x "_s, u"b"_s);
     EXPECT_EQ(editor().filledVariableCount(), 1);
     editor().setVariableValue(u"y"_s, u"c"_s);
     EXPECT_EQ(editor().filledVariableCount(), 1) << "no placeholder of the content";
+    EXPECT_EQ(editor().filledVariables(), (QSet<QString>{u"b"_s, u"c"_s, u"name"_s}));
 }
 
 TEST_F(EditorVariables, FillTheContent)

@@ -1,7 +1,9 @@
 #include "views/palette/DarkSearchFieldView.h"
 
 #include "support/ManualScheduler.h"
+#include "views/common/Theme.h"
 #include "views/palette/KeyHandlingTextField.h"
+#include "views/palette/QuickSearchStyle.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -34,11 +36,13 @@ protected:
 
     KeyHandlingTextField& field() { return view.textField(); }
 
+    Theme theme{ColorScheme::light, 1};
     test::ManualScheduler scheduler;
     QStringList calls;
     QStringList texts;
     QWidget window;
-    DarkSearchFieldView view{scheduler,
+    DarkSearchFieldView view{theme,
+                             scheduler,
                              {.onTextChanged = [this](const QString& text) { texts << text; },
                               .onEscape = [this] { calls << u"escape"_s; },
                               .onArrowUp = [this] { calls << u"up"_s; },
@@ -218,7 +222,7 @@ TEST_F(DarkSearchFieldViewTest, anUpdateWithTheSameTextKeepsCursorAndSelection)
 
 TEST_F(DarkSearchFieldViewTest, aDelayedFocusDoesNotOutliveTheView)
 {
-    auto* shortLived = new DarkSearchFieldView(scheduler, {}, &window);
+    auto* shortLived = new DarkSearchFieldView(theme, scheduler, {}, &window);
     delete shortLived;
     scheduler.advance(1s);
     EXPECT_EQ(scheduler.pending(), 0U);
@@ -234,6 +238,40 @@ TEST_F(DarkSearchFieldViewTest, looksAsToldOfIt)
         EXPECT_EQ(field().palette().color(group, QPalette::PlaceholderText),
                   QColor::fromRgbF(0.4F, 0.4F, 0.4F));
     }
+}
+
+TEST_F(DarkSearchFieldViewTest, followsTheTextSizeWithinItsPlace)
+{
+    EXPECT_EQ(field().geometry(), QRect(48, 16, 612, 28));
+    theme.setTextScale(1.6);
+    EXPECT_EQ(field().font().pixelSize(), 32);
+    EXPECT_EQ(field().font().weight(), QFont::Normal);
+    EXPECT_EQ(field().geometry(), QRect(48, 7, 612, 45));
+    EXPECT_EQ(view.height(), 60);
+    theme.setTextScale(1);
+    EXPECT_EQ(field().font().pixelSize(), 20);
+    EXPECT_EQ(field().geometry(), QRect(48, 16, 612, 28));
+}
+
+TEST_F(DarkSearchFieldViewTest, theCaretGrowsWithTheText)
+{
+    showActive();
+    QTest::keyClicks(&field(), u" "_s);
+    const auto caretHeight = [this] {
+        field().setFocus();
+        const QImage image = field().grab().toImage();
+        int lines = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            bool hasCaret = false;
+            for (int x = 0; x < image.width(); ++x)
+                hasCaret = hasCaret || image.pixelColor(x, y) == QuickSearchStyle::caret;
+            lines += hasCaret ? 1 : 0;
+        }
+        return lines / image.devicePixelRatio();
+    };
+    EXPECT_NEAR(caretHeight(), 24, 1);
+    theme.setTextScale(1.6);
+    EXPECT_NEAR(caretHeight(), 36, 1);
 }
 
 TEST_F(DarkSearchFieldViewTest, theCaretStandsBesideThePlaceholderNotUponIt)

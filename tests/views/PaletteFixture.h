@@ -10,6 +10,7 @@
 #include "support/ManualClock.h"
 #include "support/ManualScheduler.h"
 #include "views/common/OverlayScrollBar.h"
+#include "views/common/Theme.h"
 #include "views/palette/CommandPaletteView.h"
 #include "views/palette/DarkSearchFieldView.h"
 #include "views/palette/KeyHandlingTextField.h"
@@ -117,12 +118,13 @@ public:
     CommandPaletteView& view()
     {
         if (!paletteView) {
-            paletteView = std::make_unique<CommandPaletteView>(CommandPaletteView::Dependencies{
-                .viewModel = viewModel,
-                .notifications = notifications,
-                .scheduler = scheduler,
-                .clock = clock,
-                .collectionColor = [](const QString&) { return QColor(0x3C, 0x9F, 0x57); }});
+            paletteView = std::make_unique<CommandPaletteView>(
+                CommandPaletteView::Dependencies{.viewModel = viewModel,
+                                                 .notifications = notifications,
+                                                 .scheduler = scheduler,
+                                                 .clock = clock,
+                                                 .theme = theme,
+                                                 .collectionColor = collectionColor});
         }
         return *paletteView;
     }
@@ -153,8 +155,11 @@ public:
         return pixel(list().viewport()->mapTo(&view(), row.bottomRight() - QPoint(9, 5)));
     }
 
+    static QColor collectionColor(const QString&) { return {0x3C, 0x9F, 0x57}; }
+
     ManualScheduler scheduler;
     ManualClock clock;
+    Theme theme{ColorScheme::light, 1};
     ListStorage storage;
     TitleSearch search;
     RecordingClipboard clipboard;

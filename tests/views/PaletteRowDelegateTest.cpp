@@ -47,6 +47,30 @@ protected:
         return false;
     }
 
+    /// How high the ink is in that part of the view, the ground of whose left edge is bare.
+    qreal inkHeight(const QRect& part)
+    {
+        const QImage image = view().grab().toImage();
+        const qreal ratio = image.devicePixelRatio();
+        const int left = qRound(part.left() * ratio);
+        int first = -1;
+        int last = -1;
+        for (int y = qRound(part.top() * ratio); y < qRound((part.bottom() + 1) * ratio); ++y) {
+            bool hasInk = false;
+            for (int x = left; x < qRound((part.right() + 1) * ratio); ++x)
+                hasInk = hasInk || image.pixel(x, y) != image.pixel(left, y);
+            if (hasInk) {
+                first = first < 0 ? y : first;
+                last = y;
+            }
+        }
+        return first < 0 ? 0 : (last - first + 1) / ratio;
+    }
+    QRect onView(const QRect& row, const QRect& part)
+    {
+        return part.translated(list().viewport()->mapTo(&view(), row.topLeft()));
+    }
+
     void show(const QString& title, const QString& collection)
     {
         SnippetFields fields;
@@ -183,6 +207,92 @@ TEST_F(PaletteRowDelegateTest, aResultOfHundredsOfDigitsIsCut)
     const QRect calculation = list().rowRect(u"calculator-result"_s);
     EXPECT_TRUE(hasInkIn(calculation, 480, 510, 45));
     EXPECT_FALSE(hasInkIn(calculation, 600, 608, 45)); // between the caption and the badge
+}
+
+TEST_F(PaletteRowDelegateTest, answersGrowWithTheTextAndOtherRowsHaveRoom)
+{
+    storage.snippets = {snippet(u"10 km run"_s)};
+    theme.setTextScale(1.6);
+    open();
+    EXPECT_EQ(list().rowRect(u"open-app-item"_s).height(), 40);
+    type(u"10 km="_s);
+    const QRect calculation = list().rowRect(u"calculator-result"_s);
+    EXPECT_EQ(calculation.height(), 29 + 45 + 12);
+    EXPECT_EQ(list().rowRect(u"id-10 km run"_s).top(), calculation.bottom() + 1 + 28);
+    EXPECT_EQ(list().rowRect(u"id-10 km run"_s).height(), 40);
+    key(Qt::Key_A, Qt::ControlModifier);
+    type(u"/rand:8"_s);
+    const QString second = u"password-"_s + viewModel.passwordResults()[1].id;
+    EXPECT_EQ(list().rowRect(second).height(), 32 + 26 + 12);
+    theme.setTextScale(1);
+    EXPECT_EQ(list().rowRect(second).height(), 54);
+}
+
+TEST_F(PaletteRowDelegateTest, largeTextsAreNotCutInHeight)
+{
+    const QString high = u"Ågj|"_s;
+    const auto heightIn = [&](TextStyle style) {
+        return QFontMetricsF(theme.font(style)).tightBoundingRect(high).height();
+    };
+    storage.snippets = {snippet(high, {}, 1, high)};
+    theme.setTextScale(1.6);
+    open();
+    const QRect row = list().rowRect(u"id-"_s + high);
+    const auto widthIn = [&](TextStyle style) {
+        return qRound(QFontMetricsF(theme.font(style)).horizontalAdvance(high));
+    };
+    const int titleWidth = widthIn(TextStyle::paletteRow);
+    EXPECT_NEAR(inkHeight(onView(row, {42, 0, titleWidth + 2, 40})),
+                heightIn(TextStyle::paletteRow), 1.5);
+    EXPECT_NEAR(
+        inkHeight(onView(row, {44 + titleWidth + 10, 0, widthIn(TextStyle::label) + 2, 40})),
+        heightIn(TextStyle::label), 1.5);
+    field().setText(high);
+    field().clearFocus();
+    EXPECT_NEAR(inkHeight({48, 0, widthIn(TextStyle::paletteField) + 4, 59}),
+                heightIn(TextStyle::paletteField), 1.5);
+}
+
+TEST_F(PaletteRowDelegateTest, aLivingPaletteTakesOverAnotherTextSize)
+{
+    Theme another(ColorScheme::light, 1);
+    const auto freshPicture = [&] {
+        CommandPaletteView fresh({.viewModel = viewModel,
+                                  .notifications = notifications,
+                                  .scheduler = scheduler,
+                                  .clock = clock,
+                                  .theme = another,
+                                  .collectionColor = collectionColor});
+        return fresh.grab().toImage();
+    };
+    for (int i = 0; i < 12; ++i)
+        storage.snippets.append(snippet(u"1+1 no %1"_s.arg(i), clock.now(), i));
+    open();
+    for (const QString& query : {u""_s, u"1+1="_s, u"/rand:16"_s, u"zebra"_s}) {
+        viewModel.setQuery(query);
+        settle();
+        viewModel.setSelectedIndex(6);
+        list().select(viewModel.selectedIndex(), false);
+        for (const qreal scale : {1.6, 0.85, 1.0}) {
+            const QImage before = view().grab().toImage();
+            theme.setTextScale(scale);
+            another.setTextScale(scale);
+            field().clearFocus(); // whose caret blinks
+            const QImage after = view().grab().toImage();
+            EXPECT_NE(after, before) << qPrintable(query) << scale;
+            EXPECT_EQ(after, freshPicture()) << qPrintable(query) << scale;
+        }
+    }
+}
+
+TEST_F(PaletteRowDelegateTest, anotherSchemeChangesNothing)
+{
+    fillLibrary();
+    open();
+    field().clearFocus();
+    const QImage before = view().grab().toImage();
+    theme.setScheme(ColorScheme::dark);
+    EXPECT_EQ(view().grab().toImage(), before);
 }
 
 TEST_F(PaletteRowDelegateTest, emojiAreInColour)

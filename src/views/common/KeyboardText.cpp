@@ -1,20 +1,32 @@
 #include "views/common/KeyboardText.h"
 
 #include <array>
-#include <utility>
 
 namespace vellumry {
 
 namespace {
 
-struct CapName {
+using hotkey::ModifierFlags;
+
+/// A modifier as hot keys, their symbols and the toolkit know it, and its name on the keyboard.
+struct Modifier {
+    ModifierFlags flag;
     QStringView symbol;
+    Qt::KeyboardModifier key;
     QStringView name;
 };
 
 // In the order in which they are shown.
-constexpr std::array<CapName, 4> modifierCaps{
-    {{u"⌘", u"Ctrl"}, {u"⌥", u"Alt"}, {u"⇧", u"Shift"}, {u"⌃", u"Super"}}};
+constexpr std::array<Modifier, 4> modifiers{
+    {{ModifierFlags::command, u"⌘", Qt::ControlModifier, u"Ctrl"},
+     {ModifierFlags::option, u"⌥", Qt::AltModifier, u"Alt"},
+     {ModifierFlags::shift, u"⇧", Qt::ShiftModifier, u"Shift"},
+     {ModifierFlags::control, u"⌃", Qt::MetaModifier, u"Super"}}};
+
+struct CapName {
+    QStringView symbol;
+    QStringView name;
+};
 
 constexpr std::array<CapName, 9> spokenCaps{{{u"␣", u"Space"},
                                              {u"↩", u"Return"},
@@ -30,16 +42,11 @@ constexpr std::array<CapName, 9> spokenCaps{{{u"␣", u"Space"},
 
 QStringList keyboardKeys(const HotkeyConfig& config)
 {
-    using hotkey::ModifierFlags;
     QStringList keys;
-    if (config.modifiers.contains(ModifierFlags::command))
-        keys.append(QStringLiteral("Ctrl"));
-    if (config.modifiers.contains(ModifierFlags::option))
-        keys.append(QStringLiteral("Alt"));
-    if (config.modifiers.contains(ModifierFlags::shift))
-        keys.append(QStringLiteral("Shift"));
-    if (config.modifiers.contains(ModifierFlags::control))
-        keys.append(QStringLiteral("Super"));
+    for (const Modifier& modifier : modifiers) {
+        if (config.modifiers.contains(modifier.flag))
+            keys.append(modifier.name.toString());
+    }
     keys.append(config.key.size() == 1 ? config.key.toUpper()
                                        : config.key.left(1).toUpper() + config.key.mid(1));
     return keys;
@@ -56,11 +63,9 @@ QString shortcutText(const QKeySequence& shortcut)
         return {};
     const QKeyCombination keys = shortcut[0];
     QStringList names;
-    for (const auto& [modifier, name] :
-         {std::pair(Qt::ControlModifier, u"Ctrl"), std::pair(Qt::AltModifier, u"Alt"),
-          std::pair(Qt::ShiftModifier, u"Shift"), std::pair(Qt::MetaModifier, u"Super")}) {
-        if (keys.keyboardModifiers().testFlag(modifier))
-            names.append(QString::fromUtf16(name));
+    for (const Modifier& modifier : modifiers) {
+        if (keys.keyboardModifiers().testFlag(modifier.key))
+            names.append(modifier.name.toString());
     }
     names.append(QKeySequence(keys.key()).toString(QKeySequence::NativeText));
     return names.join(u'+');
@@ -68,13 +73,13 @@ QString shortcutText(const QKeySequence& shortcut)
 
 QStringList keyboardCaps(const QStringList& symbols)
 {
-    QStringList modifiers;
+    QStringList caps;
     QStringList others = symbols;
-    for (const CapName& modifier : modifierCaps) {
+    for (const Modifier& modifier : modifiers) {
         if (others.removeAll(modifier.symbol.toString()) > 0)
-            modifiers.append(modifier.name.toString());
+            caps.append(modifier.name.toString());
     }
-    return modifiers + others;
+    return caps + others;
 }
 
 QString spokenCap(const QString& cap)

@@ -62,6 +62,14 @@ constexpr TypeSize typeSize(TextStyle style)
         return {.size = 12.5, .line = 18, .weight = QFont::Normal, .isMono = true};
     case TextStyle::path:
         return {.size = 11.5, .line = 16, .weight = QFont::Normal, .isMono = true};
+    case TextStyle::paletteField:
+        return {20, 28, QFont::Normal};
+    case TextStyle::paletteRow:
+        return {14, 20, QFont::Medium};
+    case TextStyle::palettePassword:
+        return {.size = 15, .line = 20, .weight = QFont::Medium, .isMono = true};
+    case TextStyle::paletteResult:
+        return {.size = 22, .line = 28, .weight = QFont::Medium, .isMono = true};
     }
     Q_UNREACHABLE();
 }

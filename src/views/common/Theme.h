@@ -29,6 +29,10 @@ enum class TextStyle {
     content,
     contentSmall,
     path,
+    paletteField,
+    paletteRow,
+    palettePassword,
+    paletteResult,
 };
 
 /// How things look at present: the colours of the scheme, and fonts that follow the size that the

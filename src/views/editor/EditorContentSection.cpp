@@ -1,6 +1,5 @@
 #include "views/editor/EditorContentSection.h"
 
-#include "core/Text.h"
 #include "library/SnippetEditorViewModel.h"
 #include "views/common/Button.h"
 #include "views/common/OutsetItem.h"
@@ -126,12 +125,7 @@ void EditorContentSection::showContent()
 
 void EditorContentSection::showFilled()
 {
-    QSet<QString> filled;
-    const auto& values = viewModel.variableValues();
-    for (auto value = values.cbegin(); value != values.cend(); ++value) {
-        if (!trimmedWithLineBreaks(*value).isEmpty())
-            filled.insert(value.key());
-    }
+    const QSet<QString> filled = viewModel.filledVariables();
     editor->setFilledVariables(filled);
     if (fullScreenView)
         fullScreenView->textEditor().setFilledVariables(filled);

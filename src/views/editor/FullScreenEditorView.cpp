@@ -2,11 +2,11 @@
 
 #include "core/Text.h"
 #include "views/common/Button.h"
+#include "views/common/CountPill.h"
 #include "views/common/Icon.h"
 #include "views/common/Strokes.h"
 #include "views/common/TextPainting.h"
 #include "views/editor/ContentSearchBar.h"
-#include "views/editor/CountPill.h"
 #include "views/editor/MacTextEditor.h"
 #include "views/editor/ViewShortcut.h"
 

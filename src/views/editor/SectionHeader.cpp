@@ -2,10 +2,10 @@
 
 #include "views/common/AccessibleRole.h"
 #include "views/common/Button.h"
+#include "views/common/CountPill.h"
 #include "views/common/Icon.h"
 #include "views/common/OutsetItem.h"
 #include "views/common/TextPainting.h"
-#include "views/editor/CountPill.h"
 
 #include <QHBoxLayout>
 #include <QPainter>

@@ -2,12 +2,12 @@
 
 #include "views/common/AccessibleRole.h"
 #include "views/common/Button.h"
+#include "views/common/CountPill.h"
 #include "views/common/Icon.h"
 #include "views/common/Strokes.h"
 #include "views/common/TextPainting.h"
 
 #include <QPainter>
-#include <QtMath>
 
 namespace vellumry {
 
@@ -20,9 +20,6 @@ constexpr int rightMargin = 10;
 constexpr int gap = 8;
 constexpr int symbolSize = 16;
 constexpr int dotSize = 10;
-constexpr int badgeHeight = 18;
-constexpr int leastBadgeWidth = 22;
-constexpr int badgePadding = 6;
 
 } // namespace
 
@@ -68,22 +65,15 @@ void ListHeader::paintEvent(QPaintEvent*)
         x += symbolSize + gap;
     }
 
-    const QFont countFont = theme.font(TextStyle::captionMedium);
     const QString count = QString::number(shown.count);
-    const int countWidth = qCeil(QFontMetricsF(countFont).horizontalAdvance(count));
-    const int badgeWidth = std::max(leastBadgeWidth, countWidth + 2 * badgePadding);
     const QFont titleFont = theme.font(TextStyle::heading);
-    const qreal room = add->x() - gap - badgeWidth - gap - x;
+    const qreal room = add->x() - gap - CountPill::width(theme, count) - gap - x;
     const qreal titleWidth =
         std::min(room, QFontMetricsF(titleFont).horizontalAdvance(singleLine(shown.title)) + 1);
     paintLine(painter, QRectF(x, 0, titleWidth, height()), shown.title, titleFont,
               token.textPrimary);
     x += titleWidth + gap;
-
-    const int badgeHigh = theme.rowHeight(badgeHeight, TextStyle::captionMedium);
-    const QRectF badge(x, middle - badgeHigh / 2.0, badgeWidth, badgeHigh);
-    fillRounded(painter, badge, badgeHigh / 2.0, token.fill);
-    paintLine(painter, badge, count, countFont, token.textSecondary, Qt::AlignHCenter);
+    CountPill::paint(painter, theme, {x, middle}, count);
 }
 
 } // namespace vellumry

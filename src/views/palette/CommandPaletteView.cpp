@@ -34,9 +34,11 @@ DarkSearchFieldView::Callbacks callbacks(CommandPaletteViewModel& viewModel)
 
 CommandPaletteView::CommandPaletteView(const Dependencies& dependencies, QWidget* parent)
     : QWidget(parent), services(dependencies),
-      field(new DarkSearchFieldView(services.scheduler, callbacks(services.viewModel), this)),
-      listView(new PaletteListView(services.collectionColor, services.scheduler, this)),
-      emptyState(new DarkPaletteEmptyState(this))
+      field(new DarkSearchFieldView(services.theme, services.scheduler,
+                                    callbacks(services.viewModel), this)),
+      listView(
+          new PaletteListView(services.theme, services.collectionColor, services.scheduler, this)),
+      emptyState(new DarkPaletteEmptyState(services.theme, this))
 {
     using Style = QuickSearchStyle;
     setAccessibleName(QStringLiteral("Palette"));
@@ -48,7 +50,7 @@ CommandPaletteView::CommandPaletteView(const Dependencies& dependencies, QWidget
     field->setGeometry(0, 0, Style::width, Style::fieldHeight);
     listView->setGeometry(listPlace);
     emptyState->setGeometry(listPlace);
-    (new PaletteFooter(this))
+    (new PaletteFooter(services.theme, this))
         ->setGeometry(0, Style::height - Style::footerHeight, Style::width, Style::footerHeight);
 
     const auto& viewModel = services.viewModel;

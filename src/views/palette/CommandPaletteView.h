@@ -16,6 +16,7 @@ class DarkPaletteEmptyState;
 class DarkSearchFieldView;
 class NotificationCenter;
 class PaletteListView;
+class Theme;
 
 /// The palette's contents: search field, list of rows, footer. Shows the model's state and
 /// forwards input to it. Main thread only.
@@ -29,6 +30,7 @@ public:
         NotificationCenter& notifications;
         Scheduler& scheduler;
         const Clock& clock;
+        const Theme& theme; ///< for the fonts; the palette is dark in every scheme
         std::function<QColor(const QString& collection)> collectionColor;
     };
 

@@ -4,15 +4,21 @@
 
 namespace vellumry {
 
+class Theme;
+
 /// What stands in the list's place when a query finds nothing.
 class DarkPaletteEmptyState : public QWidget {
     Q_OBJECT
 
 public:
-    explicit DarkPaletteEmptyState(QWidget* parent = nullptr);
+    /// The theme outlives the view.
+    explicit DarkPaletteEmptyState(const Theme& theme, QWidget* parent = nullptr);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+
+private:
+    const Theme& theme;
 };
 
 } // namespace vellumry

@@ -1,8 +1,8 @@
 #include "views/palette/DarkSearchFieldView.h"
 
 #include "core/Text.h"
-#include "views/common/Fonts.h"
 #include "views/common/Icon.h"
+#include "views/common/Theme.h"
 #include "views/palette/KeyHandlingTextField.h"
 #include "views/palette/QuickSearchStyle.h"
 
@@ -24,7 +24,7 @@ constexpr int textX = 52;
 constexpr int textMargin = 20;
 constexpr int ownMarginOfLineEdit = 2; // QLineEdit's text starts this far inside of it
 constexpr int roomForCaret = 2;        // before the placeholder
-constexpr int lineHeight = 28;
+constexpr int caretOverhang = 4;       // above and below the letters together
 
 QPalette fieldPalette(QPalette palette)
 {
@@ -39,24 +39,34 @@ QPalette fieldPalette(QPalette palette)
 
 } // namespace
 
-DarkSearchFieldView::DarkSearchFieldView(Scheduler& scheduler, Callbacks handlers, QWidget* parent)
-    : QWidget(parent), timing(scheduler), callbacks(std::move(handlers)),
+DarkSearchFieldView::DarkSearchFieldView(const Theme& look, Scheduler& scheduler,
+                                         Callbacks handlers, QWidget* parent)
+    : QWidget(parent), theme(look), timing(scheduler), callbacks(std::move(handlers)),
       field(new KeyHandlingTextField(
           QuickSearchStyle::caret, [this](const QKeyEvent& event) { return handleKeyDown(event); },
           this))
 {
-    field->setFont(uiFont(20));
     field->setPalette(fieldPalette(field->palette()));
     field->setPlaceholderText(QStringLiteral("Search snippets..."));
     field->setAccessibleName(QStringLiteral("Search snippets"));
     field->setTextMargins(roomForCaret, 0, 0, 0);
-    const int fieldX = textX - ownMarginOfLineEdit - roomForCaret;
-    field->setGeometry(fieldX, (QuickSearchStyle::fieldHeight - lineHeight) / 2,
-                       QuickSearchStyle::width - textMargin - fieldX, lineHeight);
     setFixedHeight(QuickSearchStyle::fieldHeight);
     setFocusProxy(field);
+    connect(&theme, &Theme::changed, this, &DarkSearchFieldView::applyTheme);
+    applyTheme();
     connect(field, &QLineEdit::textEdited, this, &DarkSearchFieldView::handleTextEdited);
     takeFocusAfter(focusDelayAfterCreation);
+}
+
+void DarkSearchFieldView::applyTheme()
+{
+    const QFont font = theme.font(TextStyle::paletteField);
+    field->setFont(font);
+    field->setCaretHeight(font.pixelSize() + caretOverhang);
+    const int fieldX = textX - ownMarginOfLineEdit - roomForCaret;
+    const int high = theme.lineHeight(TextStyle::paletteField);
+    field->setGeometry(fieldX, (QuickSearchStyle::fieldHeight - high) / 2,
+                       QuickSearchStyle::width - textMargin - fieldX, high);
 }
 
 void DarkSearchFieldView::updateText(const QString& text)

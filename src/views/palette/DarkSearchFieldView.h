@@ -11,6 +11,7 @@ class QKeyEvent;
 namespace vellumry {
 
 class KeyHandlingTextField;
+class Theme;
 
 /// The palette's search field: the symbol, the text, and what the keys mean.
 class DarkSearchFieldView : public QWidget {
@@ -28,8 +29,9 @@ public:
         std::function<void()> onReturn;
     };
 
-    /// Takes the focus 0.1 s after creation. The scheduler outlives the view.
-    DarkSearchFieldView(Scheduler& scheduler, Callbacks callbacks, QWidget* parent = nullptr);
+    /// Takes the focus 0.1 s after creation. Theme and scheduler outlive the view.
+    DarkSearchFieldView(const Theme& theme, Scheduler& scheduler, Callbacks callbacks,
+                        QWidget* parent = nullptr);
 
     /// The text of the model; to be called at each of its changes. Sees to the focus 0.05 s later.
     void updateText(const QString& text);
@@ -41,10 +43,12 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    void applyTheme();
     bool handleKeyDown(const QKeyEvent& event);
     void handleTextEdited(const QString& text);
     void takeFocusAfter(std::chrono::milliseconds delay);
 
+    const Theme& theme;
     Scheduler& timing;
     Callbacks callbacks;
     KeyHandlingTextField* field;

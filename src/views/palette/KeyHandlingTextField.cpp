@@ -7,14 +7,8 @@
 
 namespace vellumry {
 
-namespace {
-
-constexpr int heightOfCaret = 24;
-
-} // namespace
-
 KeyHandlingTextField::KeyHandlingTextField(const QColor& color, KeyHandler handler, QWidget* parent)
-    : CaretLineEdit(color, heightOfCaret, parent), keyHandler(std::move(handler))
+    : CaretLineEdit(color, 0, parent), keyHandler(std::move(handler))
 {
     setFocusPolicy(Qt::StrongFocus);
     setContextMenuPolicy(Qt::NoContextMenu);

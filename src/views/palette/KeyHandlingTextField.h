@@ -15,6 +15,7 @@ public:
     /// Answers whether it has handled the key, which then goes no further.
     using KeyHandler = std::function<bool(const QKeyEvent&)>;
 
+    /// The height of the caret is to be set with the font.
     KeyHandlingTextField(const QColor& caretColor, KeyHandler handler, QWidget* parent);
 
     [[nodiscard]] bool isCursorAtEnd() const;

@@ -1,8 +1,8 @@
 #include "views/palette/PaletteFooter.h"
 
-#include "views/common/Fonts.h"
 #include "views/common/Icon.h"
 #include "views/common/Strokes.h"
+#include "views/common/Theme.h"
 #include "views/palette/QuickSearchStyle.h"
 
 #include <QPainter>
@@ -22,10 +22,11 @@ constexpr int keyRadius = 4;
 
 } // namespace
 
-PaletteFooter::PaletteFooter(QWidget* parent) : QWidget(parent)
+PaletteFooter::PaletteFooter(const Theme& look, QWidget* parent) : QWidget(parent), theme(look)
 {
     setAccessibleName(QStringLiteral("Vellumry"));
     setAccessibleDescription(QStringLiteral("Return: Copy, Right Arrow: Open, Escape: Close"));
+    connect(&theme, &Theme::changed, this, qOverload<>(&QWidget::update));
 }
 
 void PaletteFooter::paintEvent(QPaintEvent*)
@@ -33,10 +34,11 @@ void PaletteFooter::paintEvent(QPaintEvent*)
     QPainter painter(this);
     painter.fillRect(QRectF(0, 0, width(), lineWidth(painter)), QuickSearchStyle::hairline);
 
-    const QFont labelFont = uiFont(12);
-    const QFont keyFont = uiFont(11, QFont::Medium);
+    const QFont labelFont = theme.font(TextStyle::label);
+    const QFont keyFont = theme.font(TextStyle::captionMedium);
     const QFontMetrics labelMetrics(labelFont);
     const QFontMetrics keyMetrics(keyFont);
+    const int keySize = theme.rowHeight(QuickSearchStyle::keycapSize, TextStyle::captionMedium);
 
     Icon(QStringLiteral("SidebarLogo"))
         .paint(painter, {marginLeft, (height() - logoSize) / 2.0}, logoSize,
@@ -57,10 +59,8 @@ void PaletteFooter::paintEvent(QPaintEvent*)
         right -= labelWidth + labelGap;
 
         const QString key = hint->key.toString();
-        const int keyWidth = std::max(QuickSearchStyle::keycapSize,
-                                      keyMetrics.horizontalAdvance(key) + 2 * keyPadding);
-        const QRect cap(right - keyWidth, (height() - QuickSearchStyle::keycapSize) / 2, keyWidth,
-                        QuickSearchStyle::keycapSize);
+        const int keyWidth = std::max(keySize, keyMetrics.horizontalAdvance(key) + 2 * keyPadding);
+        const QRect cap(right - keyWidth, (height() - keySize) / 2, keyWidth, keySize);
         fillRounded(painter, cap, keyRadius, QuickSearchStyle::keycapFill);
         strokeRounded(painter, cap, keyRadius, QuickSearchStyle::keycapStroke);
         painter.setFont(keyFont);

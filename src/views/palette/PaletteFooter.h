@@ -7,6 +7,8 @@
 
 namespace vellumry {
 
+class Theme;
+
 /// A key and what it does.
 struct DarkKeyboardHint {
     QStringView key;
@@ -23,10 +25,14 @@ public:
         {{u"↵", u"Copy"}, {u"→", u"Open"}, {u"esc", u"Close"}},
     };
 
-    explicit PaletteFooter(QWidget* parent = nullptr);
+    /// The theme outlives the view.
+    explicit PaletteFooter(const Theme& theme, QWidget* parent = nullptr);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+
+private:
+    const Theme& theme;
 };
 
 } // namespace vellumry

@@ -2,6 +2,7 @@
 
 #include "views/common/Motion.h"
 #include "views/common/OverlayScrollBar.h"
+#include "views/common/Theme.h"
 #include "views/palette/PaletteListModel.h"
 #include "views/palette/QuickSearchStyle.h"
 
@@ -20,10 +21,11 @@ constexpr int pixelsOfWheelStep = QuickSearchStyle::rowHeight / 2; // a notch is
 
 } // namespace
 
-PaletteListView::PaletteListView(PaletteRowDelegate::CollectionColor collectionColor,
+PaletteListView::PaletteListView(const Theme& theme,
+                                 PaletteRowDelegate::CollectionColor collectionColor,
                                  Scheduler& scheduler, QWidget* parent)
     : QListView(parent), lines(new PaletteListModel(this)),
-      delegate(new PaletteRowDelegate(*lines, std::move(collectionColor), this)),
+      delegate(new PaletteRowDelegate(*lines, theme, std::move(collectionColor), this)),
       scrollBar(new OverlayScrollBar(*this,
                                      {.handle = QuickSearchStyle::scrollHandle,
                                       .handleHovered = QuickSearchStyle::scrollHandleHover,
@@ -46,6 +48,7 @@ PaletteListView::PaletteListView(PaletteRowDelegate::CollectionColor collectionC
     setItemDelegate(delegate);
     verticalScrollBar()->setSingleStep(pixelsOfWheelStep);
     scrolling->setEasingCurve(QEasingCurve::OutCubic);
+    connect(&theme, &Theme::changed, this, &PaletteListView::applyTheme);
 }
 
 PaletteListView::~PaletteListView() = default;
@@ -59,6 +62,14 @@ void PaletteListView::setRows(const PaletteRows& rows, int selectedIndex)
     select(selectedIndex, false);
     if (viewport()->underMouse())
         hoverAt(viewport()->mapFromGlobal(QCursor::pos()));
+}
+
+void PaletteListView::applyTheme()
+{
+    delegate->takeFonts();
+    doItemsLayout();
+    if (selectedLine() >= 0)
+        scrollToLine(selectedLine(), false);
 }
 
 void PaletteListView::select(int selectedIndex, bool isAnimated)

@@ -13,6 +13,7 @@ namespace vellumry {
 class OverlayScrollBar;
 class PaletteListModel;
 class Scheduler;
+class Theme;
 
 /// The scrolling list of the palette's rows. Hover and selection are separate: the pointer never
 /// moves the selection. Takes no keyboard focus.
@@ -20,9 +21,9 @@ class PaletteListView : public QListView {
     Q_OBJECT
 
 public:
-    /// The scheduler outlives the view.
-    PaletteListView(PaletteRowDelegate::CollectionColor collectionColor, Scheduler& scheduler,
-                    QWidget* parent = nullptr);
+    /// Theme and scheduler outlive the view.
+    PaletteListView(const Theme& theme, PaletteRowDelegate::CollectionColor collectionColor,
+                    Scheduler& scheduler, QWidget* parent = nullptr);
     ~PaletteListView() override;
 
     /// Shows these rows with that one selected, which is in the middle of the list at once.
@@ -56,6 +57,7 @@ protected:
     void hideEvent(QHideEvent* event) override;
 
 private:
+    void applyTheme();
     [[nodiscard]] int lineAt(const QPoint& position) const;
     [[nodiscard]] QRect rectOfRow(int line) const;
     void scrollToLine(int line, bool isAnimated);

@@ -1,14 +1,15 @@
 #include "views/palette/PaletteRowDelegate.h"
 
-#include "views/common/Fonts.h"
 #include "views/common/Icon.h"
 #include "views/common/Strokes.h"
 #include "views/common/TextPainting.h"
+#include "views/common/Theme.h"
 #include "views/palette/PaletteListModel.h"
 #include "views/palette/QuickSearchStyle.h"
 
 #include <QPainter>
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -23,34 +24,40 @@ constexpr int answerSymbolSize = 20;
 constexpr int badgePadding = 8;
 constexpr int badgeRadius = 5;
 constexpr int leastDetailWidth = 24; ///< below it the detail gives way altogether
+constexpr int leastStackPadding = 6; ///< above and below two lines
 constexpr int textX = 2 * QuickSearchStyle::rowPadding + QuickSearchStyle::iconSlot;
 
 /// A row with its two texts one below the other, and where the middles of their lines are.
 struct StackedRow {
     int height;
-    int titleMiddle;
-    int detailMiddle;
+    qreal titleMiddle;
+    qreal detailMiddle;
 };
 
+StackedRow stack(int designedHeight, int titleLine, int detailLine, bool isDetailAbove)
+{
+    const int lines = titleLine + detailLine;
+    const int height = std::max(designedHeight, lines + 2 * leastStackPadding);
+    const qreal top = (height - lines) / 2.0;
+    return {height, top + (isDetailAbove ? detailLine : 0) + titleLine / 2.0,
+            top + (isDetailAbove ? 0 : titleLine) + detailLine / 2.0};
+}
+
 /// Nothing for the rows whose texts stand side by side.
-std::optional<StackedRow> stackedRow(PaletteRowKind kind)
+std::optional<StackedRow> stackedRow(const Theme& theme, PaletteRowKind kind)
 {
     switch (kind) {
     case PaletteRowKind::password:
-        return StackedRow{QuickSearchStyle::passwordRowHeight, 19, 37};
+        return stack(QuickSearchStyle::passwordRowHeight,
+                     theme.lineHeight(TextStyle::palettePassword),
+                     theme.lineHeight(TextStyle::label), false);
     case PaletteRowKind::calculator:
-        return StackedRow{QuickSearchStyle::calculatorRowHeight, 45, 22};
+        return stack(QuickSearchStyle::calculatorRowHeight,
+                     theme.lineHeight(TextStyle::paletteResult),
+                     theme.lineHeight(TextStyle::contentSmall), true);
     default:
         return std::nullopt;
     }
-}
-
-int heightOf(const PaletteRow& row)
-{
-    if (row.isHeader())
-        return QuickSearchStyle::headerHeight;
-    const auto stacked = stackedRow(row.kind);
-    return stacked ? stacked->height : QuickSearchStyle::rowHeight;
 }
 
 QColor symbolColor(const QString& symbol)
@@ -85,15 +92,34 @@ void drawCentered(QPainter& painter, qreal x, qreal centerY, const QStaticText& 
 
 } // namespace
 
-PaletteRowDelegate::PaletteRowDelegate(const PaletteListModel& lines, CollectionColor color,
-                                       QObject* parent)
-    : QAbstractItemDelegate(parent), model(lines), collectionColor(std::move(color)),
-      headerFont(uiFont(11, QFont::DemiBold)), titleFont(uiFont(14, QFont::Medium)),
-      detailFont(uiFont(12)), badgeFont(uiFont(11, QFont::Medium)),
-      passwordFont(monoFont(15, QFont::Medium)), calculationFont(monoFont(13)),
-      resultFont(monoFont(22, QFont::Medium)), texts(cachedRows)
+PaletteRowDelegate::PaletteRowDelegate(const PaletteListModel& lines, const Theme& look,
+                                       CollectionColor color, QObject* parent)
+    : QAbstractItemDelegate(parent), model(lines), theme(look), collectionColor(std::move(color)),
+      texts(cachedRows)
 {
+    takeFonts();
+}
+
+void PaletteRowDelegate::takeFonts()
+{
+    headerFont = theme.font(TextStyle::section);
     headerFont.setLetterSpacing(QFont::PercentageSpacing, 102);
+    titleFont = theme.font(TextStyle::paletteRow);
+    detailFont = theme.font(TextStyle::label);
+    badgeFont = theme.font(TextStyle::captionMedium);
+    passwordFont = theme.font(TextStyle::palettePassword);
+    calculationFont = theme.font(TextStyle::contentSmall);
+    resultFont = theme.font(TextStyle::paletteResult);
+    texts.clear();
+}
+
+int PaletteRowDelegate::heightOf(const PaletteRow& row) const
+{
+    if (row.isHeader())
+        return theme.rowHeight(QuickSearchStyle::headerHeight, TextStyle::section);
+    const auto stacked = stackedRow(theme, row.kind);
+    return stacked ? stacked->height
+                   : theme.rowHeight(QuickSearchStyle::rowHeight, TextStyle::paletteRow);
 }
 
 int PaletteRowDelegate::lineHeight(int line) const
@@ -132,7 +158,7 @@ void PaletteRowDelegate::paintHeader(QPainter& painter, const QRect& line,
     constexpr int lowering = 1; // the text stands nearer to the rows below it
     const int x = line.x() + QuickSearchStyle::listMargin - QuickSearchStyle::listInset +
                   QuickSearchStyle::rowPadding;
-    const qreal centerY = line.bottom() + 1 - QuickSearchStyle::headerHeight / 2.0 + lowering;
+    const qreal centerY = line.bottom() + 1 - heightOf(row) / 2.0 + lowering;
     painter.setFont(headerFont);
     painter.setPen(QuickSearchStyle::subtleTextColor);
     drawCentered(painter, x, centerY, textsOf(row, line.width())->title);
@@ -169,7 +195,7 @@ void PaletteRowDelegate::paintLeading(QPainter& painter, const QRect& rect,
             dotSize / 2.0, collectionColor(row.detail));
         return;
     }
-    const int size = stackedRow(row.kind) ? answerSymbolSize : symbolSize;
+    const int size = stackedRow(theme, row.kind) ? answerSymbolSize : symbolSize;
     Icon(row.symbol)
         .paint(painter, center - QPointF(size, size) / 2, size, symbolColor(row.symbol));
 }
@@ -178,7 +204,7 @@ void PaletteRowDelegate::paintTexts(QPainter& painter, const QRect& rect, const 
                                     const RowTexts& text, const QColor& secondary) const
 {
     const qreal x = rect.x() + textX;
-    const auto stacked = stackedRow(row.kind);
+    const auto stacked = stackedRow(theme, row.kind);
     const qreal centerY = rect.y() + rect.height() / 2.0;
     painter.setFont(titleFontOf(row));
     painter.setPen(QuickSearchStyle::text);
@@ -205,8 +231,8 @@ void PaletteRowDelegate::paintTrailing(QPainter& painter, const QRect& rect, con
     }
     if (!row.badge.isEmpty()) {
         const qreal width = text.badge.size().width() + 2 * badgePadding;
-        const QRectF badge(right - width, centerY - QuickSearchStyle::badgeHeight / 2.0, width,
-                           QuickSearchStyle::badgeHeight);
+        const int height = theme.rowHeight(QuickSearchStyle::badgeHeight, TextStyle::captionMedium);
+        const QRectF badge(right - width, centerY - height / 2.0, width, height);
         fillRounded(painter, badge, badgeRadius, QuickSearchStyle::badgeFill);
         painter.setFont(badgeFont);
         painter.setPen(row.kind == PaletteRowKind::calculator ? QuickSearchStyle::iconOrange()
@@ -276,7 +302,7 @@ PaletteRowDelegate::layOut(const PaletteRow& row, int rowWidth) const
     const QString title = singleLine(row.title);
     const QString detail = singleLine(row.detail);
     result->title = fitted(title, titleFontOf(row), room);
-    if (stackedRow(row.kind)) {
+    if (stackedRow(theme, row.kind)) {
         result->detail = fitted(detail, detailFontOf(row), room);
         return result;
     }

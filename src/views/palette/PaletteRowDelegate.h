@@ -14,6 +14,7 @@
 namespace vellumry {
 
 class PaletteListModel;
+class Theme;
 
 /// Paints the lines of the palette. Laying out text, colour emoji above all, is what painting
 /// costs, so the laid-out texts of the rows are kept, also for the next time they appear.
@@ -23,9 +24,12 @@ class PaletteRowDelegate : public QAbstractItemDelegate {
 public:
     using CollectionColor = std::function<QColor(const QString& collection)>;
 
-    /// The model outlives the delegate.
-    PaletteRowDelegate(const PaletteListModel& lines, CollectionColor collectionColor,
-                       QObject* parent);
+    /// Model and theme outlive the delegate.
+    PaletteRowDelegate(const PaletteListModel& lines, const Theme& theme,
+                       CollectionColor collectionColor, QObject* parent);
+
+    /// Takes the theme's fonts anew; to be called at each of its changes.
+    void takeFonts();
 
     int selectedLine = -1;
     std::optional<int> hoveredIndex; ///< a row's hoverIndex
@@ -50,6 +54,7 @@ private:
         QStaticText badge;
     };
 
+    [[nodiscard]] int heightOf(const PaletteRow& row) const;
     [[nodiscard]] std::shared_ptr<const RowTexts> textsOf(const PaletteRow& row,
                                                           int rowWidth) const;
     [[nodiscard]] std::shared_ptr<const RowTexts> layOut(const PaletteRow& row, int rowWidth) const;
@@ -65,7 +70,9 @@ private:
                        const RowTexts& text, const QColor& secondary) const;
 
     const PaletteListModel& model;
+    const Theme& theme;
     CollectionColor collectionColor;
+    // Kept, since a row is painted at each key, and its texts are laid out in them.
     QFont headerFont;
     QFont titleFont;
     QFont detailFont;

@@ -1,10 +1,13 @@
-#include "views/editor/CountPill.h"
+#include "views/common/CountPill.h"
 
 #include "views/common/Strokes.h"
 #include "views/common/TextPainting.h"
 #include "views/common/Theme.h"
 
 #include <QPainter>
+#include <QtMath>
+
+#include <algorithm>
 
 namespace vellumry::CountPill {
 
