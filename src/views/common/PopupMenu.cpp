@@ -2,6 +2,7 @@
 
 #include "views/common/Icon.h"
 #include "views/common/KeyboardText.h"
+#include "views/common/PlainText.h"
 #include "views/common/RoundedMask.h"
 #include "views/common/Strokes.h"
 #include "views/common/TextPainting.h"
@@ -67,7 +68,7 @@ public:
             return {1, separatorHeight};
         const auto& menu = *qobject_cast<const PopupMenu*>(widget);
         // The menu adds the room for the widest keys itself, in the larger font of the texts.
-        const QString text = item->text.section(u'\t', 0, 0);
+        const QString text = plainMenuText(item->text.section(u'\t', 0, 0));
         const qreal advance = QFontMetricsF(theme.font(TextStyle::body)).horizontalAdvance(text);
         int wide = leftPadding + marksRoom(menu) + symbolsRoom(menu) +
                    std::max(leastTextWidth, qCeil(advance)) + rightPadding;
@@ -151,7 +152,8 @@ private:
         const qreal x = slot.x() + (isBare ? 2 : symbolsRoom(menu));
         const bool hasKeys = action && !action->shortcut().isEmpty();
         paintLine(painter, QRectF(x, row.y(), row.right() - rightPadding + 2 - x, row.height()),
-                  hasKeys ? action->text() : item.text, theme.font(TextStyle::body), text);
+                  plainMenuText(hasKeys ? action->text() : item.text), theme.font(TextStyle::body),
+                  text);
         if (hasKeys)
             paintLine(painter, row.adjusted(0, 0, -rightPadding, 0),
                       shortcutText(action->shortcut()), theme.font(TextStyle::label),
@@ -199,7 +201,7 @@ PopupMenu::~PopupMenu() = default;
 QAction* PopupMenu::addItem(const QString& symbol, const QString& text,
                             std::function<void()> action)
 {
-    QAction* item = addAction(text, this, std::move(action));
+    QAction* item = addAction(menuText(text), this, std::move(action));
     item->setProperty(symbolKey, symbol);
     return item;
 }
@@ -215,7 +217,7 @@ QAction* PopupMenu::addDestructiveItem(const QString& symbol, const QString& tex
 QAction* PopupMenu::addSwatch(const QColor& color, const QString& text,
                               std::function<void()> action)
 {
-    QAction* item = addAction(text, this, std::move(action));
+    QAction* item = addAction(menuText(text), this, std::move(action));
     item->setProperty(swatchKey, color);
     return item;
 }
@@ -232,7 +234,7 @@ QAction* PopupMenu::addChoice(const QColor& color, const QString& text, bool isC
 PopupMenu* PopupMenu::addSubmenu(const QString& symbol, const QString& text)
 {
     auto* submenu = new PopupMenu(theme, this);
-    submenu->setTitle(text);
+    submenu->setTitle(menuText(text));
     addMenu(submenu)->setProperty(symbolKey, symbol);
     return submenu;
 }

@@ -8,7 +8,8 @@
 
 namespace vellumry {
 
-/// The program's menu: symbols or swatches before the texts, in the colours of the theme.
+/// The program's menu: symbols or swatches before the texts, in the colours of the theme. The texts
+/// that are added are shown as they stand: an ampersand makes no key.
 class PopupMenu : public QMenu {
     Q_OBJECT
 
