@@ -52,5 +52,28 @@ TEST_F(PopupMenuTest, AnAmpersandTakesItsOwnRoom)
                 1);
 }
 
+TEST_F(PopupMenuTest, TheChosenOneIsToldToScreenReaders)
+{
+    QAction* work = menu.addChoice(Qt::red, u"Work"_s, true, [this] { ++calls; });
+    QAction* home = menu.addChoice(Qt::blue, u"Home"_s, false, [this] { ++calls; });
+    menu.addSeparator();
+    menu.addItem({}, u"+"_s, [this] { ++calls; });
+    menu.popup({0, 0});
+    QAccessibleInterface* access = QAccessible::queryAccessibleInterface(&menu);
+    const auto state = [&](int item) { return access->child(item)->state(); };
+    EXPECT_TRUE(state(0).checkable);
+    EXPECT_TRUE(state(0).checked);
+    EXPECT_TRUE(state(1).checkable);
+    EXPECT_FALSE(state(1).checked);
+    EXPECT_FALSE(state(3).checkable);
+    work->trigger();
+    EXPECT_EQ(calls, 1);
+    EXPECT_TRUE(work->isChecked()) << "it is chosen still";
+    home->trigger();
+    EXPECT_EQ(calls, 2);
+    EXPECT_TRUE(home->isChecked());
+    EXPECT_FALSE(work->isChecked()) << "one at a time";
+}
+
 } // namespace
 } // namespace vellumry::test

@@ -7,6 +7,7 @@
 #include "views/common/Strokes.h"
 #include "views/common/TextPainting.h"
 
+#include <QActionGroup>
 #include <QPainter>
 #include <QProxyStyle>
 #include <QStyleOptionMenuItem>
@@ -35,7 +36,6 @@ constexpr int keysGap = 24;
 
 constexpr auto symbolKey = "symbol";
 constexpr auto swatchKey = "swatch";
-constexpr auto chosenKey = "chosen";
 constexpr auto destructiveKey = "destructive";
 
 class MenuStyle final : public QProxyStyle {
@@ -142,7 +142,7 @@ private:
             text = symbol = token.onAccent;
         }
         QPointF slot(row.x() + leftPadding, row.center().y() - iconSize / 2.0);
-        if (action && action->property(chosenKey).toBool())
+        if (action && action->isChecked())
             Icon(QStringLiteral("checkmark")).paint(painter, slot, iconSize, symbol);
         slot.rx() += marksRoom(menu);
         if (action)
@@ -225,9 +225,12 @@ QAction* PopupMenu::addSwatch(const QColor& color, const QString& text,
 QAction* PopupMenu::addChoice(const QColor& color, const QString& text, bool isChosen,
                               std::function<void()> action)
 {
-    choices = true;
+    if (!choices)
+        choices = new QActionGroup(this);
     QAction* item = addSwatch(color, text, std::move(action));
-    item->setProperty(chosenKey, isChosen);
+    item->setCheckable(true);
+    item->setActionGroup(choices);
+    item->setChecked(isChosen);
     return item;
 }
 

@@ -469,8 +469,8 @@ TEST_F(SnippetEditor, TheCollectionIsChosenAndSaved)
         names.append(action->isSeparator() ? u"-"_s : action->text());
     EXPECT_EQ(names, (QStringList{u"Work"_s, u"Home"_s, u"Empty"_s, u"-"_s,
                                   u"+ Create New Collection"_s}));
-    EXPECT_TRUE(menu->actions().at(0)->property("chosen").toBool());
-    EXPECT_FALSE(menu->actions().at(1)->property("chosen").toBool());
+    EXPECT_TRUE(menu->actions().at(0)->isChecked());
+    EXPECT_FALSE(menu->actions().at(1)->isChecked());
 
     focus(text());
     type(u"new "_s);
