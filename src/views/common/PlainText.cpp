@@ -1,6 +1,8 @@
 #include "views/common/PlainText.h"
 
 #include <QAbstractButton>
+#include <QStringBuilder>
+#include <QTextDocument>
 
 namespace vellumry {
 
@@ -18,6 +20,13 @@ QString menuText(const QString& plain)
 QString plainMenuText(const QString& text)
 {
     return QString(text).replace(QStringLiteral("&&"), QStringLiteral("&"));
+}
+
+QString toolTipText(const QString& plain)
+{
+    if (!Qt::mightBeRichText(plain))
+        return plain;
+    return u"<span style=\"white-space:pre\">" % plain.toHtmlEscaped() % u"</span>";
 }
 
 } // namespace vellumry

@@ -45,7 +45,7 @@ void OptionRow::setContents(const Contents& contents)
                                             : QString(shown.title % u", " % shown.badge));
     setAccessibleDescription(shown.detail);
     // A long path is cut in the row.
-    setToolTip(shown.isPath ? shown.detail : QString());
+    setToolTip(shown.isPath ? toolTipText(shown.detail) : QString());
     update();
 }
 
