@@ -184,7 +184,7 @@ void MainContents::openExternally(const QUrl& url)
     with.container.fileViewer().showFolder(
         url.toLocalFile(), QPointer<QObject>(view), [this](const QString& reason) {
             if (view)
-                view->toast().present(QStringLiteral("xmark.circle.fill"), reason);
+                view->toast().present(QStringLiteral("xmark"), reason);
         });
 }
 

@@ -22,6 +22,8 @@ TEST(AlertCardTest, AnswersAreReadAsTheyAreWritten)
         QAccessible::queryAccessibleInterface(card.button(u"Save All & Quit"_s));
     ASSERT_TRUE(button);
     EXPECT_EQ(button->text(QAccessible::Name), u"Save All & Quit"_s);
+    EXPECT_TRUE(card.button(u"Save All & Quit"_s)->shortcut().isEmpty())
+        << "an ampersand is no key";
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "views/sheets/ChangeLocationSheet.h"
 
 #include "views/SheetFixture.h"
+#include "views/ShownToolTip.h"
 #include "views/common/NoteView.h"
 #include "views/sheets/CustomLocationChooser.h"
 #include "views/sheets/MigrationProgressView.h"
@@ -101,6 +102,23 @@ TEST_F(ChangeLocationSheetTest, showsWhereTheLibraryIsAndWhereItCouldBe)
     EXPECT_FALSE(sheet->errorLine().isVisible());
     EXPECT_FALSE(sheet->progress().isVisible());
     EXPECT_FALSE(sheet->moveButton().isEnabled()) << "nothing is chosen";
+}
+
+TEST_F(ChangeLocationSheetTest, pathsAreReadInToolTipsAsTheyStand)
+{
+    const QString current = u"/old/<b>R&amp;D"_s;
+    world.setFolder(current);
+    open();
+    const QString chosen = u"/new/<i>R&D"_s;
+    files.makeFolder(chosen);
+    pick(chosen);
+    EXPECT_EQ(shownToolTip(sheet->localRow().chooser().row()),
+              sheet->localRow().chooser().row().contents().detail);
+    EXPECT_TRUE(shownToolTip(sheet->localRow().chooser().row()).startsWith(chosen));
+    QStringList tips;
+    for (const QWidget* each : sheet->findChildren<QWidget*>())
+        tips.append(shownToolTip(*each));
+    EXPECT_TRUE(tips.contains(current)) << qPrintable(tips.join(u'\n'));
 }
 
 TEST_F(ChangeLocationSheetTest, theFocusGoesFromAboveToBelow)

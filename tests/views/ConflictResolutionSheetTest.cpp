@@ -4,6 +4,7 @@
 #include "sync/ConflictDetectionService.h"
 #include "sync/ConflictResolution.h"
 #include "views/SheetFixture.h"
+#include "views/ShownToolTip.h"
 #include "views/common/DateText.h"
 #include "views/common/NoteView.h"
 #include "views/sheets/ConflictFileRow.h"
@@ -72,6 +73,12 @@ TEST_F(ConflictResolutionSheetTest, tellsWhatItIsAbout)
     EXPECT_EQ(sheet->resolveButton().text(), u"Resolve Conflict"_s);
     EXPECT_FALSE(sheet->errorLine().isVisible());
     EXPECT_EQ(focused(), u"Resolve Conflict"_s);
+}
+
+TEST_F(ConflictResolutionSheetTest, aNameIsReadInItsToolTipAsItStands)
+{
+    open({conflictFile(u"/data/<b>R&amp;D.json"_s, std::nullopt)});
+    EXPECT_EQ(shownToolTip(file(0).headLine()), u"<b>R&amp;D.json");
 }
 
 TEST_F(ConflictResolutionSheetTest, aSingleRecordIsCountedInTheSameForm)

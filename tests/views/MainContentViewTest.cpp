@@ -1,6 +1,7 @@
 // The main window's contents as a whole: what is shown when, and what the columns say to each
 // other.
 
+#include "views/AccessibleEvents.h"
 #include "views/MainFixture.h"
 #include "views/common/AlertCard.h"
 #include "views/common/PillToast.h"
@@ -273,6 +274,36 @@ TEST_F(MainContentViewTest, TheImportResultShowsForAsLongAsItIsSet)
     EXPECT_NEAR(place.center().x(), content().rect().center().x(), 1);
     content().hideImportResult();
     EXPECT_FALSE(content().toast().isVisible());
+}
+
+TEST_F(MainContentViewTest, AToastThatNobodyDismissesGoesByItself)
+{
+    loadFour();
+    open();
+    content().toast().present(u"xmark"_s, u"The folder is gone"_s);
+    pass(2999ms);
+    EXPECT_TRUE(content().toast().isVisible());
+    content().toast().present(u"xmark"_s, u"Still gone"_s);
+    pass(2999ms);
+    EXPECT_TRUE(content().toast().isVisible()) << "its time begins anew";
+    pass(1ms);
+    EXPECT_FALSE(content().toast().isVisible());
+}
+
+TEST_F(MainContentViewTest, AToastIsTold)
+{
+    loadFour();
+    open();
+    AccessibleEvents events;
+    PillToast& toast = content().toast();
+    toast.present(u"checkmark"_s, u"Imported 2 snippets"_s);
+    EXPECT_EQ(events.take(&toast, QAccessible::Alert), 1);
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&toast)->text(QAccessible::Name),
+              u"Imported 2 snippets");
+    toast.present(u"checkmark"_s, u"Imported 3 snippets"_s);
+    EXPECT_EQ(events.take(&toast, QAccessible::Alert), 1);
+    toast.dismiss();
+    EXPECT_EQ(events.take(&toast, QAccessible::Alert), 0);
 }
 
 // Theme

@@ -1,6 +1,7 @@
 #include "sync/ConflictResolution.h"
 #include "views/MainFixture.h"
 #include "views/SettingsFixture.h"
+#include "views/ShownToolTip.h"
 #include "views/common/SheetHost.h"
 #include "views/sheets/ConflictResolutionSheet.h"
 
@@ -606,6 +607,19 @@ TEST_F(SettingsViewTest, TheLocationIsShownForPeople)
         names.append(each->accessibleName());
     EXPECT_TRUE(names.contains(u"~/Documents/Vellumry"_s));
     EXPECT_TRUE(view().storageSection().syncHint()->isVisible());
+}
+
+TEST_F(SettingsViewTest, TheToolTipHasTheWholePathAsItStands)
+{
+    open();
+    for (const QString& folder : {u"/data/R&D"_s, u"/data/<b>R&amp;D"_s}) {
+        world.setFolder(folder);
+        Q_EMIT world.notifications.storageLocationDidChange(folder);
+        QStringList tips;
+        for (const QWidget* each : view().storageSection().findChildren<QWidget*>())
+            tips.append(shownToolTip(*each));
+        EXPECT_TRUE(tips.contains(folder)) << qPrintable(tips.join(u'\n'));
+    }
 }
 
 TEST_F(SettingsViewTest, AFolderInACloudDriveHasItsLook)

@@ -118,4 +118,10 @@ void makeAccessibleByClicks(const QMetaObject& buttonClass)
     ownButtons().insert(QString::fromLatin1(buttonClass.className()));
 }
 
+void announce(QWidget& widget)
+{
+    QAccessibleEvent alert(&widget, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+}
+
 } // namespace vellumry

@@ -14,4 +14,7 @@ void setAccessibleRole(QWidget& widget, QAccessible::Role role);
 /// clicks. To be called by its constructor, first of all.
 void makeAccessibleByClicks(const QMetaObject& buttonClass);
 
+/// Tells screen readers of a widget that has something to say for which nobody asked.
+void announce(QWidget& widget);
+
 } // namespace vellumry

@@ -2,6 +2,7 @@
 
 #include "views/common/AccessibleRole.h"
 #include "views/common/Icon.h"
+#include "views/common/PlainText.h"
 #include "views/common/Strokes.h"
 #include "views/common/TextPainting.h"
 
@@ -25,7 +26,7 @@ Button::Button(const Theme& look, Kind buttonKind, const QString& text, QWidget*
       hover(new HoverFade(this))
 {
     makeAccessibleByClicks(staticMetaObject);
-    setText(text);
+    setPlainText(*this, text);
     setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_Hover);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);

@@ -1,13 +1,14 @@
 #include "views/common/NoteView.h"
 
+#include "views/common/AccessibleRole.h"
 #include "views/common/Button.h"
 #include "views/common/Strokes.h"
 #include "views/common/SymbolView.h"
 #include "views/common/WrappingLabel.h"
 
-#include <QAccessible>
 #include <QHBoxLayout>
 #include <QPainter>
+#include <QShowEvent>
 
 namespace vellumry {
 
@@ -44,12 +45,12 @@ Look lookOf(NoteView::Kind kind, bool hasHeadline)
 
 NoteView::NoteView(const Theme& look, Kind noteKind, const Contents& contents, QWidget* parent)
     : QWidget(parent), theme(look), kind(noteKind), symbolName(contents.symbol),
-      line(new QHBoxLayout(this))
+      headline(contents.headline), line(new QHBoxLayout(this))
 {
-    const bool hasHeadline = !contents.headline.isEmpty();
+    const bool hasHeadline = !headline.isEmpty();
     const Look colors = lookOf(kind, hasHeadline);
     message = new WrappingLabel(theme, colors.style, colors.text, contents.text, this);
-    setAccessibleName(contents.text);
+    nameByTexts();
     line->setContentsMargins(margins);
     line->setSpacing(symbolGap);
     line->addWidget(new SymbolView(theme, symbolName, contents.symbolSize, colors.symbol, this), 0,
@@ -58,7 +59,7 @@ NoteView::NoteView(const Theme& look, Kind noteKind, const Contents& contents, Q
     texts->setSpacing(headlineGap);
     if (hasHeadline)
         texts->addWidget(new WrappingLabel(theme, TextStyle::labelStrong, &ColorTokens::textPrimary,
-                                           contents.headline, this));
+                                           headline, this));
     texts->addWidget(message);
     line->addLayout(texts, 1);
     connect(&theme, &Theme::changed, this, qOverload<>(&QWidget::update));
@@ -75,9 +76,9 @@ void NoteView::setText(const QString& text)
     if (message->text() == text)
         return;
     message->setText(text);
-    setAccessibleName(text);
+    nameByTexts();
     if (isVisible())
-        announce();
+        announceProblem();
 }
 
 QString NoteView::text() const
@@ -95,12 +96,17 @@ void NoteView::addButton(QWidget* button)
     line->addWidget(button);
 }
 
-void NoteView::announce()
+void NoteView::nameByTexts()
 {
-    if (kind == Kind::information)
-        return;
-    QAccessibleEvent alert(this, QAccessible::Alert);
-    QAccessible::updateAccessibility(&alert);
+    QStringList texts{headline, text()};
+    texts.removeAll(QString());
+    setAccessibleName(texts.join(QStringLiteral(", ")));
+}
+
+void NoteView::announceProblem()
+{
+    if (kind != Kind::information)
+        announce(*this);
 }
 
 void NoteView::paintEvent(QPaintEvent*)
@@ -112,7 +118,9 @@ void NoteView::paintEvent(QPaintEvent*)
 void NoteView::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);
-    announce();
+    // Not when its window is minimised no more.
+    if (!event->spontaneous())
+        announceProblem();
 }
 
 } // namespace vellumry

@@ -43,11 +43,13 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
-    void announce();
+    void nameByTexts();
+    void announceProblem();
 
     const Theme& theme;
     Kind kind;
     QString symbolName;
+    QString headline;
     QHBoxLayout* line;
     WrappingLabel* message;
 };

@@ -1,5 +1,6 @@
 #include "views/common/PillToast.h"
 
+#include "views/common/AccessibleRole.h"
 #include "views/common/Icon.h"
 #include "views/common/Motion.h"
 #include "views/common/Shadow.h"
@@ -28,9 +29,11 @@ constexpr QColor bad(0xFF, 0x8A, 0x85);
 
 } // namespace
 
-PillToast::PillToast(const Theme& look, QWidget* parent)
-    : QWidget(parent), theme(look), opacity(new QVariantAnimation(this))
+PillToast::PillToast(const Theme& look, Scheduler& scheduler, QWidget* parent)
+    : QWidget(parent), theme(look), end(scheduler, holdTime, this, [this] { dismiss(); }),
+      opacity(new QVariantAnimation(this))
 {
+    setAccessibleRole(*this, QAccessible::Notification);
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setFocusPolicy(Qt::NoFocus);
     parent->installEventFilter(this);
@@ -54,6 +57,8 @@ void PillToast::present(const QString& symbol, const QString& text)
     update();
     if (!presented)
         fade(true);
+    end.trigger();
+    announce(*this);
 }
 
 void PillToast::dismiss()

@@ -2,10 +2,12 @@
 
 #include "views/common/Icon.h"
 #include "views/common/KeyboardText.h"
+#include "views/common/PlainText.h"
 #include "views/common/RoundedMask.h"
 #include "views/common/Strokes.h"
 #include "views/common/TextPainting.h"
 
+#include <QActionGroup>
 #include <QPainter>
 #include <QProxyStyle>
 #include <QStyleOptionMenuItem>
@@ -34,7 +36,6 @@ constexpr int keysGap = 24;
 
 constexpr auto symbolKey = "symbol";
 constexpr auto swatchKey = "swatch";
-constexpr auto chosenKey = "chosen";
 constexpr auto destructiveKey = "destructive";
 
 class MenuStyle final : public QProxyStyle {
@@ -67,7 +68,7 @@ public:
             return {1, separatorHeight};
         const auto& menu = *qobject_cast<const PopupMenu*>(widget);
         // The menu adds the room for the widest keys itself, in the larger font of the texts.
-        const QString text = item->text.section(u'\t', 0, 0);
+        const QString text = plainMenuText(item->text.section(u'\t', 0, 0));
         const qreal advance = QFontMetricsF(theme.font(TextStyle::body)).horizontalAdvance(text);
         int wide = leftPadding + marksRoom(menu) + symbolsRoom(menu) +
                    std::max(leastTextWidth, qCeil(advance)) + rightPadding;
@@ -141,7 +142,7 @@ private:
             text = symbol = token.onAccent;
         }
         QPointF slot(row.x() + leftPadding, row.center().y() - iconSize / 2.0);
-        if (action && action->property(chosenKey).toBool())
+        if (action && action->isChecked())
             Icon(QStringLiteral("checkmark")).paint(painter, slot, iconSize, symbol);
         slot.rx() += marksRoom(menu);
         if (action)
@@ -151,7 +152,8 @@ private:
         const qreal x = slot.x() + (isBare ? 2 : symbolsRoom(menu));
         const bool hasKeys = action && !action->shortcut().isEmpty();
         paintLine(painter, QRectF(x, row.y(), row.right() - rightPadding + 2 - x, row.height()),
-                  hasKeys ? action->text() : item.text, theme.font(TextStyle::body), text);
+                  plainMenuText(hasKeys ? action->text() : item.text), theme.font(TextStyle::body),
+                  text);
         if (hasKeys)
             paintLine(painter, row.adjusted(0, 0, -rightPadding, 0),
                       shortcutText(action->shortcut()), theme.font(TextStyle::label),
@@ -199,7 +201,7 @@ PopupMenu::~PopupMenu() = default;
 QAction* PopupMenu::addItem(const QString& symbol, const QString& text,
                             std::function<void()> action)
 {
-    QAction* item = addAction(text, this, std::move(action));
+    QAction* item = addAction(menuText(text), this, std::move(action));
     item->setProperty(symbolKey, symbol);
     return item;
 }
@@ -215,7 +217,7 @@ QAction* PopupMenu::addDestructiveItem(const QString& symbol, const QString& tex
 QAction* PopupMenu::addSwatch(const QColor& color, const QString& text,
                               std::function<void()> action)
 {
-    QAction* item = addAction(text, this, std::move(action));
+    QAction* item = addAction(menuText(text), this, std::move(action));
     item->setProperty(swatchKey, color);
     return item;
 }
@@ -223,16 +225,19 @@ QAction* PopupMenu::addSwatch(const QColor& color, const QString& text,
 QAction* PopupMenu::addChoice(const QColor& color, const QString& text, bool isChosen,
                               std::function<void()> action)
 {
-    choices = true;
+    if (!choices)
+        choices = new QActionGroup(this);
     QAction* item = addSwatch(color, text, std::move(action));
-    item->setProperty(chosenKey, isChosen);
+    item->setCheckable(true);
+    item->setActionGroup(choices);
+    item->setChecked(isChosen);
     return item;
 }
 
 PopupMenu* PopupMenu::addSubmenu(const QString& symbol, const QString& text)
 {
     auto* submenu = new PopupMenu(theme, this);
-    submenu->setTitle(text);
+    submenu->setTitle(menuText(text));
     addMenu(submenu)->setProperty(symbolKey, symbol);
     return submenu;
 }

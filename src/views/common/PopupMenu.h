@@ -6,9 +6,12 @@
 
 #include <functional>
 
+class QActionGroup;
+
 namespace vellumry {
 
-/// The program's menu: symbols or swatches before the texts, in the colours of the theme.
+/// The program's menu: symbols or swatches before the texts, in the colours of the theme. The texts
+/// that are added are shown as they stand: an ampersand makes no key.
 class PopupMenu : public QMenu {
     Q_OBJECT
 
@@ -29,7 +32,7 @@ public:
                        std::function<void()> action);
     PopupMenu* addSubmenu(const QString& symbol, const QString& text);
 
-    [[nodiscard]] bool hasChoices() const { return choices; }
+    [[nodiscard]] bool hasChoices() const { return choices != nullptr; }
 
     /// The swatch, 12 points wide, as it stands before an item.
     [[nodiscard]] static QPixmap swatch(const QColor& color, qreal devicePixelRatio);
@@ -39,7 +42,7 @@ protected:
 
 private:
     const Theme& theme;
-    bool choices = false;
+    QActionGroup* choices = nullptr; ///< one of them is checked
 };
 
 } // namespace vellumry

@@ -1,7 +1,9 @@
 #include "views/editor/CollectionChip.h"
 
+#include "views/common/AccessibleRole.h"
 #include "views/common/Button.h"
 #include "views/common/Icon.h"
+#include "views/common/PlainText.h"
 #include "views/common/Strokes.h"
 #include "views/common/TextPainting.h"
 
@@ -31,6 +33,7 @@ constexpr qreal ringWidth = 2;
 CollectionChip::CollectionChip(const Theme& look, QWidget* parent)
     : QAbstractButton(parent), theme(look), hover(new HoverFade(this))
 {
+    makeAccessibleByClicks(staticMetaObject);
     setToolTip(QStringLiteral("Select Collection"));
     setAccessibleDescription(toolTip());
     setFocusPolicy(Qt::TabFocus);
@@ -43,7 +46,7 @@ CollectionChip::CollectionChip(const Theme& look, QWidget* parent)
 
 void CollectionChip::setCollection(const QString& name, const QColor& color)
 {
-    setText(name);
+    setPlainText(*this, name);
     setAccessibleName(name);
     dot = color;
     updateGeometry();

@@ -1,7 +1,9 @@
 #include "views/editor/KeywordTag.h"
 
+#include "views/common/AccessibleRole.h"
 #include "views/common/Icon.h"
 #include "views/common/Motion.h"
+#include "views/common/PlainText.h"
 #include "views/common/Strokes.h"
 #include "views/common/TextPainting.h"
 
@@ -30,7 +32,8 @@ KeywordTag::KeywordTag(const Theme& look, const QString& term, QWidget* parent)
     : QAbstractButton(parent), theme(look), hover(new HoverFade(this)),
       appearing(new QVariantAnimation(this))
 {
-    setText(term);
+    makeAccessibleByClicks(staticMetaObject);
+    setPlainText(*this, term);
     setAccessibleName(QStringLiteral("Remove ") + term);
     setFocusPolicy(Qt::TabFocus);
     setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);

@@ -10,6 +10,7 @@
 #include "views/common/Fonts.h"
 #include "views/common/Label.h"
 #include "views/common/NoteView.h"
+#include "views/common/PlainText.h"
 #include "views/common/Strokes.h"
 #include "views/common/TextPainting.h"
 #include "views/sheets/DriveLook.h"
@@ -71,7 +72,7 @@ public:
     {
         shown = singleLine(shownPath);
         setAccessibleName(shownPath);
-        setToolTip(fullPath.toHtmlEscaped());
+        setToolTip(toolTipText(fullPath));
         update();
     }
 

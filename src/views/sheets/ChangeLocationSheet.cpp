@@ -4,6 +4,7 @@
 #include "views/common/Icon.h"
 #include "views/common/Label.h"
 #include "views/common/NoteView.h"
+#include "views/common/PlainText.h"
 #include "views/common/Strokes.h"
 #include "views/common/TextPainting.h"
 #include "views/common/WrappingLabel.h"
@@ -31,7 +32,7 @@ public:
         : QWidget(parent), theme(look), path(shownPath)
     {
         setAccessibleName(path);
-        setToolTip(path);
+        setToolTip(toolTipText(path));
         setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
         connect(&theme, &Theme::changed, this, [this] {
             updateGeometry();

@@ -6,6 +6,7 @@
 #include "views/common/Icon.h"
 #include "views/common/Label.h"
 #include "views/common/NoteView.h"
+#include "views/common/PlainText.h"
 #include "views/common/Strokes.h"
 #include "views/common/TextPainting.h"
 #include "views/common/WrappingLabel.h"
@@ -39,7 +40,7 @@ public:
     Head(const Theme& theme, const ConflictFile& file, QWidget* parent)
         : SelectableButton(theme, nameOf(file), parent), drive(file.cloudDriveType)
     {
-        setToolTip(text());
+        setToolTip(toolTipText(text()));
     }
 
     [[nodiscard]] QSize sizeHint() const override

@@ -1,6 +1,7 @@
 #include "views/sheets/OptionRow.h"
 
 #include "views/common/Icon.h"
+#include "views/common/PlainText.h"
 #include "views/common/Strokes.h"
 #include "views/common/TextPainting.h"
 #include "views/sheets/DriveLook.h"
@@ -39,12 +40,12 @@ OptionRow::OptionRow(const Theme& theme, const Contents& contents, const Style& 
 void OptionRow::setContents(const Contents& contents)
 {
     shown = contents;
-    setText(shown.title);
+    setPlainText(*this, shown.title);
     setAccessibleName(shown.badge.isEmpty() ? shown.title
                                             : QString(shown.title % u", " % shown.badge));
     setAccessibleDescription(shown.detail);
     // A long path is cut in the row.
-    setToolTip(shown.isPath ? shown.detail : QString());
+    setToolTip(shown.isPath ? toolTipText(shown.detail) : QString());
     update();
 }
 

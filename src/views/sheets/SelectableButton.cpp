@@ -1,6 +1,7 @@
 #include "views/sheets/SelectableButton.h"
 
 #include "views/common/AccessibleRole.h"
+#include "views/common/PlainText.h"
 #include "views/common/Strokes.h"
 
 #include <QKeyEvent>
@@ -21,8 +22,7 @@ SelectableButton::SelectableButton(const Theme& theme, const QString& name, QWid
     : QAbstractButton(parent), appearance(theme), hover(new HoverFade(this))
 {
     makeAccessibleByClicks(staticMetaObject);
-    setText(name);
-    setShortcut({}); // An ampersand in a name is no key.
+    setPlainText(*this, name);
     setAccessibleName(name);
     setCheckable(true);
     setFocusPolicy(Qt::TabFocus);

@@ -1,10 +1,12 @@
 #include "views/sidebar/ColorWell.h"
 
 #include "settings/CategoryColorService.h"
+#include "views/common/AccessibleRole.h"
 #include "views/common/Label.h"
 #include "views/common/Strokes.h"
 #include "views/common/TextField.h"
 
+#include <QAccessibleWidget>
 #include <QKeyEvent>
 #include <QLinearGradient>
 #include <QMouseEvent>
@@ -28,6 +30,7 @@ constexpr int fieldHeight = 30;
 constexpr float keyStep = 0.01F;
 constexpr float bigKeyStep = 0.1F;
 constexpr int hueStops = 6;
+constexpr int wholeTurn = 360; ///< in degrees, as hues are told
 constexpr qreal focusWidth = 2;
 const QColor knobEdge(0, 0, 0, 115);
 
@@ -118,8 +121,19 @@ class ColorWell::Shades final : public Surface {
 public:
     Shades(const Theme& look, ColorWell& colorWell) : Surface(look, &colorWell), well(colorWell)
     {
+        setAccessibleRole(*this, QAccessible::Slider);
         setFixedHeight(shadesHeight);
         setAccessibleName(QStringLiteral("Saturation and brightness"));
+    }
+
+    /// Tells screen readers the values, if they are others. The value of a slider is one number.
+    void tell()
+    {
+        const QString values = QStringLiteral("Saturation %1%, brightness %2%")
+                                   .arg(qRound(well.saturation * 100))
+                                   .arg(qRound(well.brightness * 100));
+        if (values != accessibleDescription())
+            setAccessibleDescription(values);
     }
 
 protected:
@@ -167,8 +181,25 @@ class ColorWell::Hues final : public Surface {
 public:
     Hues(const Theme& look, ColorWell& colorWell) : Surface(look, &colorWell), well(colorWell)
     {
+        static const bool isInstalled = [] {
+            QAccessible::installFactory([](const QString&, QObject* object) {
+                auto* const hues = dynamic_cast<Hues*>(object);
+                return hues ? static_cast<QAccessibleInterface*>(new Interface(*hues)) : nullptr;
+            });
+            return true;
+        }();
+        (void)isInstalled;
         setFixedHeight(hueHeight);
         setAccessibleName(QStringLiteral("Hue"));
+    }
+
+    /// Tells screen readers the value, if it is another.
+    void tell()
+    {
+        if (std::exchange(told, degrees()) == degrees())
+            return;
+        QAccessibleValueChangeEvent changed(this, degrees());
+        QAccessible::updateAccessibility(&changed);
     }
 
 protected:
@@ -201,7 +232,42 @@ protected:
     }
 
 private:
+    class Interface final : public QAccessibleWidget, public QAccessibleValueInterface {
+    public:
+        explicit Interface(Hues& strip)
+            : QAccessibleWidget(&strip, QAccessible::Slider), hues(strip)
+        {
+        }
+
+        void* interface_cast(QAccessible::InterfaceType type) override
+        {
+            return type == QAccessible::ValueInterface
+                       ? static_cast<QAccessibleValueInterface*>(this)
+                       : QAccessibleWidget::interface_cast(type);
+        }
+        [[nodiscard]] QString text(QAccessible::Text kind) const override
+        {
+            return kind == QAccessible::Value ? QString::number(hues.degrees()) + u'°'
+                                              : QAccessibleWidget::text(kind);
+        }
+
+        [[nodiscard]] QVariant currentValue() const override { return hues.degrees(); }
+        void setCurrentValue(const QVariant& value) override
+        {
+            hues.setPosition(held(value.toFloat() / wholeTurn), 0);
+        }
+        [[nodiscard]] QVariant minimumValue() const override { return 0; }
+        [[nodiscard]] QVariant maximumValue() const override { return wholeTurn; }
+        [[nodiscard]] QVariant minimumStepSize() const override { return 1; }
+
+    private:
+        Hues& hues;
+    };
+
+    [[nodiscard]] int degrees() const { return qRound(well.hue * wholeTurn); }
+
     ColorWell& well;
+    int told = 0;
 };
 
 ColorWell::ColorWell(const Theme& theme, const QColor& initialColor, QWidget* parent)
@@ -268,7 +334,9 @@ void ColorWell::note()
 {
     hex->setText(toHex(color()));
     shades->update();
+    shades->tell();
     hues->update();
+    hues->tell();
     Q_EMIT colorChanged(color());
 }
 

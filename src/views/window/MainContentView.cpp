@@ -43,8 +43,8 @@ QWidget* textInputOf(QWidget* widget)
 MainContentView::MainContentView(const Dependencies& dependencies, QWidget* parent)
     : QWidget(parent), services(dependencies),
       collectionColor(new CollectionColors(services.colors, this)),
-      sheetHost(new SheetHost(services.theme, this)), pill(new PillToast(services.theme, this)),
-      columns(new QWidget(this)),
+      sheetHost(new SheetHost(services.theme, this)),
+      pill(new PillToast(services.theme, services.scheduler, this)), columns(new QWidget(this)),
       listPanel(new SnippetListPanelView({services.viewModel, *collectionColor,
                                           services.notifications, services.scheduler,
                                           services.clock, services.theme, services.pasteboard},

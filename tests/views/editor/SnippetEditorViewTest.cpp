@@ -487,8 +487,8 @@ TEST_F(SnippetEditor, TheCollectionIsChosenAndSaved)
         names.append(action->isSeparator() ? u"-"_s : action->text());
     EXPECT_EQ(names, (QStringList{u"Work"_s, u"Home"_s, u"Empty"_s, u"-"_s,
                                   u"+ Create New Collection"_s}));
-    EXPECT_TRUE(menu->actions().at(0)->property("chosen").toBool());
-    EXPECT_FALSE(menu->actions().at(1)->property("chosen").toBool());
+    EXPECT_TRUE(menu->actions().at(0)->isChecked());
+    EXPECT_FALSE(menu->actions().at(1)->isChecked());
 
     focus(text());
     type(u"new "_s);
@@ -497,6 +497,32 @@ TEST_F(SnippetEditor, TheCollectionIsChosenAndSaved)
     EXPECT_EQ(stored().content(), u"new text") << "all pending edits go with it";
     EXPECT_EQ(title().picker().chip().text(), u"Home");
     EXPECT_TRUE(editorModel().isDirty()) << "that is not changed by it";
+}
+
+TEST_F(SnippetEditor, AnAmpersandInACollectionsNameIsNoKey)
+{
+    loadFour();
+    model.renameCollection(u"Home"_s, u"R&D"_s);
+    openOn(world.snippet(u"id-Four"_s));
+    model.setSelectedSnippetID(u"id-Four"_s);
+    QApplication::processEvents();
+    CollectionChip& chip = title().picker().chip();
+    EXPECT_EQ(chip.text(), u"R&D");
+    key(Qt::Key_D, Qt::AltModifier);
+    EXPECT_FALSE(chip.isDown());
+
+    model.setSelectedSnippetID(u"id-One"_s);
+    QApplication::processEvents();
+    click(&title().picker().chip());
+    auto* menu = qobject_cast<PopupMenu*>(QApplication::activePopupWidget());
+    ASSERT_TRUE(menu);
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(menu)->child(1)->text(QAccessible::Name),
+              u"R&D");
+    QTest::keyClick(menu, Qt::Key_D);
+    EXPECT_EQ(stored().collection(), u"Work");
+    menu->actions().at(1)->trigger();
+    EXPECT_EQ(stored().collection(), u"R&D");
+    menu->close();
 }
 
 TEST_F(SnippetEditor, ANewCollectionIsNamed)
@@ -857,6 +883,21 @@ TEST_F(SnippetEditor, KeywordsAreRemoved)
     EXPECT_EQ(tagTexts(), QStringList{u"one"_s});
     EXPECT_TRUE(keywordField().hasFocus());
     EXPECT_EQ(editorModel().keywords(), QStringList{u"one"_s});
+}
+
+TEST_F(SnippetEditor, AnAmpersandInAKeywordIsNoKey)
+{
+    openOn(u"text"_s);
+    focus(keywordField());
+    type(u"q&a,"_s);
+    ASSERT_EQ(tagTexts(), QStringList{u"q&a"_s});
+    KeywordTag* tag = keywords().keywordTags().at(0);
+    key(Qt::Key_A, Qt::AltModifier);
+    EXPECT_FALSE(tag->isDown());
+    QAccessibleInterface* access = QAccessible::queryAccessibleInterface(tag);
+    ASSERT_TRUE(access);
+    EXPECT_EQ(access->text(QAccessible::Name), u"Remove q&a");
+    EXPECT_EQ(access->text(QAccessible::Accelerator), u"");
 }
 
 TEST_F(SnippetEditor, RemovingTakesEveryEqualKeyword)
