@@ -1,6 +1,5 @@
 #pragma once
 
-#include "core/Scheduler.h"
 #include "views/common/Theme.h"
 
 #include <QVariantAnimation>

@@ -77,8 +77,7 @@ FullScreenEditorView::FullScreenEditorView(const Theme& look, Scheduler& schedul
         update();
     });
     connect(editor, &MacTextEditor::typed, this, [this] {
-        if (request.onTextChange)
-            request.onTextChange(editor->text());
+        request.onTextChange(editor->text());
     });
     connect(&theme, &Theme::changed, this, [this, headerBox] {
         headerBox->setFixedHeight(headerHeight());

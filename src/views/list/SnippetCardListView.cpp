@@ -343,7 +343,6 @@ void SnippetCardListView::setHovered(const std::optional<QString>& snippetID)
     hoverFade->stop();
     runFade(*hoverFade, true, hoverTime);
     viewport()->update();
-    Q_EMIT hoverChanged();
 }
 
 void SnippetCardListView::hoverAt(const QPoint& position)

@@ -62,7 +62,6 @@ public:
     void doItemsLayout() override;
 
 Q_SIGNALS:
-    void hoverChanged();
     void clicked(const QString& snippetID);
     void menuRequested(const QString& snippetID, const QPoint& screenPosition);
     void dragStarted(const QString& snippetID);

@@ -7,6 +7,7 @@
 #include "views/common/TextPainting.h"
 
 #include <QPainter>
+#include <QPainterPath>
 
 namespace vellumry {
 

@@ -4,7 +4,6 @@
 #include "models/Snippet.h"
 #include "views/common/Theme.h"
 
-#include <QPainterPath>
 #include <QRectF>
 
 class QPainter;

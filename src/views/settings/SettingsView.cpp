@@ -19,9 +19,7 @@
 #include <QHideEvent>
 #include <QPainter>
 #include <QScrollArea>
-#include <QToolTip>
 
-#include <algorithm>
 #include <utility>
 
 namespace vellumry {

@@ -47,7 +47,6 @@ public:
     [[nodiscard]] QWidget* watching() const { return watchingMark; }
     [[nodiscard]] QWidget* syncHint() const { return syncRow; }
     [[nodiscard]] QWidget* conflictWarning() const { return conflictRow; }
-    [[nodiscard]] NoteView* conflictNote() const { return conflicts; }
     /// Tells that the folder could not be shown.
     [[nodiscard]] NoteView* problemNote() const { return problem; }
     [[nodiscard]] Button* revealButton() const { return reveal; }

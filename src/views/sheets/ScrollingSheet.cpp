@@ -202,11 +202,8 @@ void ScrollingSheet::place()
 void ScrollingSheet::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    const QColor& line = theme.colors().stroke;
-    if (hasHeaderLine)
-        painter.fillRect(0, headerPart->height() - 1, width(), 1, line);
     if (footerPart->layout()->count() > 0)
-        painter.fillRect(0, footerPart->y(), width(), 1, line);
+        painter.fillRect(0, footerPart->y(), width(), 1, theme.colors().stroke);
 }
 
 void ScrollingSheet::applyTheme()

@@ -49,7 +49,6 @@ protected:
     /// The title at the left of the usual header and a close button at its right.
     [[nodiscard]] Button* addTitleWithClose(const QString& title);
 
-    void setHeaderLine(bool shown) { hasHeaderLine = shown; }
     /// The body scrolls when it wants to be higher than this.
     void setMostBodyHeight(int height) { mostBodyHeight = height; }
     /// Gives the whole sheet this height.
@@ -69,7 +68,6 @@ private:
     int preferredWidth;
     std::optional<int> mostBodyHeight;
     std::optional<int> wholeHeight;
-    bool hasHeaderLine = false;
     QWidget* headerPart;
     QScrollArea* area;
     QWidget* bodyPart;

@@ -132,7 +132,6 @@ private:
 
     bool handleKey(const QKeyEvent& event);
     void takeKeys();
-    void giveKeys();
     void giveKeysAnd(void (NotificationCenter::*notification)());
     void setKeys(bool allow, bool listPrefers);
     void moveCollectionSelection(qsizetype by);
