@@ -156,6 +156,14 @@ TEST_F(FullScreenEditor, TabStaysInTheSheet)
     EXPECT_EQ(view.textEditor().text(), u"    ");
     key(Qt::Key_Backtab, Qt::ShiftModifier);
     EXPECT_TRUE(contents().isFullScreenMode());
+    for (const auto& [which, modifiers] :
+         {std::pair(Qt::Key_Tab, Qt::KeyboardModifiers(Qt::ControlModifier)),
+          std::pair(Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier)}) {
+        focus(view.textEditor());
+        key(which, modifiers);
+        EXPECT_EQ(content().focusWidget(), &view.doneButton());
+    }
+    EXPECT_EQ(view.textEditor().text(), u"    ");
 }
 
 TEST_F(FullScreenEditor, GoesWithItsSnippet)

@@ -217,9 +217,33 @@ TEST_F(SnippetEditor, TabReachesEverything)
     EXPECT_EQ(order.at(0), &contents().fullScreenButton());
     EXPECT_EQ(order.at(1), &text());
     EXPECT_EQ(order.at(2), &text()) << "in the text Tab indents";
-    focus(variables().clearButton());
+    const QString indented = text().text();
+    key(Qt::Key_Tab, Qt::ControlModifier);
+    EXPECT_EQ(content().focusWidget(), &variables().clearButton());
+    EXPECT_EQ(text().text(), indented);
     key(Qt::Key_Tab);
     EXPECT_EQ(content().focusWidget(), variables().field(u"v"_s));
+    key(Qt::Key_Tab);
+    EXPECT_EQ(content().focusWidget(), variables().field(u"v"_s)->clearButton());
+    key(Qt::Key_Tab);
+    EXPECT_EQ(content().focusWidget(), &keywordField());
+}
+
+TEST_F(SnippetEditor, ControlLetsTabAndShiftTabLeaveTheTextForItsNeighbours)
+{
+    openOn(u"text"_s);
+    int& listFocuses = counted(&N::focusSnippetList);
+    focus(text());
+    key(Qt::Key_Tab, Qt::ControlModifier);
+    EXPECT_EQ(content().focusWidget(), &keywordField());
+    focus(text());
+    text().selectAll();
+    key(Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(content().focusWidget(), &contents().fullScreenButton());
+    pass(0ms);
+    EXPECT_EQ(listFocuses, 0);
+    EXPECT_EQ(text().text(), u"text");
+    EXPECT_FALSE(editorModel().isDirty());
 }
 
 // Toolbar
