@@ -246,6 +246,32 @@ TEST_F(SnippetEditor, ControlLetsTabAndShiftTabLeaveTheTextForItsNeighbours)
     EXPECT_FALSE(editorModel().isDirty());
 }
 
+TEST_F(SnippetEditor, TabReachesVariablesThatWereTypedLaterBeforeTheKeywords)
+{
+    openOn(u"no placeholder"_s);
+    focus(text());
+    text().selectAll();
+    type(u"{{b}}"_s);
+    text().moveCursor(QTextCursor::Start);
+    type(u"{{a}}"_s);
+    ASSERT_EQ(variables().names(), (QStringList{u"a"_s, u"b"_s}));
+    QApplication::processEvents(); // rows that join later are shown on the next turn
+    TextField* const a = variables().field(u"a"_s);
+    TextField* const b = variables().field(u"b"_s);
+    for (TextField* field : {a, b}) {
+        focus(*field);
+        type(u"value"_s);
+    }
+    focus(text());
+    key(Qt::Key_Tab, Qt::ControlModifier);
+    const QList<QWidget*> order{
+        &variables().clearButton(), a, a->clearButton(), b, b->clearButton(), &keywordField()};
+    for (QWidget* expected : order) {
+        EXPECT_EQ(content().focusWidget(), expected) << order.indexOf(expected);
+        key(Qt::Key_Tab);
+    }
+}
+
 // Toolbar
 
 TEST_F(SnippetEditor, SaveSaves)
