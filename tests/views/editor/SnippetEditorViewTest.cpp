@@ -409,6 +409,76 @@ TEST_F(SnippetEditor, ACutTitleIsAnEdit)
     EXPECT_EQ(title().titleField().cursorPosition(), 1);
 }
 
+TEST_F(SnippetEditor, WhatGoesBeyondTheLimitOfATitleCanBeUndone)
+{
+    openOn(u"text"_s);
+    TitleTextField& field = title().titleField();
+    const auto undo = [this] { key(Qt::Key_Z, Qt::ControlModifier); };
+    const auto redo = [this] { key(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier); };
+    const auto holds = [&](const QString& expected) {
+        EXPECT_EQ(field.text(), expected);
+        EXPECT_EQ(editorModel().title(), expected);
+    };
+    focus(field);
+    key(Qt::Key_End);
+    const QString tail = u"abcdefghijklmnopqrs"_s.repeated(3);
+    ASSERT_EQ(tail.size(), 57);
+    const QString full = u"One"_s + tail;
+    type(tail + u"yz"_s);
+    holds(full);
+    EXPECT_EQ(field.cursorPosition(), 60);
+    undo();
+    holds(u"One"_s);
+    redo();
+    holds(full);
+
+    // In the middle the last characters give way.
+    field.setCursorPosition(3);
+    type(u"!"_s);
+    holds(u"One!"_s + tail.left(56));
+    EXPECT_EQ(field.cursorPosition(), 4);
+    type(u"?"_s);
+    holds(u"One!?"_s + tail.left(55));
+    EXPECT_EQ(field.cursorPosition(), 5);
+    undo();
+    holds(u"One!"_s + tail.left(56));
+    undo();
+    holds(full);
+    redo();
+    holds(u"One!"_s + tail.left(56));
+
+    field.selectAll();
+    paste(u"a\n"_s + u"👩‍👩‍👧‍👦"_s.repeated(70));
+    holds(u"a"_s + u"👩‍👩‍👧‍👦"_s.repeated(59));
+    undo();
+    holds(u"One!"_s + tail.left(56));
+}
+
+TEST_F(SnippetEditor, WhatAnInputMethodWritesBeyondTheLimitOfATitleCanBeUndone)
+{
+    openOn(u"text"_s);
+    TitleTextField& field = title().titleField();
+    focus(field);
+    key(Qt::Key_End);
+    type(QString(56, u'x'));
+    const QString before = u"One"_s + QString(56, u'x');
+    field.setCursorPosition(0);
+    field.setCursorPosition(59); // a step of its own
+    const auto compose = [&](const QString& preedit, const QString& commit) {
+        QInputMethodEvent event(preedit, {});
+        event.setCommitString(commit);
+        QApplication::sendEvent(&field, &event);
+    };
+    compose(u"ni"_s, {});
+    EXPECT_EQ(field.text(), before);
+    compose({}, u"你好"_s);
+    EXPECT_EQ(field.text(), before + u"你"_s);
+    EXPECT_EQ(editorModel().title(), before + u"你"_s);
+    EXPECT_EQ(field.cursorPosition(), 60);
+    key(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(editorModel().title(), before);
+}
+
 TEST_F(SnippetEditor, ReturnInTitleAndSubtitleSaves)
 {
     openOn(u"text"_s);
@@ -861,6 +931,36 @@ TEST_F(SnippetEditor, AKeywordHasThirtyCharactersAndNoLineBreaks)
     keywordField().selectAll();
     paste(u"a\nb\r"_s);
     EXPECT_EQ(keywordField().text(), u"ab");
+}
+
+TEST_F(SnippetEditor, WhatGoesBeyondTheLimitOfAKeywordCanBeUndone)
+{
+    openOn(u"text"_s);
+    focus(keywordField());
+    type(QString(31, u'x'));
+    EXPECT_EQ(keywordField().text(), QString(30, u'x'));
+    key(Qt::Key_Home);
+    type(u"y"_s);
+    EXPECT_EQ(keywordField().text(), u"y"_s + QString(29, u'x'));
+    EXPECT_EQ(keywordField().cursorPosition(), 1);
+    key(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(keywordField().text(), QString(30, u'x'));
+    key(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(keywordField().text(), u"");
+}
+
+TEST_F(SnippetEditor, UndoBringsAKeywordBackWithoutItsComma)
+{
+    openOn(u"text"_s);
+    focus(keywordField());
+    type(u"one,"_s);
+    EXPECT_EQ(tagTexts(), QStringList{u"one"_s});
+    key(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(keywordField().text(), u"one");
+    EXPECT_EQ(tagTexts(), QStringList{u"one"_s});
+    key(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(keywordField().text(), u"");
+    EXPECT_EQ(tagTexts(), QStringList{u"one"_s});
 }
 
 TEST_F(SnippetEditor, AnEleventhKeywordIsDropped)
