@@ -2,6 +2,7 @@
 
 #include "views/MainFixture.h"
 #include "views/common/AlertCard.h"
+#include "views/common/LiftedPicture.h"
 #include "views/common/PopupMenu.h"
 #include "views/common/TextField.h"
 #include "views/sidebar/ColorWell.h"
@@ -702,6 +703,41 @@ TEST_F(CollectionSidebarViewTest, ACollectionThatGoesWhileItIsDraggedTakesThePic
     model.deleteCollection(u"Home"_s);
     EXPECT_EQ(row(u"Home"_s), nullptr);
     EXPECT_FALSE(sidebar().draggingCollection().has_value());
+}
+
+TEST_F(CollectionSidebarViewTest, ADragEndsWhereItIsWhenTheWindowGoes)
+{
+    loadFour();
+    open();
+    CollectionRowView* work = row(u"Work"_s);
+    const auto picture = [this] {
+        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        return content().findChild<LiftedPicture*>() != nullptr;
+    };
+    const QPoint start = work->rect().center();
+    const QPoint beyond = start + QPoint(40, 0);
+    QTest::mousePress(work, Qt::LeftButton, {}, start);
+    QTest::mouseMove(work, beyond);
+    ASSERT_EQ(sidebar().draggingCollection(), u"Work"_s);
+    ASSERT_TRUE(picture());
+    content().hide();
+    EXPECT_FALSE(sidebar().draggingCollection().has_value());
+    EXPECT_FALSE(picture());
+
+    // The release was somebody else's.
+    content().show();
+    QTest::mouseMove(work, start);
+    QTest::mouseMove(work, beyond);
+    EXPECT_FALSE(sidebar().draggingCollection().has_value()) << "no button is held";
+    EXPECT_FALSE(picture());
+    QTest::mouseRelease(work, Qt::LeftButton, {}, start);
+    EXPECT_FALSE(model.selectedCollection().has_value());
+
+    QTest::mousePress(work, Qt::LeftButton, {}, start);
+    QTest::mouseMove(work, beyond);
+    ASSERT_TRUE(picture());
+    QTest::mouseRelease(work, Qt::LeftButton, {}, beyond);
+    EXPECT_FALSE(picture());
 }
 
 // Header and footer

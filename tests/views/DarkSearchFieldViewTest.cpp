@@ -180,6 +180,35 @@ TEST_F(DarkSearchFieldViewTest, theLimitCountsPerceivedCharacters)
     EXPECT_EQ(field().cursorPosition(), family.size() + 1);
 }
 
+TEST_F(DarkSearchFieldViewTest, whatGoesBeyondTheLimitCanBeUndone)
+{
+    const QString fifty = QString(50, u'x');
+    QTest::keyClicks(&field(), fifty + u"yz"_s);
+    EXPECT_EQ(field().text(), fifty);
+    EXPECT_EQ(field().cursorPosition(), 50);
+    field().setCursorPosition(0);
+    QTest::keyClicks(&field(), u"a"_s);
+    EXPECT_EQ(field().text(), u"a"_s + fifty.left(49));
+    EXPECT_EQ(field().cursorPosition(), 1);
+    texts.clear();
+    QTest::keyClick(&field(), Qt::Key_Z, Qt::ControlModifier);
+    QTest::keyClick(&field(), Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_THAT(texts, ElementsAre(fifty, QString()));
+    QTest::keyClick(&field(), Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(field().text(), fifty);
+}
+
+TEST_F(DarkSearchFieldViewTest, aLongTextOfTheModelIsCutByTheNextEdit)
+{
+    view.updateText(QString(60, u'x'));
+    field().setCursorPosition(60);
+    QTest::keyClick(&field(), Qt::Key_Backspace);
+    EXPECT_EQ(field().text(), QString(50, u'x'));
+    QTest::keyClick(&field(), Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(field().text(), QString(50, u'x')) << "that much was never typed";
+    EXPECT_EQ(texts.last(), QString(50, u'x'));
+}
+
 TEST_F(DarkSearchFieldViewTest, aTextOfTheModelIsNotCut)
 {
     view.updateText(QString(60, u'x'));

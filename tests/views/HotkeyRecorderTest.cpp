@@ -289,6 +289,20 @@ TEST_F(HotkeyRecorderNSViewTest, TheLowSixteenBitsAreClear)
     EXPECT_EQ(delegate.lastModifiers.rawValue, 0x1c0000U);
 }
 
+TEST_F(HotkeyRecorderNSViewTest, AClickThatTakesTheKeysCancels)
+{
+    const auto loseFocus = [this](Qt::FocusReason reason) {
+        QFocusEvent event(QEvent::FocusOut, reason);
+        QCoreApplication::sendEvent(&view, &event);
+        return delegate.take();
+    };
+    EXPECT_EQ(loseFocus(Qt::MouseFocusReason), QStringList());
+    view.setRecording(true);
+    EXPECT_EQ(loseFocus(Qt::ActiveWindowFocusReason), QStringList{u"[]"_s});
+    EXPECT_EQ(loseFocus(Qt::PopupFocusReason), QStringList{u"[]"_s});
+    EXPECT_EQ(loseFocus(Qt::MouseFocusReason), (QStringList{u"[]"_s, u"cancelled"_s}));
+}
+
 TEST_F(HotkeyRecorderNSViewTest, DoesWithoutADelegate)
 {
     view.setDelegate(nullptr);

@@ -400,6 +400,70 @@ TEST_F(SettingsViewTest, ModifiersThatAreLetGoElsewhereAreForgotten)
     EXPECT_EQ(hotkey(), u"⌥K"_s) << "and the recording goes on";
 }
 
+/// The settings in a sheet, whose ground takes the keys at a click.
+class SettingsSheetTest : public SettingsViewTest {
+protected:
+    SettingsSheetTest()
+    {
+        main.resize(900, 800);
+        main.show();
+        main.activateWindow();
+        view();
+        sheets.present(ownView.release(), {.onCancel = [this] { ++closed; }});
+        QApplication::processEvents();
+    }
+    ~SettingsSheetTest() override { delete shownView; }
+
+    static void keyOfTheFocus(Qt::Key which, Qt::KeyboardModifiers modifiers = {})
+    {
+        QTest::keyClick(QApplication::focusWidget(), which, modifiers);
+    }
+
+    ReducedMotion reducedMotion;
+    QWidget main;
+    SheetHost sheets{theme, &main};
+    int closed = 0;
+};
+
+TEST_F(SettingsSheetTest, AClickElsewhereCancelsTheRecording)
+{
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&main));
+    const QList<QWidget*> places{sheets.presented(), view().recorderHelp(),
+                                 view().appearanceButtons()[1]};
+    for (QWidget* place : places) {
+        startRecording();
+        ASSERT_TRUE(view().isRecordingHotkey());
+        keyOfTheFocus(Qt::Key_Control);
+        click(place);
+        EXPECT_FALSE(view().isRecordingHotkey());
+        EXPECT_EQ(view().currentRecordingModifiers(), ModifierFlags{});
+        EXPECT_EQ(view().recorderHelp()->text(), u"Click to change shortcut"_s);
+        EXPECT_TRUE(isLive());
+    }
+    EXPECT_EQ(settings().appearanceMode(), AppearanceMode::dark) << "and the click counts";
+    EXPECT_EQ(closed, 0);
+}
+
+TEST_F(SettingsSheetTest, AClickOnTheButtonEndsTheRecordingAndStartsNoOther)
+{
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&main));
+    startRecording();
+    ASSERT_TRUE(view().isRecordingHotkey());
+    click(view().recorderButton());
+    EXPECT_FALSE(view().isRecordingHotkey());
+    EXPECT_TRUE(isLive());
+
+    startRecording();
+    QWidget* const button = view().recorderButton();
+    QTest::mousePress(button, Qt::LeftButton, {}, button->rect().center());
+    QTest::mouseMove(button, {-50, -50});
+    QTest::mouseRelease(button, Qt::LeftButton, {}, {-50, -50});
+    ASSERT_TRUE(view().isRecordingHotkey()) << "that was no click";
+    keyOfTheFocus(Qt::Key_K, Qt::AltModifier);
+    EXPECT_EQ(hotkey(), u"⌥K"_s);
+    EXPECT_EQ(closed, 0);
+}
+
 // The checks
 
 TEST_F(SettingsViewTest, ASystemShortcutIsRefused)

@@ -4,6 +4,9 @@
 #include <QPainter>
 #include <QProxyStyle>
 
+#include <algorithm>
+#include <iterator>
+
 namespace vellumry {
 
 namespace {
@@ -48,6 +51,26 @@ void CaretLineEdit::setCaretHeight(int height)
 {
     caretHeight = height;
     update();
+}
+
+void CaretLineEdit::amendEdit(const QString& amended, int caret)
+{
+    const QSignalBlocker quiet(this);
+    // The step that the edit belongs to is done once more, with this outcome, so that undo and redo
+    // never come by what was amended.
+    undo();
+    const QString before = text();
+    const auto differing =
+        std::mismatch(before.cbegin(), before.cend(), amended.cbegin(), amended.cend()).first;
+    const auto begin = differing - before.cbegin();
+    const auto last = std::mismatch(before.crbegin(), std::make_reverse_iterator(differing),
+                                    amended.crbegin(), amended.crend() - begin)
+                          .first;
+    const auto tail = last - before.crbegin();
+    setSelection(int(begin), int(before.size() - tail - begin));
+    insert(amended.sliced(begin, amended.size() - tail - begin));
+    setCursorPosition(caret);
+    showCaret();
 }
 
 void CaretLineEdit::paintEvent(QPaintEvent* event)

@@ -15,6 +15,10 @@ public:
 
     void setCaretColor(const QColor& color);
     void setCaretHeight(int height);
+    /// Makes this text of what the person has just typed or pasted, with the caret there. Unlike
+    /// with setText, the edit can be undone, and what goes before it; no signal tells of it. To be
+    /// called when the edit is announced, by textEdited.
+    void amendEdit(const QString& text, int caret);
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -32,6 +32,12 @@ void LiftedPicture::follow(const QPoint& pointer)
     move(parentWidget()->mapFromGlobal(pointer) - hold - QPoint(shadowRoom, shadowRoom));
 }
 
+void LiftedPicture::putDown()
+{
+    hide();
+    deleteLater();
+}
+
 void LiftedPicture::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);

@@ -19,6 +19,8 @@ public:
 
     /// Brings it to the pointer, in screen coordinates.
     void follow(const QPoint& pointer);
+    /// Takes the picture away and deletes it later, so that this may be while its window hides.
+    void putDown();
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -54,11 +54,8 @@ QString BareTextField::allowed(QString text) const
 void BareTextField::takeEdit(const QString& text)
 {
     const QString kept = allowed(text);
-    if (kept != text) {
-        const qsizetype caret = allowed(text.left(cursorPosition())).size();
-        setText(kept);
-        setCursorPosition(int(caret));
-    }
+    if (kept != text)
+        amendEdit(kept, int(allowed(text.left(cursorPosition())).size()));
     Q_EMIT edited(kept);
 }
 

@@ -75,6 +75,7 @@ void EditorVariablesSection::showNames()
             column->removeWidget(row);
             known.insert(row->name(), row);
         }
+        QWidget* before = clear;
         for (const QString& name : wanted) {
             EditorVariableRow* row = known.take(name);
             if (!row)
@@ -86,8 +87,11 @@ void EditorVariablesSection::showNames()
                                             box);
             row->setHasLineAbove(!rows.empty());
             column->addWidget(row);
-            if (!rows.empty())
-                QWidget::setTabOrder(&rows.back()->field(), &row->field());
+            for (QWidget* each : {static_cast<QWidget*>(&row->field()),
+                                  static_cast<QWidget*>(row->field().clearButton())}) {
+                QWidget::setTabOrder(before, each);
+                before = each;
+            }
             rows.push_back(row);
         }
         for (EditorVariableRow* row : std::as_const(known)) {

@@ -89,15 +89,20 @@ void FocusAwareTextView::keyPressEvent(QKeyEvent* event)
 {
     constexpr Qt::KeyboardModifiers others =
         Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
-    const bool isPlain = !(event->modifiers() & others);
+    const Qt::KeyboardModifiers held = event->modifiers() & others;
+    const bool isPlain = !held;
+    const bool isTab = event->key() == Qt::Key_Tab;
     if (event->key() == Qt::Key_Escape) {
         clearFocus();
         if (callbacks.onEscape)
             callbacks.onEscape();
     } else if (event->key() == Qt::Key_Backtab && isPlain) {
         insertBacktab();
-    } else if (event->key() == Qt::Key_Tab && isPlain) {
+    } else if (isTab && isPlain) {
         insertTab();
+    } else if ((isTab || event->key() == Qt::Key_Backtab) && held == Qt::ControlModifier) {
+        // NOLINTNEXTLINE(bugprone-parent-virtual-call): a text in which Tab indents has no next
+        QWidget::focusNextPrevChild(isTab);
     } else {
         QPlainTextEdit::keyPressEvent(event);
     }

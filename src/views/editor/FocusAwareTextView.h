@@ -7,6 +7,7 @@
 namespace vellumry {
 
 /// A plain text with the keys of an editor: Tab and Shift-Tab indent, Escape and Shift-Tab leave.
+/// Ctrl-Tab and Ctrl-Shift-Tab do what Tab and Shift-Tab do elsewhere: go to what stands next.
 class FocusAwareTextView : public QPlainTextEdit {
     Q_OBJECT
 

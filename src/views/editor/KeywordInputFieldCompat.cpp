@@ -3,6 +3,7 @@
 #include "core/Text.h"
 #include "library/SnippetEditorViewModel.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace vellumry {
@@ -30,13 +31,13 @@ void KeywordInputFieldCompat::takeEdit(const QString& edit)
 {
     const qsizetype comma = edit.indexOf(u',');
     if (comma >= 0) {
-        setText(edit.first(comma));
+        amendEdit(edit.first(comma), int(comma));
         submit();
         return;
     }
     const QString kept = prefixOfCharacters(edit, SnippetEditorViewModel::longestKeyword);
     if (kept != edit)
-        setText(kept);
+        amendEdit(kept, std::min(cursorPosition(), int(kept.size())));
 }
 
 void KeywordInputFieldCompat::submit()

@@ -449,7 +449,7 @@ void SnippetCardListView::dragTo(const QPoint& screenPosition)
 void SnippetCardListView::endDrag()
 {
     edgeScroll->stop();
-    delete std::exchange(lifted, nullptr);
+    std::exchange(lifted, nullptr)->putDown();
     entered.reset();
     Q_EMIT dropped(snippetAt(viewport()->mapFromGlobal(lastDragPosition)));
 }

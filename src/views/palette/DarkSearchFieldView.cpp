@@ -9,6 +9,7 @@
 #include <QKeyEvent>
 #include <QPainter>
 
+#include <algorithm>
 #include <utility>
 
 namespace vellumry {
@@ -123,11 +124,8 @@ bool DarkSearchFieldView::handleKeyDown(const QKeyEvent& event)
 void DarkSearchFieldView::handleTextEdited(const QString& text)
 {
     const QString cut = prefixOfCharacters(text, maxCharacters);
-    if (cut.size() != text.size()) {
-        const int position = field->cursorPosition();
-        field->setText(cut);
-        field->setCursorPosition(std::min(position, static_cast<int>(cut.size())));
-    }
+    if (cut.size() != text.size())
+        field->amendEdit(cut, std::min(field->cursorPosition(), static_cast<int>(cut.size())));
     callbacks.onTextChanged(cut);
 }
 

@@ -26,7 +26,17 @@ constexpr int textGap = 8;
 HotkeyRecorderButton::HotkeyRecorderButton(const Theme& look,
                                            HotkeyRecorderView::Callbacks callbacks, QWidget* parent)
     : Button(look, Kind::ghost, {}, parent), theme(look),
-      recorder(new HotkeyRecorderView(std::move(callbacks), this)),
+      recorder(
+          new HotkeyRecorderView({.onHotkeyRecorded = std::move(callbacks.onHotkeyRecorded),
+                                  .onRecordingCancelled =
+                                      [this, cancel = std::move(callbacks.onRecordingCancelled)] {
+                                          // A click on the button itself gives the keys back and
+                                          // then ends the recording.
+                                          if (!hasFocus())
+                                              cancel();
+                                      },
+                                  .onModifiersChanged = std::move(callbacks.onModifiersChanged)},
+                                 this)),
       prompt(new Label(theme, TextStyle::labelMedium, &ColorTokens::accent,
                        QStringLiteral("Press shortcut..."), this))
 {
@@ -59,6 +69,8 @@ void HotkeyRecorderButton::setState(const State& newState)
 
 void HotkeyRecorderButton::setRecording(bool isRecording)
 {
+    // Else a click on the button would take the focus to whatever is behind it.
+    setFocusPolicy(isRecording ? Qt::StrongFocus : Qt::TabFocus);
     if (isRecording) {
         ringBefore = isRingShown();
         recorder->setRecording(true);
@@ -103,6 +115,13 @@ QSize HotkeyRecorderButton::sizeHint() const
 {
     return {layout()->sizeHint().width(),
             theme.rowHeight(boxHeight, TextStyle::captionMedium) + 2 * ringRoom};
+}
+
+void HotkeyRecorderButton::focusInEvent(QFocusEvent* event)
+{
+    Button::focusInEvent(event);
+    if (state.isRecording)
+        recorder->setRecording(true);
 }
 
 void HotkeyRecorderButton::resizeEvent(QResizeEvent* event)

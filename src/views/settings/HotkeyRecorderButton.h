@@ -35,6 +35,7 @@ public:
     [[nodiscard]] QSize sizeHint() const override;
 
 protected:
+    void focusInEvent(QFocusEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 

@@ -226,9 +226,13 @@ void HotkeyRecorderNSView::keyDown(const QKeyEvent& event)
 void HotkeyRecorderNSView::focusOutEvent(QFocusEvent* event)
 {
     QWidget::focusOutEvent(event);
+    if (!recording || !delegate)
+        return;
     // What is let go from now on is not heard here.
-    if (recording && delegate)
-        delegate->modifiersChanged({});
+    delegate->modifiersChanged({});
+    // After a click elsewhere no key comes any more; another window gives the keys back.
+    if (event->reason() == Qt::MouseFocusReason)
+        delegate->recordingCancelled();
 }
 
 // HotkeyRecorderView

@@ -24,7 +24,8 @@ public:
     virtual void modifiersChanged(hotkey::ModifierFlags modifiers) = 0;
 };
 
-/// Takes the keys during a recording, all of them, also those of commands. Shows nothing.
+/// Takes the keys during a recording, all of them, also those of commands. Shows nothing. A click
+/// that takes the focus away cancels the recording.
 class HotkeyRecorderNSView final : public QWidget {
     Q_OBJECT
 

@@ -200,6 +200,14 @@ void CollectionRowView::mouseReleaseEvent(QMouseEvent* event)
         press();
 }
 
+void CollectionRowView::hideEvent(QHideEvent* event)
+{
+    AccessibleRow::hideEvent(event);
+    // The release will be somebody else's.
+    pressedAt.reset();
+    isDragging = false;
+}
+
 void CollectionRowView::contextMenuEvent(QContextMenuEvent* event)
 {
     PopupMenu* menu = makeMenu();

@@ -588,7 +588,8 @@ void CollectionSidebarView::dragTo(const QPoint& screenPosition)
 void CollectionSidebarView::dropLifted()
 {
     edgeScroll->stop();
-    delete std::exchange(lifted, nullptr);
+    if (LiftedPicture* picture = std::exchange(lifted, nullptr))
+        picture->putDown();
 }
 
 void CollectionSidebarView::endDrag(const QPoint& screenPosition)
@@ -633,6 +634,13 @@ void CollectionSidebarView::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
     placeRows();
+}
+
+void CollectionSidebarView::hideEvent(QHideEvent* event)
+{
+    QWidget::hideEvent(event);
+    if (lifted)
+        endDrag(lastDragPosition);
 }
 
 bool CollectionSidebarView::eventFilter(QObject* watched, QEvent* event)

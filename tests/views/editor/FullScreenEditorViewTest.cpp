@@ -159,6 +159,15 @@ TEST_F(FullScreenEditor, TabStaysInTheSheet)
     EXPECT_TRUE(view.doneButton().hasFocus());
     key(Qt::Key_Tab);
     EXPECT_TRUE(view.textEditor().hasFocus());
+    for (const auto& [which, modifiers] :
+         {std::pair(Qt::Key_Tab, Qt::KeyboardModifiers(Qt::ControlModifier)),
+          std::pair(Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier)}) {
+        focus(view.textEditor());
+        key(which, modifiers);
+        EXPECT_EQ(content().focusWidget(), &view.doneButton());
+    }
+    EXPECT_EQ(view.textEditor().text(), u"    ");
+    focus(view.textEditor());
     key(Qt::Key_Escape);
     EXPECT_FALSE(contents().isFullScreenMode());
 }

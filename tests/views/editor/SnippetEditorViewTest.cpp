@@ -235,9 +235,59 @@ TEST_F(SnippetEditor, TabReachesEverything)
     EXPECT_EQ(order.at(0), &contents().fullScreenButton());
     EXPECT_EQ(order.at(1), &text());
     EXPECT_EQ(order.at(2), &text()) << "in the text Tab indents";
-    focus(variables().clearButton());
+    const QString indented = text().text();
+    key(Qt::Key_Tab, Qt::ControlModifier);
+    EXPECT_EQ(content().focusWidget(), &variables().clearButton());
+    EXPECT_EQ(text().text(), indented);
     key(Qt::Key_Tab);
     EXPECT_EQ(content().focusWidget(), variables().field(u"v"_s));
+    key(Qt::Key_Tab);
+    EXPECT_EQ(content().focusWidget(), variables().field(u"v"_s)->clearButton());
+    key(Qt::Key_Tab);
+    EXPECT_EQ(content().focusWidget(), &keywordField());
+}
+
+TEST_F(SnippetEditor, ControlLetsTabAndShiftTabLeaveTheTextForItsNeighbours)
+{
+    openOn(u"text"_s);
+    int& listFocuses = counted(&N::focusSnippetList);
+    focus(text());
+    key(Qt::Key_Tab, Qt::ControlModifier);
+    EXPECT_EQ(content().focusWidget(), &keywordField());
+    focus(text());
+    text().selectAll();
+    key(Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(content().focusWidget(), &contents().fullScreenButton());
+    pass(0ms);
+    EXPECT_EQ(listFocuses, 0);
+    EXPECT_EQ(text().text(), u"text");
+    EXPECT_FALSE(editorModel().isDirty());
+}
+
+TEST_F(SnippetEditor, TabReachesVariablesThatWereTypedLaterBeforeTheKeywords)
+{
+    openOn(u"no placeholder"_s);
+    focus(text());
+    text().selectAll();
+    type(u"{{b}}"_s);
+    text().moveCursor(QTextCursor::Start);
+    type(u"{{a}}"_s);
+    ASSERT_EQ(variables().names(), (QStringList{u"a"_s, u"b"_s}));
+    QApplication::processEvents(); // rows that join later are shown on the next turn
+    TextField* const a = variables().field(u"a"_s);
+    TextField* const b = variables().field(u"b"_s);
+    for (TextField* field : {a, b}) {
+        focus(*field);
+        type(u"value"_s);
+    }
+    focus(text());
+    key(Qt::Key_Tab, Qt::ControlModifier);
+    const QList<QWidget*> order{
+        &variables().clearButton(), a, a->clearButton(), b, b->clearButton(), &keywordField()};
+    for (QWidget* expected : order) {
+        EXPECT_EQ(content().focusWidget(), expected) << order.indexOf(expected);
+        key(Qt::Key_Tab);
+    }
 }
 
 // Toolbar
@@ -375,6 +425,76 @@ TEST_F(SnippetEditor, ACutTitleIsAnEdit)
     type(u"x"_s);
     EXPECT_TRUE(editorModel().isDirty());
     EXPECT_EQ(title().titleField().cursorPosition(), 1);
+}
+
+TEST_F(SnippetEditor, WhatGoesBeyondTheLimitOfATitleCanBeUndone)
+{
+    openOn(u"text"_s);
+    TitleTextField& field = title().titleField();
+    const auto undo = [this] { key(Qt::Key_Z, Qt::ControlModifier); };
+    const auto redo = [this] { key(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier); };
+    const auto holds = [&](const QString& expected) {
+        EXPECT_EQ(field.text(), expected);
+        EXPECT_EQ(editorModel().title(), expected);
+    };
+    focus(field);
+    key(Qt::Key_End);
+    const QString tail = u"abcdefghijklmnopqrs"_s.repeated(3);
+    ASSERT_EQ(tail.size(), 57);
+    const QString full = u"One"_s + tail;
+    type(tail + u"yz"_s);
+    holds(full);
+    EXPECT_EQ(field.cursorPosition(), 60);
+    undo();
+    holds(u"One"_s);
+    redo();
+    holds(full);
+
+    // In the middle the last characters give way.
+    field.setCursorPosition(3);
+    type(u"!"_s);
+    holds(u"One!"_s + tail.left(56));
+    EXPECT_EQ(field.cursorPosition(), 4);
+    type(u"?"_s);
+    holds(u"One!?"_s + tail.left(55));
+    EXPECT_EQ(field.cursorPosition(), 5);
+    undo();
+    holds(u"One!"_s + tail.left(56));
+    undo();
+    holds(full);
+    redo();
+    holds(u"One!"_s + tail.left(56));
+
+    field.selectAll();
+    paste(u"a\n"_s + u"👩‍👩‍👧‍👦"_s.repeated(70));
+    holds(u"a"_s + u"👩‍👩‍👧‍👦"_s.repeated(59));
+    undo();
+    holds(u"One!"_s + tail.left(56));
+}
+
+TEST_F(SnippetEditor, WhatAnInputMethodWritesBeyondTheLimitOfATitleCanBeUndone)
+{
+    openOn(u"text"_s);
+    TitleTextField& field = title().titleField();
+    focus(field);
+    key(Qt::Key_End);
+    type(QString(56, u'x'));
+    const QString before = u"One"_s + QString(56, u'x');
+    field.setCursorPosition(0);
+    field.setCursorPosition(59); // a step of its own
+    const auto compose = [&](const QString& preedit, const QString& commit) {
+        QInputMethodEvent event(preedit, {});
+        event.setCommitString(commit);
+        QApplication::sendEvent(&field, &event);
+    };
+    compose(u"ni"_s, {});
+    EXPECT_EQ(field.text(), before);
+    compose({}, u"你好"_s);
+    EXPECT_EQ(field.text(), before + u"你"_s);
+    EXPECT_EQ(editorModel().title(), before + u"你"_s);
+    EXPECT_EQ(field.cursorPosition(), 60);
+    key(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(editorModel().title(), before);
 }
 
 TEST_F(SnippetEditor, ReturnInTitleAndSubtitleSaves)
@@ -855,6 +975,36 @@ TEST_F(SnippetEditor, AKeywordHasThirtyCharactersAndNoLineBreaks)
     keywordField().selectAll();
     paste(u"a\nb\r"_s);
     EXPECT_EQ(keywordField().text(), u"ab");
+}
+
+TEST_F(SnippetEditor, WhatGoesBeyondTheLimitOfAKeywordCanBeUndone)
+{
+    openOn(u"text"_s);
+    focus(keywordField());
+    type(QString(31, u'x'));
+    EXPECT_EQ(keywordField().text(), QString(30, u'x'));
+    key(Qt::Key_Home);
+    type(u"y"_s);
+    EXPECT_EQ(keywordField().text(), u"y"_s + QString(29, u'x'));
+    EXPECT_EQ(keywordField().cursorPosition(), 1);
+    key(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(keywordField().text(), QString(30, u'x'));
+    key(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(keywordField().text(), u"");
+}
+
+TEST_F(SnippetEditor, UndoBringsAKeywordBackWithoutItsComma)
+{
+    openOn(u"text"_s);
+    focus(keywordField());
+    type(u"one,"_s);
+    EXPECT_EQ(tagTexts(), QStringList{u"one"_s});
+    key(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(keywordField().text(), u"one");
+    EXPECT_EQ(tagTexts(), QStringList{u"one"_s});
+    key(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(keywordField().text(), u"");
+    EXPECT_EQ(tagTexts(), QStringList{u"one"_s});
 }
 
 TEST_F(SnippetEditor, AnEleventhKeywordIsDropped)
