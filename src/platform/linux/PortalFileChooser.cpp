@@ -5,6 +5,7 @@
 #include "session/PortalRequest.h"
 
 #include <QDBusArgument>
+#include <QDBusError>
 #include <QDBusMetaType>
 
 #include <utility>
