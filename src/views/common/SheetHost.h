@@ -11,9 +11,9 @@ namespace vellumry {
 
 /// Shows sheets within a window: a card in the middle over a scrim that covers the window. What is
 /// behind takes no input, and what takes the focus there gets it when the sheet goes. Tab stays in
-/// the sheet, Escape is its cancel button, Return presses its default button; the focus goes back to
-/// where it was when the sheet goes. Sheets may stand upon sheets. Covers its parent, and is hidden
-/// while there is nothing to show. Main thread only.
+/// the sheet, Escape is its cancel button, Return presses its default button; the focus goes back
+/// to where it was when the sheet goes. Sheets may stand upon sheets. Covers its parent, and is
+/// hidden while there is nothing to show. Main thread only.
 class SheetHost : public QWidget {
     Q_OBJECT
 

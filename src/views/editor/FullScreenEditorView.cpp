@@ -76,9 +76,7 @@ FullScreenEditorView::FullScreenEditorView(const Theme& look, Scheduler& schedul
             characterCount(QStringView(edit.before).first(lines.endBefore).sliced(lines.begin));
         update();
     });
-    connect(editor, &MacTextEditor::typed, this, [this] {
-        request.onTextChange(editor->text());
-    });
+    connect(editor, &MacTextEditor::typed, this, [this] { request.onTextChange(editor->text()); });
     connect(&theme, &Theme::changed, this, [this, headerBox] {
         headerBox->setFixedHeight(headerHeight());
         update();

@@ -37,8 +37,8 @@ class StorageLocationManager;
 class StorageSettingsSection;
 
 /// The settings: the contents of a window of their own, or of a sheet. When they come on the screen
-/// the global hot key goes off the system, and when they go, or a recording ends or is cancelled, it
-/// comes back. Whoever shows them ends them upon dismissed(). Main thread only.
+/// the global hot key goes off the system, and when they go, or a recording ends or is cancelled,
+/// it comes back. Whoever shows them ends them upon dismissed(). Main thread only.
 class SettingsView final : public QWidget {
     Q_OBJECT
 
