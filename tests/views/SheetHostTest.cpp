@@ -243,6 +243,19 @@ TEST_F(SheetHostTest, WhereOneSheetTakesThePlaceOfAnotherTheFocusGoesBackBehindB
     EXPECT_TRUE(behind->hasFocus());
 }
 
+TEST_F(SheetHostTest, InAWindowThatIsYetToComeASheetHasTheFocusAsWell)
+{
+    window.hide();
+    const Sheet* first = present();
+    EXPECT_EQ(window.focusWidget(), first->field);
+    auto* second = new Sheet(theme);
+    host->present(second, {.onCancel = {}, .firstFocus = second->accept});
+    EXPECT_EQ(window.focusWidget(), second->accept);
+    window.show();
+    QApplication::processEvents();
+    EXPECT_EQ(window.focusWidget(), second->accept);
+}
+
 TEST_F(SheetHostTest, TellsWhenItBeginsAndWhenItEnds)
 {
     QList<bool> told;

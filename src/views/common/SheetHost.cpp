@@ -57,9 +57,10 @@ public:
         if (!focusBefore || gone.holds(focusBefore))
             focusBefore = gone.focusBefore;
     }
+    /// Works in a window that is yet to come, too.
     void takeFocus()
     {
-        if (lastFocus && lastFocus->isVisible() && lastFocus->isEnabled()) {
+        if (lastFocus && lastFocus->isVisibleTo(this) && lastFocus->isEnabled()) {
             lastFocus->setFocus(Qt::OtherFocusReason);
             return;
         }
@@ -224,7 +225,7 @@ private:
 
     [[nodiscard]] bool takesTab(const QWidget& widget) const
     {
-        return contents->isAncestorOf(&widget) && widget.isVisible() && widget.isEnabled() &&
+        return contents->isAncestorOf(&widget) && widget.isVisibleTo(this) && widget.isEnabled() &&
                (widget.focusPolicy() & Qt::TabFocus) != 0 && !widget.focusProxy();
     }
 
