@@ -58,6 +58,8 @@ public:
 
     /// Whether the failure came to pass.
     bool hasFailed = false;
+    /// What each write was asked for, in bytes.
+    QList<size_t> writtenSizes;
     /// The most bytes that one write takes.
     size_t longestWrite = SIZE_MAX;
     /// The most bytes that one copy by the system takes, and how many of them do anything.
@@ -96,6 +98,7 @@ public:
     {
         if (interrupts() || fails(Kind::write))
             return -1;
+        writtenSizes.append(count);
         return FileCalls::write(descriptor, buffer, std::min(count, longestWrite));
     }
     ssize_t copyFileRange(int from, int to, size_t count) override
@@ -358,6 +361,47 @@ TEST_F(PosixFileSystemTest, theDiskWorksWhileALargeFileIsBeingMade)
     files.write(path(QStringLiteral("b.json")), source);
     EXPECT_TRUE(calls.hasFailed);
     EXPECT_EQ(get(QStringLiteral("b.json")), piece.repeated(31));
+}
+
+TEST_F(PosixFileSystemTest, aFileThatIsLargeAlreadyIsWrittenInBlocksOfAHugePage)
+{
+    constexpr qsizetype block = qsizetype{2} << 20;
+    constexpr int count = 45;
+    constexpr qsizetype pieceSize = 100'000;
+    put(QStringLiteral("a.json"), QByteArray(block, 'o'));
+    QByteArray expected;
+    const auto source = [&](const ByteSink& sink) {
+        for (int i = 0; i < count; ++i)
+            sink(QByteArray(pieceSize, static_cast<char>('0' + i)));
+    };
+    source([&](QByteArrayView piece) { expected.append(piece); });
+
+    files.write(path(QStringLiteral("a.json")), source);
+    EXPECT_EQ(calls.writtenSizes, (QList<size_t>{block, block, count * pieceSize - 2 * block}));
+    EXPECT_EQ(calls.startedFlushes, 2);
+    EXPECT_EQ(get(QStringLiteral("a.json")), expected);
+
+    // One piece of more than a block, in writes that take less than they are given.
+    calls.longestWrite = 1'000'000;
+    files.write(path(QStringLiteral("a.json")), expected + "end");
+    EXPECT_EQ(get(QStringLiteral("a.json")), expected + "end");
+
+    files.write(path(QStringLiteral("a.json")), "small again");
+    EXPECT_EQ(get(QStringLiteral("a.json")), "small again");
+}
+
+TEST_F(PosixFileSystemTest, aBlockThatCannotBeWrittenLeavesTheOldFileWholeAndNoLitter)
+{
+    const QByteArray old(5 << 20, 'o');
+    put(QStringLiteral("a.json"), old);
+    constexpr int blocks = 3; // the last one not full
+    for (int good = 0; good < blocks; ++good) {
+        calls.failAt(Kind::write, ENOSPC, good);
+        failure([&] { files.write(path(QStringLiteral("a.json")), QByteArray(5 << 20, 'n')); });
+        EXPECT_TRUE(calls.hasFailed);
+        EXPECT_EQ(get(QStringLiteral("a.json")), old);
+        EXPECT_EQ(names(), QStringList{QStringLiteral("a.json")});
+    }
 }
 
 TEST_F(PosixFileSystemTest, aSourceOrAPieceThatFailsLeavesTheOldFileWholeAndNoLitter)

@@ -34,6 +34,7 @@ public:
 private:
     class Descriptor;
     class TemporaryFile;
+    class BlockWriter;
 
     [[nodiscard]] std::optional<struct ::stat> status(const QString& path);
     template <typename Result, typename ReadBytes>
