@@ -58,7 +58,7 @@ public:
 
     /// Whether the failure came to pass.
     bool hasFailed = false;
-    /// What each write was asked for, in bytes.
+    /// What each write that did not fail was asked for, in bytes.
     QList<size_t> writtenSizes;
     /// The most bytes that one write takes.
     size_t longestWrite = SIZE_MAX;
@@ -363,12 +363,11 @@ TEST_F(PosixFileSystemTest, theDiskWorksWhileALargeFileIsBeingMade)
     EXPECT_EQ(get(QStringLiteral("b.json")), piece.repeated(31));
 }
 
-TEST_F(PosixFileSystemTest, aFileThatIsLargeAlreadyIsWrittenInBlocksOfAHugePage)
+TEST_F(PosixFileSystemTest, aFileThatIsLargeAlreadyIsWrittenInLargeBlocks)
 {
     constexpr qsizetype block = qsizetype{2} << 20;
     constexpr int count = 45;
     constexpr qsizetype pieceSize = 100'000;
-    put(QStringLiteral("a.json"), QByteArray(block, 'o'));
     QByteArray expected;
     const auto source = [&](const ByteSink& sink) {
         for (int i = 0; i < count; ++i)
@@ -376,6 +375,13 @@ TEST_F(PosixFileSystemTest, aFileThatIsLargeAlreadyIsWrittenInBlocksOfAHugePage)
     };
     source([&](QByteArrayView piece) { expected.append(piece); });
 
+    put(QStringLiteral("a.json"), QByteArray(block - 1, 'o'));
+    files.write(path(QStringLiteral("a.json")), source);
+    EXPECT_EQ(calls.writtenSizes, QList<size_t>(count, pieceSize)) << "it was small";
+    EXPECT_EQ(get(QStringLiteral("a.json")), expected);
+
+    calls.writtenSizes.clear();
+    calls.startedFlushes = 0;
     files.write(path(QStringLiteral("a.json")), source);
     EXPECT_EQ(calls.writtenSizes, (QList<size_t>{block, block, count * pieceSize - 2 * block}));
     EXPECT_EQ(calls.startedFlushes, 2);
@@ -386,22 +392,37 @@ TEST_F(PosixFileSystemTest, aFileThatIsLargeAlreadyIsWrittenInBlocksOfAHugePage)
     files.write(path(QStringLiteral("a.json")), expected + "end");
     EXPECT_EQ(get(QStringLiteral("a.json")), expected + "end");
 
-    files.write(path(QStringLiteral("a.json")), "small again");
-    EXPECT_EQ(get(QStringLiteral("a.json")), "small again");
+    files.write(path(QStringLiteral("a.json")), "");
+    EXPECT_EQ(get(QStringLiteral("a.json")), "");
 }
 
-TEST_F(PosixFileSystemTest, aBlockThatCannotBeWrittenLeavesTheOldFileWholeAndNoLitter)
+TEST_F(PosixFileSystemTest, aBlockThatFailsLeavesTheOldFileWholeAndNoLitter)
 {
     const QByteArray old(5 << 20, 'o');
     put(QStringLiteral("a.json"), old);
+    const auto expectNoHarm = [&] {
+        EXPECT_EQ(get(QStringLiteral("a.json")), old);
+        EXPECT_EQ(names(), QStringList{QStringLiteral("a.json")});
+    };
     constexpr int blocks = 3; // the last one not full
     for (int good = 0; good < blocks; ++good) {
         calls.failAt(Kind::write, ENOSPC, good);
-        failure([&] { files.write(path(QStringLiteral("a.json")), QByteArray(5 << 20, 'n')); });
+        const QString description =
+            failure([&] { files.write(path(QStringLiteral("a.json")), QByteArray(5 << 20, 'n')); });
         EXPECT_TRUE(calls.hasFailed);
-        EXPECT_EQ(get(QStringLiteral("a.json")), old);
-        EXPECT_EQ(names(), QStringList{QStringLiteral("a.json")});
+        EXPECT_TRUE(description.contains(QString::fromUtf8(std::strerror(ENOSPC)))) << good;
+        expectNoHarm();
     }
+
+    calls.writtenSizes.clear();
+    EXPECT_THROW(files.write(path(QStringLiteral("a.json")),
+                             [](const ByteSink& sink) {
+                                 sink("half of");
+                                 throw std::bad_alloc();
+                             }),
+                 std::bad_alloc);
+    EXPECT_EQ(calls.writtenSizes, QList<size_t>());
+    expectNoHarm();
 }
 
 TEST_F(PosixFileSystemTest, aSourceOrAPieceThatFailsLeavesTheOldFileWholeAndNoLitter)

@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
@@ -19,7 +18,6 @@
 #include <new>
 #include <string>
 #include <string_view>
-#include <sys/mman.h>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
@@ -258,14 +256,12 @@ private:
 /// Writes a file from pieces. The disk works on what has come while the source makes the rest.
 class PosixFileSystem::BlockWriter {
 public:
-    /// `likelySize` in bytes, of what will come in all.
+    /// `likelySize` in bytes, of what will come in all; 0 when that is not known. What will likely
+    /// fill no block is written piece by piece.
     BlockWriter(TemporaryFile& target, qint64 likelySize) : file(target)
     {
-        if (likelySize < blockSize)
-            return;
-        block.reset(static_cast<char*>(std::aligned_alloc(blockSize, blockSize)));
-        if (block)
-            (void)::madvise(block.get(), blockSize, MADV_HUGEPAGE); // without it, only slower
+        if (likelySize >= blockSize)
+            block = std::make_unique_for_overwrite<char[]>(blockSize);
     }
 
     /// False with errno set when not every byte could be written.
@@ -278,19 +274,18 @@ public:
             std::memcpy(block.get() + filled, part.data(), static_cast<size_t>(part.size()));
             filled += part.size();
             piece = piece.sliced(part.size());
-            if (filled == blockSize && !finish())
+            if (filled == blockSize && !writeOut())
                 return false;
         }
         return true;
     }
 
-    /// Writes what is still here; false as of add().
-    bool finish() { return pass({block.get(), std::exchange(filled, 0)}); }
+    /// Writes what is still in the block. False as add() is.
+    bool writeOut() { return pass({block.get(), std::exchange(filled, 0)}); }
 
 private:
-    /// A large file goes to the system in blocks of a huge page, which its cache then keeps as such
-    /// where the file system can: a fifth less time to the disk, and much less than that in a
-    /// virtual machine that gave its free memory back to the host and gets it page by page.
+    /// The system's cache can keep such a block as one huge page: less to find, and less to hand to
+    /// the disk. The most is gained in a virtual machine that gets new memory page by page.
     static constexpr qsizetype blockSize = qsizetype{2} << 20;
     static constexpr qsizetype flushStep = qsizetype{1} << 20;
 
@@ -306,11 +301,8 @@ private:
         return true;
     }
 
-    struct Free {
-        void operator()(char* memory) const { std::free(memory); }
-    };
     TemporaryFile& file;
-    std::unique_ptr<char, Free> block; ///< none for a small file
+    std::unique_ptr<char[]> block;
     qsizetype filled = 0;
     qsizetype unflushed = 0;
 };
@@ -523,7 +515,7 @@ std::optional<FileStamp> PosixFileSystem::write(const QString& path, const ByteS
         if (!writer.add(piece))
             fail("write", path);
     });
-    if (!writer.finish())
+    if (!writer.writeOut())
         fail("write", path);
     if ((!isNew && !file.takeMode(status.st_mode & ALLPERMS)) || !file.flush() ||
         !file.takePlaceOf(target))
