@@ -21,6 +21,7 @@
 #include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 using namespace vellumry;
 
@@ -59,7 +60,7 @@ public:
     /// Whether the failure came to pass.
     bool hasFailed = false;
     /// What each write that did not fail was asked for, in bytes.
-    QList<size_t> writtenSizes;
+    std::vector<size_t> writtenSizes;
     /// The most bytes that one write takes.
     size_t longestWrite = SIZE_MAX;
     /// The most bytes that one copy by the system takes, and how many of them do anything.
@@ -98,7 +99,7 @@ public:
     {
         if (interrupts() || fails(Kind::write))
             return -1;
-        writtenSizes.append(count);
+        writtenSizes.push_back(count);
         return FileCalls::write(descriptor, buffer, std::min(count, longestWrite));
     }
     ssize_t copyFileRange(int from, int to, size_t count) override
@@ -377,13 +378,14 @@ TEST_F(PosixFileSystemTest, aFileThatIsLargeAlreadyIsWrittenInLargeBlocks)
 
     put(QStringLiteral("a.json"), QByteArray(block - 1, 'o'));
     files.write(path(QStringLiteral("a.json")), source);
-    EXPECT_EQ(calls.writtenSizes, QList<size_t>(count, pieceSize)) << "it was small";
+    EXPECT_EQ(calls.writtenSizes, std::vector<size_t>(count, pieceSize)) << "it was small";
     EXPECT_EQ(get(QStringLiteral("a.json")), expected);
 
     calls.writtenSizes.clear();
     calls.startedFlushes = 0;
     files.write(path(QStringLiteral("a.json")), source);
-    EXPECT_EQ(calls.writtenSizes, (QList<size_t>{block, block, count * pieceSize - 2 * block}));
+    EXPECT_EQ(calls.writtenSizes,
+              (std::vector<size_t>{block, block, count * pieceSize - 2 * block}));
     EXPECT_EQ(calls.startedFlushes, 2);
     EXPECT_EQ(get(QStringLiteral("a.json")), expected);
 
@@ -421,7 +423,7 @@ TEST_F(PosixFileSystemTest, aBlockThatFailsLeavesTheOldFileWholeAndNoLitter)
                                  throw std::bad_alloc();
                              }),
                  std::bad_alloc);
-    EXPECT_EQ(calls.writtenSizes, QList<size_t>());
+    EXPECT_TRUE(calls.writtenSizes.empty());
     expectNoHarm();
 }
 
