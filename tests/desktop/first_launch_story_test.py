@@ -28,6 +28,7 @@ class ExistingLibrary(PersonCase):
         self.click(CHOICE)
         self.choose_folder(self.carried.folder)
         self.wait_seen("letter, Mail, yesterday", ROW)
+        self.wait_unseen("Loading your data...")  # it takes the keys as long as it is there
         self.desktop.activate(MAIN_WINDOW)
         self.desktop.key("ctrl+n")
         wait_for("the new snippet is in it", lambda: "New Snippet" in self.carried.snippets())
