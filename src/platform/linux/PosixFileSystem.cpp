@@ -284,8 +284,8 @@ public:
     bool writeOut() { return pass({block.get(), std::exchange(filled, 0)}); }
 
 private:
-    /// The system's cache can keep such a block as one huge page: less to find, and less to hand to
-    /// the disk. The most is gained in a virtual machine that gets new memory page by page.
+    /// The system's cache can keep such a block as one huge page: less memory to find piece by
+    /// piece, and less to hand to the disk. Half a block gains nothing.
     static constexpr qsizetype blockSize = qsizetype{2} << 20;
     static constexpr qsizetype flushStep = qsizetype{1} << 20;
 
