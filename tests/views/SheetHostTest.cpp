@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QTest>
 #include <QVBoxLayout>
+#include <QWindow>
 #include <gtest/gtest.h>
 
 namespace vellumry::test {
@@ -291,6 +292,34 @@ TEST(SheetHostMotionTest, KeysThatComeWhileItEntersArrive)
     QTest::keyClicks(window.focusWidget(), u"early"_s);
     EXPECT_EQ(field->text(), u"early"_s);
     EXPECT_TRUE(eventually([&] { return window.rect().contains(field->geometry()); }));
+}
+
+TEST(SheetHostMotionTest, ClicksThatComeWhileItLeavesArriveBehindIt)
+{
+    const Theme theme(ColorScheme::light, 1);
+    QWidget window;
+    window.resize(600, 400);
+    Button behind(theme, Button::Kind::secondary, u"Behind"_s, &window);
+    behind.setGeometry(20, 20, 100, 30);
+    int clicks = 0;
+    QObject::connect(&behind, &Button::clicked, [&] { ++clicks; });
+    SheetHost host(theme, &window);
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    const auto click = [&] {
+        QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, behind.geometry().center());
+    };
+    auto* field = new TextField(theme, u"Field"_s);
+    host.present(field, {});
+    click();
+    EXPECT_EQ(clicks, 0);
+    host.dismiss(field);
+    click();
+    EXPECT_TRUE(host.isVisible()) << "it is still on its way";
+    EXPECT_EQ(clicks, 1);
+    host.present(new TextField(theme, u"Field"_s), {});
+    click();
+    EXPECT_EQ(clicks, 1);
 }
 
 } // namespace

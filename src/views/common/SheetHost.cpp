@@ -277,6 +277,7 @@ QWidget* SheetHost::presented() const
 void SheetHost::present(QWidget* contents, const Options& options)
 {
     setGeometry(parentWidget()->rect());
+    setAttribute(Qt::WA_TransparentForMouseEvents, false);
     show();
     raise();
     layers.push_back(new Layer(theme, contents, options, this));
@@ -302,8 +303,11 @@ void SheetHost::dismiss(QWidget* contents)
         layer->deleteLater();
         layerGone();
     });
-    if (layers.empty())
-        Q_EMIT presentingChanged();
+    if (!layers.empty())
+        return;
+    // What is behind takes input again, while the last sheet is still to be seen.
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    Q_EMIT presentingChanged();
 }
 
 void SheetHost::keepFocus()

@@ -35,7 +35,8 @@ public:
     /// Shows the contents of a sheet, which has the width that it wants and at most the height
     /// that there is. Takes ownership.
     void present(QWidget* contents, const Options& options);
-    /// Lets the sheet go and deletes its contents, later. Nothing if it is not shown.
+    /// Lets the sheet go, which takes no input from now on, and deletes its contents, later.
+    /// Nothing if it is not shown.
     void dismiss(QWidget* contents);
 
     [[nodiscard]] bool isPresenting() const { return !layers.empty(); }
