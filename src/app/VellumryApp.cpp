@@ -26,12 +26,14 @@
 #include <QApplication>
 #include <QScopeGuard>
 #include <QSessionManager>
+#include <QWindow>
 
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <optional>
 #include <time.h>
+#include <utility>
 
 namespace vellumry {
 
@@ -233,14 +235,13 @@ VellumryApp::VellumryApp()
             &MainWindowKeeper::activateMainWindow);
     connect(&windows, &QtApplicationWindows::settingsWindowDidDisappear, &container.hotkeyService(),
             &HotkeyService::resumeHotkey);
-    // In a later turn, when the window that is active now is known as such.
-    connect(
-        qApp, &QGuiApplication::applicationStateChanged, this,
-        [this](Qt::ApplicationState state) {
-            if (state == Qt::ApplicationActive)
-                appDelegate.applicationDidBecomeActive();
-        },
-        Qt::QueuedConnection);
+    // In this very turn: the click that has activated the window comes next, and what it turns to
+    // keeps the keyboard.
+    connect(qApp, &QGuiApplication::focusWindowChanged, this,
+            [this, wasActive = false](const QWindow* window) mutable {
+                if (!std::exchange(wasActive, window != nullptr) && window)
+                    appDelegate.applicationDidBecomeActive();
+            });
     // Answered before the session goes on.
     connect(
         qApp, &QGuiApplication::commitDataRequest, this,

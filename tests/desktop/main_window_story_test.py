@@ -110,17 +110,37 @@ class Writing(MainWindowCase):
     def test_back_from_another_program(self):
         """Whoever comes back has the window before them but is in no field of it: what is typed
         then goes into no text."""
-        def is_in_a_field():
-            return any("focused" in each.states for each in self.seen("", FIELD))
         self.create("zebra")
-        self.recorder.focus()
-        wait_for("the program has seen it", lambda: not is_in_a_field())
+        self.turn_away()
         self.desktop.activate(MAIN_WINDOW)
         # Qt enters the field for a moment.
-        self.assertFalse(wait_until_stable("the keyboard is where it stays", is_in_a_field, 0.5))
+        self.assertEqual(self.field_of_the_keyboard(), [])
         self.desktop.type_text("xyz")
         self.save("zebra")
         self.assertEqual(self.text_of(TITLE), "zebra")
+
+    def test_back_by_a_click_into_a_field(self):
+        """Whoever comes back by a click into a field writes there."""
+        self.create("zebra")
+        for letter in "abcdefgh":
+            self.turn_away()
+            self.click(TITLE, FIELD)
+            self.desktop.wait_focus(MAIN_WINDOW)
+            self.assertEqual(self.field_of_the_keyboard(), [TITLE], letter)
+            self.desktop.key("ctrl+a", letter)
+            wait_for("the letter is typed", lambda each=letter: self.text_of(TITLE) == each)
+
+    def fields_with_keyboard(self):
+        return [each.name for each in self.seen("", FIELD) if "focused" in each.states]
+
+    def field_of_the_keyboard(self):
+        """Waits until the keyboard is where it stays."""
+        return wait_until_stable("the keyboard is where it stays", self.fields_with_keyboard, 0.5)
+
+    def turn_away(self):
+        """Goes on in the other program."""
+        self.recorder.focus()
+        wait_for("the program has seen it", lambda: not self.fields_with_keyboard())
 
     def test_revert(self):
         """What is typed is a draft; reverted, the editor has the text of the disk again, and so has

@@ -48,6 +48,13 @@ protected:
         FAIL() << "no such item";
     }
 
+    static void moveWithoutButton(QWidget& widget, const QPoint& screenPosition)
+    {
+        QMouseEvent move(QEvent::MouseMove, widget.mapFromGlobal(QPointF(screenPosition)),
+                         QPointF(screenPosition), Qt::NoButton, Qt::NoButton, {});
+        QApplication::sendEvent(&widget, &move);
+    }
+
     /// Types into the new-collection field and presses Return.
     void addCollection(const QString& name)
     {
@@ -298,7 +305,8 @@ TEST_F(CollectionSidebarViewTest, AfterTheFieldTheSidebarHasTheKeysThatItHadBefo
     pass(100ms);
     key(Qt::Key_Escape);
     EXPECT_FALSE(sidebar().allowKeyboardNav());
-    EXPECT_EQ(content().focusWidget(), nullptr) << "nothing else is chosen by itself";
+    ASSERT_NE(content().focusWidget(), nullptr);
+    EXPECT_EQ(content().focusWidget()->focusPolicy(), Qt::NoFocus) << "no stop of Tab is chosen";
 }
 
 TEST_F(CollectionSidebarViewTest, TheMenuHasItsItemsInOrder)
@@ -456,6 +464,22 @@ TEST_F(CollectionSidebarViewTest, DeletingACollectionAsksFirst)
     EXPECT_EQ(model.snippets().size(), 1);
     EXPECT_FALSE(sidebar().collectionToDelete().has_value());
     EXPECT_EQ(row(u"Work"_s), nullptr);
+}
+
+TEST_F(CollectionSidebarViewTest, TwoQuestionsAtOnceCanBothBeClosed)
+{
+    loadFour();
+    open();
+    choose(u"Work"_s, u"Delete"_s);
+    pass(150ms);
+    choose(u"Home"_s, u"Rename"_s);
+    pass(100ms);
+    key(Qt::Key_Escape);
+    EXPECT_TRUE(sheets().isPresenting());
+    key(Qt::Key_Escape);
+    EXPECT_FALSE(sheets().isPresenting());
+    EXPECT_FALSE(sidebar().collectionToRename().has_value());
+    EXPECT_FALSE(sidebar().collectionToDelete().has_value());
 }
 
 TEST_F(CollectionSidebarViewTest, CancelOfTheDeletionLeavesEverything)
@@ -738,6 +762,80 @@ TEST_F(CollectionSidebarViewTest, ADragEndsWhereItIsWhenTheWindowGoes)
     ASSERT_TRUE(picture());
     QTest::mouseRelease(work, Qt::LeftButton, {}, beyond);
     EXPECT_FALSE(picture());
+}
+
+TEST_F(CollectionSidebarViewTest, ADragWhoseReleaseWentElsewhereEndsWithTheNextMove)
+{
+    loadFour();
+    open();
+    CollectionRowView* work = row(u"Work"_s);
+    QTest::mousePress(work, Qt::LeftButton, {}, work->rect().center());
+    QTest::mouseMove(work, work->rect().center() + QPoint(40, 0));
+    ASSERT_EQ(sidebar().draggingCollection(), u"Work"_s);
+    QContextMenuEvent menu(QContextMenuEvent::Mouse, work->rect().center(),
+                           work->mapToGlobal(work->rect().center()));
+    QApplication::sendEvent(work, &menu);
+    EXPECT_EQ(QApplication::activePopupWidget(), nullptr) << "a menu would take the release";
+    const QPoint home = row(u"Home"_s)->mapToGlobal(row(u"Home"_s)->rect().center());
+    moveWithoutButton(*work, home);
+    EXPECT_FALSE(sidebar().draggingCollection().has_value());
+    EXPECT_EQ(sidebar().collectionNames(), QStringList({u"Work"_s, u"Home"_s, u"Empty"_s}));
+
+    QTest::mousePress(work, Qt::LeftButton, {}, work->rect().center());
+    moveWithoutButton(*work, home);
+    moveWithoutButton(*work, home + QPoint(1, 1));
+    EXPECT_FALSE(sidebar().draggingCollection().has_value()) << "nor does one begin";
+    QTest::mouseRelease(work, Qt::LeftButton);
+}
+
+TEST_F(CollectionSidebarViewTest, ARowThatMovesUnderAHeldButtonIsClickedAllTheSame)
+{
+    loadFour();
+    open();
+    CollectionRowView* home = row(u"Home"_s);
+    const QPoint place = home->mapToGlobal(home->rect().center());
+    QTest::mousePress(home, Qt::LeftButton, {}, home->rect().center());
+    editTitle(u"One"_s, u"Uno"_s); // the drafts get a row above it
+    ASSERT_FALSE(home->rect().contains(home->mapFromGlobal(place)));
+    QTest::mouseMove(home, home->mapFromGlobal(place + QPoint(1, 0)));
+    EXPECT_FALSE(sidebar().draggingCollection().has_value());
+    QTest::mouseRelease(home, Qt::LeftButton, {}, home->mapFromGlobal(place + QPoint(1, 0)));
+    EXPECT_EQ(model.selectedCollection(), u"Home"_s);
+    EXPECT_EQ(sidebar().collectionNames(), QStringList({u"Work"_s, u"Home"_s, u"Empty"_s}));
+}
+
+// Focus
+
+TEST_F(CollectionSidebarViewTest, ARenamedCollectionKeepsTheKeys)
+{
+    loadFour();
+    open();
+    clickRow(row(u"Work"_s));
+    ASSERT_EQ(content().focusWidget(), row(u"Work"_s));
+    model.setSelectedSnippetID(u"id-One"_s);
+    model.renameCollection(u"Work"_s, u"Labour"_s);
+    EXPECT_EQ(content().focusWidget(), row(u"Labour"_s));
+    EXPECT_TRUE(sidebar().allowKeyboardNav());
+    key(Qt::Key_Down);
+    EXPECT_EQ(model.selectedCollection(), u"Home"_s);
+}
+
+TEST_F(CollectionSidebarViewTest, ARowThatGoesHandsTheKeysToNoButton)
+{
+    loadFour();
+    open();
+    editTitle(u"One"_s, u"Uno"_s);
+    clickRow(sidebar().unsavedRow());
+    ASSERT_EQ(content().focusWidget(), sidebar().unsavedRow());
+    model.clearUnsavedEdit(u"id-One"_s);
+    ASSERT_NE(content().focusWidget(), nullptr);
+    EXPECT_TRUE(sidebar().isAncestorOf(content().focusWidget()));
+    EXPECT_EQ(qobject_cast<QAbstractButton*>(content().focusWidget()), nullptr);
+    EXPECT_TRUE(sidebar().allowKeyboardNav());
+
+    clickRow(row(u"Empty"_s));
+    model.deleteCollection(u"Empty"_s);
+    EXPECT_EQ(content().focusWidget(), all());
 }
 
 // Header and footer

@@ -231,6 +231,45 @@ TEST_F(MainContentViewTest, WithoutATextResigningChangesNothing)
     EXPECT_TRUE(sidebar().collectionRow(u"Work"_s)->hasFocus());
 }
 
+TEST_F(MainContentViewTest, AnEditorThatGoesHandsTheKeysToNoButton)
+{
+    loadFour();
+    open();
+    model.setSelectedSnippetID(u"id-One"_s);
+    editor()->setFocus();
+    model.setSelectedSnippetID(std::nullopt);
+    EXPECT_EQ(content().focusWidget(), &content());
+    key(Qt::Key_Return);
+    EXPECT_EQ(model.snippets().size(), 4);
+}
+
+TEST_F(MainContentViewTest, KeysBehindTheCommandForANewSnippetAreNotForTheOldOne)
+{
+    loadFour();
+    open();
+    model.setSelectedSnippetID(u"id-One"_s);
+    editor()->setFocus();
+    world.notifications.createSnippet();
+    EXPECT_FALSE(editor()->hasFocus());
+    type(u"early"_s);
+    EXPECT_EQ(editor()->toPlainText(), u"content of {{what}} One"_s);
+    pass(100ms);
+    EXPECT_NE(selected(), u"One"_s);
+    key(Qt::Key_Return);
+    EXPECT_EQ(model.snippets().size(), 5);
+}
+
+TEST_F(MainContentViewTest, TheWelcomesButtonIsNotPressedByAKeyForWhatWasThere)
+{
+    world.load({makeCollection(u"W"_s, u"Work"_s)}, {card(u"One"_s, {}, u"Work"_s, 0, 1s)});
+    open();
+    filterField().setFocus();
+    world.load({makeCollection(u"W"_s, u"Work"_s)}, {});
+    ASSERT_TRUE(content().isWelcoming());
+    key(Qt::Key_Return);
+    EXPECT_TRUE(content().isWelcoming());
+}
+
 // Delete alert
 
 TEST_F(MainContentViewTest, DeletingASnippetAsks)

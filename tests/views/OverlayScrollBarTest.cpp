@@ -89,6 +89,20 @@ TEST_F(OverlayScrollBarTest, theHandleIsDragged)
     QTest::mouseRelease(&bar, Qt::LeftButton, {}, QPoint(x, 95));
 }
 
+TEST_F(OverlayScrollBarTest, aDragEndsWhenTheBarGoes)
+{
+    area.verticalScrollBar()->setValue(0);
+    const int x = bar.width() - 4;
+    QTest::mousePress(&bar, Qt::LeftButton, {}, QPoint(x, 20));
+    area.widget()->resize(200, 100);
+    ASSERT_FALSE(bar.isVisible());
+    area.widget()->resize(200, 816);
+    ASSERT_TRUE(bar.isVisible());
+    QTest::mouseMove(&bar, QPoint(x, 95));
+    EXPECT_EQ(area.verticalScrollBar()->value(), 0);
+    QTest::mouseRelease(&bar, Qt::LeftButton, {}, QPoint(x, 95));
+}
+
 TEST_F(OverlayScrollBarTest, aClickBesideTheHandleTurnsAPage)
 {
     area.verticalScrollBar()->setValue(0);

@@ -7,6 +7,7 @@
 
 #include <QAccessible>
 #include <QLineEdit>
+#include <QShortcut>
 #include <QTest>
 #include <QVBoxLayout>
 #include <QWindow>
@@ -294,6 +295,28 @@ TEST(SheetHostMotionTest, KeysThatComeWhileItEntersArrive)
     EXPECT_TRUE(eventually([&] { return window.rect().contains(field->geometry()); }));
 }
 
+TEST(SheetHostMotionTest, CommandsThatComeWhileItLeavesArriveAlsoWhereNothingHadTheKeys)
+{
+    const Theme theme(ColorScheme::light, 1);
+    QWidget window;
+    window.resize(600, 400);
+    SheetHost host(theme, &window);
+    int commands = 0;
+    const QShortcut shortcut(QKeySequence(u"Ctrl+N"_s), &window, [&] { ++commands; });
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    ASSERT_EQ(window.focusWidget(), nullptr);
+    auto* field = new TextField(theme, u"Field"_s);
+    host.present(field, {});
+    QTest::keyClick(window.windowHandle(), Qt::Key_N, Qt::ControlModifier);
+    EXPECT_EQ(commands, 0);
+    host.dismiss(field);
+    QTest::keyClick(window.windowHandle(), Qt::Key_N, Qt::ControlModifier);
+    EXPECT_TRUE(host.isVisible()) << "it is still on its way";
+    EXPECT_EQ(commands, 1);
+}
+
 TEST(SheetHostMotionTest, ClicksThatComeWhileItLeavesArriveBehindIt)
 {
     const Theme theme(ColorScheme::light, 1);
@@ -316,6 +339,9 @@ TEST(SheetHostMotionTest, ClicksThatComeWhileItLeavesArriveBehindIt)
     host.dismiss(field);
     click();
     EXPECT_TRUE(host.isVisible()) << "it is still on its way";
+    behind.setFocus();
+    QTest::keyClick(&behind, Qt::Key_Tab);
+    EXPECT_TRUE(behind.hasFocus()) << "nor is it a stop of Tab any more";
     EXPECT_EQ(clicks, 1);
     host.present(new TextField(theme, u"Field"_s), {});
     click();

@@ -432,6 +432,18 @@ TEST_F(SnippetListPanelViewTest, AClickSelectsAndGivesTheListTheKeys)
     EXPECT_TRUE(cards().hasFocus());
 }
 
+TEST_F(SnippetListPanelViewTest, ACardThatMovesUnderAHeldButtonIsClickedAllTheSame)
+{
+    loadFour();
+    open();
+    const QPoint place = middleOf(u"Two"_s);
+    QTest::mousePress(cards().viewport(), Qt::LeftButton, {}, place);
+    model.moveSnippets({0}, 2, false);
+    ASSERT_FALSE(cards().cardRect(u"id-Two"_s).contains(place));
+    QTest::mouseRelease(cards().viewport(), Qt::LeftButton, {}, place + QPoint(1, 0));
+    EXPECT_EQ(selected(), u"Two"_s);
+}
+
 TEST_F(SnippetListPanelViewTest, BetweenTheCardsNothingIsClicked)
 {
     loadFour();
@@ -576,6 +588,33 @@ TEST_F(SnippetListPanelViewTest, HoldsAHundredThousandCards)
 }
 
 // Drag
+
+TEST_F(SnippetListPanelViewTest, ADragWhoseReleaseWentElsewhereEndsWithTheNextMove)
+{
+    loadFour();
+    open();
+    const auto moveWithoutButton = [this](const QPointF& position) {
+        QMouseEvent move(QEvent::MouseMove, position, cards().viewport()->mapToGlobal(position),
+                         Qt::NoButton, Qt::NoButton, {});
+        QApplication::sendEvent(cards().viewport(), &move);
+    };
+    drag(u"One"_s, u"Two"_s);
+    QContextMenuEvent menu(QContextMenuEvent::Mouse, middleOf(u"Two"_s),
+                           cards().viewport()->mapToGlobal(middleOf(u"Two"_s)));
+    QApplication::sendEvent(&cards(), &menu);
+    EXPECT_EQ(QApplication::activePopupWidget(), nullptr) << "a menu would take the release";
+    const qsizetype saves = world.storage.saves();
+    moveWithoutButton(middleOf(u"Three"_s));
+    EXPECT_FALSE(list().draggingSnippetID().has_value());
+    EXPECT_EQ(world.storage.saves(), saves + 1) << "it is dropped where it was last seen";
+    EXPECT_EQ(shownTitles(), QStringList({u"Two"_s, u"One"_s, u"Three"_s, u"Four"_s}));
+
+    QTest::mousePress(cards().viewport(), Qt::LeftButton, {}, middleOf(u"One"_s));
+    moveWithoutButton(middleOf(u"Three"_s));
+    moveWithoutButton(middleOf(u"Four"_s));
+    EXPECT_FALSE(list().draggingSnippetID().has_value()) << "nor does one begin";
+    QTest::mouseRelease(cards().viewport(), Qt::LeftButton);
+}
 
 TEST_F(SnippetListPanelViewTest, DraggingMovesAndTheDropSavesOnce)
 {

@@ -144,6 +144,12 @@ void OverlayScrollBar::mouseReleaseEvent(QMouseEvent*)
     showHandle();
 }
 
+void OverlayScrollBar::hideEvent(QHideEvent* event)
+{
+    QWidget::hideEvent(event);
+    drag.reset(); // the release will be somebody else's
+}
+
 void OverlayScrollBar::wheelEvent(QWheelEvent* event)
 {
     QCoreApplication::sendEvent(scrollArea.viewport(), event);

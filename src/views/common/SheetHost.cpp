@@ -2,6 +2,7 @@
 
 #include "views/common/AccessibleRole.h"
 #include "views/common/Button.h"
+#include "views/common/FocusHeir.h"
 #include "views/common/Motion.h"
 #include "views/common/Shadow.h"
 #include "views/common/Strokes.h"
@@ -24,6 +25,7 @@ constexpr int windowMargin = 16;
 constexpr std::chrono::milliseconds enterTime{180};
 constexpr std::chrono::milliseconds leaveTime{120};
 constexpr qreal smallestScale = 0.97;
+constexpr int beyondAnyScreen = 30'000;
 
 } // namespace
 
@@ -90,6 +92,7 @@ public:
     void leave(std::function<void()> whenGone)
     {
         setAttribute(Qt::WA_TransparentForMouseEvents);
+        setFocusPolicy(Qt::NoFocus);
         picture = contents->grab();
         const QRect last = cardRect();
         // What closes its sheet by a key may have given the focus away already, to nothing.
@@ -101,6 +104,8 @@ public:
         frozenCard = last;
         if (hadFocus && focusBefore && focusBefore->isVisible())
             focusBefore->setFocus(Qt::OtherFocusReason);
+        else
+            inheritFocus(*this, *parentWidget()->parentWidget());
         start(leaveTime, QEasingCurve::InCubic, 1, 0, std::move(whenGone));
     }
 
@@ -114,7 +119,7 @@ protected:
     bool event(QEvent* event) override
     {
         // The window's commands are behind the sheet, too; only the end of the program is not.
-        if (event->type() == QEvent::ShortcutOverride &&
+        if (event->type() == QEvent::ShortcutOverride && contents &&
             !static_cast<QKeyEvent*>(event)->matches(QKeySequence::Quit)) {
             event->accept();
             return true;
@@ -213,7 +218,7 @@ private:
     {
         QRect place = cardRect();
         if (outOfSight)
-            place.moveLeft(2 * width());
+            place.moveLeft(beyondAnyScreen);
         contents->setGeometry(place);
         update();
     }

@@ -32,6 +32,12 @@ constexpr auto hoverTime = 90ms;
 constexpr auto copiedTime = 150ms;
 constexpr auto slideTime = 200ms;
 
+/// Whether the pointer has moved too far for a click.
+bool isFar(const QPoint& position, const QPoint& pressed)
+{
+    return (position - pressed).manhattanLength() >= QApplication::startDragDistance();
+}
+
 } // namespace
 
 SnippetCardListView::SnippetCardListView(const Dependencies& dependencies, QWidget* parent)
@@ -377,14 +383,19 @@ void SnippetCardListView::mousePressEvent(QMouseEvent* event)
 
 void SnippetCardListView::mouseMoveEvent(QMouseEvent* event)
 {
-    const QPoint position = event->position().toPoint();
+    if (!event->buttons().testFlag(Qt::LeftButton)) {
+        // The release has gone elsewhere.
+        pressed.reset();
+        if (lifted)
+            endDrag();
+    }
     if (lifted) {
         dragTo(event->globalPosition().toPoint());
         return;
     }
+    const QPoint position = event->position().toPoint();
     hoverAt(position);
-    if (pressed && event->buttons().testFlag(Qt::LeftButton) &&
-        (position - pressed->position).manhattanLength() >= QApplication::startDragDistance()) {
+    if (pressed && isFar(position, pressed->position)) {
         beginDrag();
         if (lifted)
             dragTo(event->globalPosition().toPoint());
@@ -400,8 +411,14 @@ void SnippetCardListView::mouseReleaseEvent(QMouseEvent* event)
         endDrag();
         return;
     }
-    const QModelIndex index = indexAt(event->position().toPoint());
-    if (press && index.isValid() && rows->snippet(index.row()).id() == press->snippetID)
+    if (!press)
+        return;
+    // Cards can change places between the press and the release.
+    const QPoint position = event->position().toPoint();
+    const QModelIndex index = indexAt(position);
+    const bool isOver = index.isValid() && rows->snippet(index.row()).id() == press->snippetID;
+    const bool isThere = services.viewModel.shownRow(press->snippetID) >= 0;
+    if (isOver || (isThere && !isFar(position, press->position)))
         Q_EMIT clicked(press->snippetID);
 }
 
@@ -456,6 +473,8 @@ void SnippetCardListView::endDrag()
 
 void SnippetCardListView::contextMenuEvent(QContextMenuEvent* event)
 {
+    if (lifted)
+        return;
     if (event->reason() == QContextMenuEvent::Keyboard) {
         const auto& id = services.viewModel.selectedSnippetID();
         const QRect card = id ? cardRect(*id) : QRect();

@@ -9,7 +9,7 @@
 #include "views/sidebar/CustomColorPickerView.h"
 #include "views/sidebar/RenameCollectionView.h"
 
-#include <utility>
+#include <memory>
 
 namespace vellumry {
 
@@ -27,17 +27,13 @@ CollectionDialogs::CollectionDialogs(const Dependencies& dependencies, QObject* 
 {
 }
 
-void CollectionDialogs::closeSheet()
-{
-    with.sheets.dismiss(std::exchange(sheet, nullptr));
-}
-
 void CollectionDialogs::showRename(const QString& name)
 {
     toRename = name;
-    const auto close = [this] {
+    const auto sheet = std::make_shared<QWidget*>(nullptr); // known to its answers once it is there
+    const auto close = [this, sheet] {
         toRename.reset();
-        closeSheet();
+        with.sheets.dismiss(*sheet);
     };
     auto* view = new RenameCollectionView(
         with.theme, name, name,
@@ -46,7 +42,7 @@ void CollectionDialogs::showRename(const QString& name)
             with.viewModel.renameCollection(name, newName);
         },
         close);
-    sheet = view;
+    *sheet = view;
     with.sheets.present(view, {.onCancel = close, .firstFocus = view->field()});
 }
 
@@ -62,18 +58,19 @@ void CollectionDialogs::showColorPicker(const QString& name)
 
 void CollectionDialogs::presentColorPicker(const QString& name)
 {
-    const auto close = [this] {
+    const auto sheet = std::make_shared<QWidget*>(nullptr);
+    const auto close = [this, sheet] {
         colorPicker.isPresented = false;
-        closeSheet();
+        with.sheets.dismiss(*sheet);
     };
-    sheet = new CustomColorPickerView(
+    *sheet = new CustomColorPickerView(
         with.theme, name, colorPicker.initialColor,
         [this, name, close](const QColor& color) {
             with.colors.setColor(name, toHex(color));
             close();
         },
         close);
-    with.sheets.present(sheet, {.onCancel = close});
+    with.sheets.present(*sheet, {.onCancel = close});
 }
 
 void CollectionDialogs::showDelete(const QString& name)
@@ -84,9 +81,10 @@ void CollectionDialogs::showDelete(const QString& name)
 
 void CollectionDialogs::presentDelete(const QString& name)
 {
-    const auto close = [this] {
+    const auto sheet = std::make_shared<QWidget*>(nullptr);
+    const auto close = [this, sheet] {
         toDelete.reset();
-        closeSheet();
+        with.sheets.dismiss(*sheet);
     };
     const QString message = QStringLiteral("Are you sure you want to delete \"") + name +
                             QStringLiteral("\" and all its snippets? This action cannot be "
@@ -103,7 +101,7 @@ void CollectionDialogs::presentDelete(const QString& name)
                           with.colors.refresh();
                           close();
                       }}}});
-    sheet = alert;
+    *sheet = alert;
     with.sheets.present(alert, {.onCancel = close, .firstFocus = alert->firstFocus()});
 }
 

@@ -15,7 +15,7 @@ class SheetHost;
 class SnippetListViewModel;
 
 /// What the sidebar asks about one collection: its new name, a colour of one's own, whether it is
-/// to be deleted. Each question is a sheet, and one of them is up at most. Main thread only.
+/// to be deleted. Each question is a sheet of its own. Main thread only.
 class CollectionDialogs : public QObject {
     Q_OBJECT
 
@@ -44,13 +44,11 @@ public:
 private:
     void presentColorPicker(const QString& name);
     void presentDelete(const QString& name);
-    void closeSheet();
 
     Dependencies with;
     std::optional<QString> toRename;
     std::optional<QString> toDelete;
     CustomColorPickerState colorPicker;
-    QWidget* sheet = nullptr;
 };
 
 } // namespace vellumry

@@ -173,44 +173,59 @@ void CollectionRowView::leaveEvent(QEvent*)
 void CollectionRowView::mousePressEvent(QMouseEvent* event)
 {
     if (event->button() == Qt::LeftButton)
-        pressedAt = event->position().toPoint();
+        pressed = Press{event->position().toPoint(), event->globalPosition().toPoint()};
+}
+
+bool CollectionRowView::isFarFromPress(const QMouseEvent& event) const
+{
+    return (event.globalPosition().toPoint() - pressed->screenPosition).manhattanLength() >=
+           QApplication::startDragDistance();
 }
 
 void CollectionRowView::mouseMoveEvent(QMouseEvent* event)
 {
-    if (!pressedAt || !shown.collectionColor)
+    if (!pressed || !shown.collectionColor)
         return;
-    const QPoint position = event->position().toPoint();
-    if (isDragging) {
+    if (!event->buttons().testFlag(Qt::LeftButton)) {
+        endPress(*event); // the release has gone elsewhere
+    } else if (isDragging) {
         Q_EMIT dragMoved(event->globalPosition().toPoint());
-    } else if ((position - *pressedAt).manhattanLength() >= QApplication::startDragDistance()) {
+    } else if (isFarFromPress(*event)) {
         isDragging = true;
-        Q_EMIT dragStarted(*pressedAt);
+        Q_EMIT dragStarted(pressed->grip);
         Q_EMIT dragMoved(event->globalPosition().toPoint());
     }
 }
 
 void CollectionRowView::mouseReleaseEvent(QMouseEvent* event)
 {
-    if (event->button() != Qt::LeftButton || !std::exchange(pressedAt, std::nullopt))
+    if (event->button() != Qt::LeftButton || !pressed)
         return;
-    if (std::exchange(isDragging, false))
-        Q_EMIT dragEnded(event->globalPosition().toPoint());
-    else if (rect().contains(event->position().toPoint()))
+    const bool isClick =
+        !isDragging && (rect().contains(event->position().toPoint()) || !isFarFromPress(*event));
+    endPress(*event);
+    if (isClick)
         press();
+}
+
+void CollectionRowView::endPress(const QMouseEvent& event)
+{
+    pressed.reset();
+    if (std::exchange(isDragging, false))
+        Q_EMIT dragEnded(event.globalPosition().toPoint());
 }
 
 void CollectionRowView::hideEvent(QHideEvent* event)
 {
     AccessibleRow::hideEvent(event);
     // The release will be somebody else's.
-    pressedAt.reset();
+    pressed.reset();
     isDragging = false;
 }
 
 void CollectionRowView::contextMenuEvent(QContextMenuEvent* event)
 {
-    PopupMenu* menu = makeMenu();
+    PopupMenu* menu = isDragging ? nullptr : makeMenu();
     if (!menu)
         return;
     connect(menu, &QMenu::aboutToHide, menu, &QObject::deleteLater);

@@ -81,6 +81,13 @@ protected:
     void focusInEvent(QFocusEvent* event) override;
 
 private:
+    struct Press {
+        QPoint grip;           ///< within the row
+        QPoint screenPosition; ///< for the row itself can move under the pointer
+    };
+
+    [[nodiscard]] bool isFarFromPress(const QMouseEvent& event) const;
+    void endPress(const QMouseEvent& event);
     void setHovered(bool isHovered);
     void paintContents(QPainter& painter, const QRectF& row) const;
 
@@ -90,7 +97,7 @@ private:
     bool hovered = false;
     bool isOpenPlace = false;
     HoverFade* hover;
-    std::optional<QPoint> pressedAt;
+    std::optional<Press> pressed;
     bool isDragging = false;
 };
 

@@ -7,6 +7,7 @@
 #include "views/common/Button.h"
 #include "views/common/CollectionColors.h"
 #include "views/common/EdgeScroll.h"
+#include "views/common/FocusHeir.h"
 #include "views/common/KeyEventMonitor.h"
 #include "views/common/LiftedPicture.h"
 #include "views/common/Motion.h"
@@ -269,10 +270,22 @@ void CollectionSidebarView::refresh()
         stackCollectionRows();
     showRows();
     placeRows();
+    if (std::exchange(hidFocus, false))
+        setKeys(true, listPrefersKeys);
+}
+
+void CollectionSidebarView::hideRow(CollectionRowView& row)
+{
+    hidFocus |= inheritFocus(row, *content);
+    row.hide();
 }
 
 void CollectionSidebarView::refreshCollectionRows()
 {
+    for (const QString& name : std::as_const(names)) {
+        if (!rows.contains(name))
+            rows.insert(name, makeCollectionRow(name));
+    }
     const QSet<QString> wanted(names.begin(), names.end());
     for (auto each = rows.begin(); each != rows.end();) {
         if (wanted.contains(each.key())) {
@@ -284,13 +297,9 @@ void CollectionSidebarView::refreshCollectionRows()
             dragged.reset();
         }
         slidFrom.erase(each.value());
-        each.value()->hide();
+        hideRow(*each.value());
         each.value()->deleteLater();
         each = rows.erase(each);
-    }
-    for (const QString& name : std::as_const(names)) {
-        if (!rows.contains(name))
-            rows.insert(name, makeCollectionRow(name));
     }
 }
 
@@ -382,10 +391,12 @@ void CollectionSidebarView::placeRows()
     allSnippetsRow->setGeometry(rowMargin, y, rowWidth, rowHigh);
     y += rowHigh;
     const bool hasDrafts = !services.viewModel.unsavedEdits().isEmpty();
-    draftsRow->setVisible(hasDrafts);
     if (hasDrafts) {
+        draftsRow->show();
         draftsRow->setGeometry(rowMargin, y, rowWidth, rowHigh);
         y += rowHigh;
+    } else {
+        hideRow(*draftsRow);
     }
     y += sectionGap;
     if (std::exchange(collectionsSectionY, y) != y)
@@ -534,9 +545,7 @@ void CollectionSidebarView::confirmAddCollection()
 
 void CollectionSidebarView::stopAdding()
 {
-    // A field that is hidden with the focus hands it on to whatever Tab would reach.
-    const bool hadFocus = newField->hasFocus();
-    newField->clearFocus();
+    const bool hadFocus = inheritFocus(*newField, *content);
     newField->clear();
     newField->hide();
     placeRows();

@@ -120,6 +120,7 @@ private:
 
     void refresh();
     void refreshCollectionRows();
+    void hideRow(CollectionRowView& row);
     void stackCollectionRows();
     void showRows();
     void placeRows();
@@ -159,6 +160,7 @@ private:
     LiftedPicture* lifted = nullptr;
     QPoint lastDragPosition;
     bool isRefreshing = false;
+    bool hidFocus = false;            ///< since the last refresh, with a row
     bool hadKeysBeforeAdding = false; ///< before the text of a new collection took them
 
     QStringList names;

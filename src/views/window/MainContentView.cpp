@@ -4,6 +4,7 @@
 #include "notifications/NotificationCenter.h"
 #include "views/common/AlertCard.h"
 #include "views/common/CollectionColors.h"
+#include "views/common/FocusHeir.h"
 #include "views/common/PillToast.h"
 #include "views/common/SheetHost.h"
 #include "views/list/SnippetListPanelView.h"
@@ -120,8 +121,11 @@ void MainContentView::observe()
 
     using N = NotificationCenter;
     const N& notifications = services.notifications;
-    connect(&notifications, &N::createSnippet, this,
-            [this] { services.viewModel.createSnippet(); });
+    connect(&notifications, &N::createSnippet, this, [this] {
+        // Keys that come before the new snippet has them are not for the old one.
+        resignTextInputs();
+        services.viewModel.createSnippet();
+    });
     connect(&notifications, &N::importSnippets, this, &MainContentView::importRequested);
     connect(&notifications, &N::exportSnippets, this, &MainContentView::exportRequested);
     connect(&notifications, &N::revealDataInFinder, this,
@@ -162,7 +166,10 @@ bool MainContentView::isWelcoming() const
 
 void MainContentView::showColumnsOrWelcome()
 {
-    stack->setCurrentWidget(services.viewModel.snippets().isEmpty() ? emptyState : columns);
+    QWidget* wanted = services.viewModel.snippets().isEmpty() ? emptyState : columns;
+    if (stack->currentWidget() != wanted)
+        inheritFocus(*stack->currentWidget(), *this);
+    stack->setCurrentWidget(wanted);
     // The layout puts what it shows in front of everything else.
     sheetHost->raise();
     pill->raise();
@@ -175,6 +182,7 @@ void MainContentView::showEditor()
     if (panel && snippet && panel->snippetID() == *id)
         return;
     if (panel) {
+        inheritFocus(*panel, *this);
         panel->hide();
         panel->deleteLater();
         panel = nullptr;
@@ -248,8 +256,8 @@ void MainContentView::hideImportResult()
 void MainContentView::resignTextInputs()
 {
     QWidget* focus = window()->focusWidget();
-    if (focus && textInputOf(focus))
-        focus->clearFocus();
+    if (focus && columns->isAncestorOf(focus) && textInputOf(focus))
+        setFocus(Qt::OtherFocusReason);
 }
 
 void MainContentView::focusMoved(QWidget* now)
