@@ -20,7 +20,8 @@ class X11HotKeyConnection;
 /// of the toolkit. When the server goes away, everything is refused and nothing comes any more.
 class X11HotKeyBackend final : public HotKeyBackend {
 public:
-    /// The longest time for which a press holds the keyboard.
+    /// The longest time for which a press holds the keyboard until it is answered, and then until
+    /// the focus has left the window that it closes.
     static constexpr std::chrono::milliseconds keyboardHoldLimit{250};
 
     /// Connects to a display, "" for the one that the environment names; nothing when that fails.

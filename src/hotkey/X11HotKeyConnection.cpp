@@ -175,6 +175,8 @@ void X11HotKeyConnection::thawAfter(std::uint32_t closing, std::uint64_t pressNu
     if (!freeze || presses != pressNumber)
         return;
     freeze->closing = closing;
+    // The main thread has answered; the window manager has as much time.
+    freeze->until = Clock::now() + keyboardHoldLimit;
     lookForFocus();
 }
 

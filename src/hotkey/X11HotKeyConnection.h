@@ -52,7 +52,8 @@ public:
     [[nodiscard]] std::uint64_t pressCount() const { return presses; }
     /// Lets the keys go on if the press of this number is what holds them.
     void thaw(std::uint64_t pressNumber);
-    /// The same once another window than `closing` has the focus.
+    /// The same once another window than `closing` has the focus, for which there is the time of
+    /// the limit again.
     void thawAfter(std::uint32_t closing, std::uint64_t pressNumber);
 
     /// Works on all events that have come.

@@ -33,6 +33,9 @@ public:
 
 Q_SIGNALS:
     void compositingChanged(bool isCompositing);
+    /// The keyboard has come back to the window before Qt took it for gone, as when the window is
+    /// hidden and shown again at once. Qt holds such a window for inactive and tells nobody.
+    void keyboardCameBack(QWindow* window);
 };
 
 } // namespace vellumry

@@ -1,6 +1,6 @@
 """The pointer in and around the palette."""
 from case import LETTER_TEXT, DesktopCase, main
-from program import HOVERED_GREY, LOST_FOCUS, PALETTE
+from program import HOTKEY, HOVERED_GREY, LOST_FOCUS, PALETTE
 from waiting import wait_for
 
 
@@ -51,6 +51,20 @@ class PaletteMouse(DesktopCase):
         self.assertAlmostEqual(toast[0] + toast[2] / 2, moved[0] + width / 2, delta=1)
         self.assertAlmostEqual(toast[1] + toast[3] / 2, moved[1] + height / 2, delta=1)
         self.desktop.wait_clipboard(LETTER_TEXT)
+
+    def test_click_outside_closes_one_that_was_raised_again_at_once(self):
+        """So it does when the palette was closed and raised again in a moment."""
+        for number, delay in enumerate((5, 20, 50), 1):
+            self.program.open_palette()
+            shown = self.program.shown_count()
+            self.desktop.key("Escape", HOTKEY, delay=delay)
+            wait_for("palette shown again", lambda before=shown: self.program.shown_count() > before)
+            self.program.wait_palette()
+            self.desktop.click(100, 80)
+            self.program.wait_palette_gone()
+            self.assertEqual(self.program.count(LOST_FOCUS), number)
+            self.desktop.wait_focus("Recorder")
+        self.assert_nothing_leaked()
 
     def test_click_outside_closes(self):
         """A click on the other program gives it the focus and closes the palette."""

@@ -603,10 +603,10 @@ TEST_F(X11HotKeyBackendTest, afterAPressThatClosesKeysGoOnAfterTheLimitAtTheLate
     connect();
     registerAltT();
     keyboard->tellActive(editor.get());
-    const auto start = std::chrono::steady_clock::now();
     keyboard->strike(keycode::alt, keycode::t);
     keyboard->type("hello");
     ASSERT_TRUE(waitForPresses(1));
+    const auto start = std::chrono::steady_clock::now();
     backend->releaseKeyboardAfter(editor->windowNumber()); // Which stays.
     EXPECT_TRUE(waitForTyped(*editor, "#64 hello")) << editor->typed();
     EXPECT_GE(std::chrono::steady_clock::now() - start, X11HotKeyBackend::keyboardHoldLimit);

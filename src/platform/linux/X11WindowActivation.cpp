@@ -3,6 +3,7 @@
 #include "session/XcbReply.h"
 
 #include <QGuiApplication>
+#include <QPointer>
 #include <QWindow>
 #include <xcb/xcb.h>
 #include <xcb/xfixes.h>
@@ -36,11 +37,12 @@ X11WindowActivation::X11WindowActivation() : connection(connectionOfQt())
     compositorSelection = atom("_NET_WM_CM_S0");
     compositing = hasCompositor();
     followCompositor();
+    qApp->installNativeEventFilter(this);
 }
 
 X11WindowActivation::~X11WindowActivation()
 {
-    if (selectionNotifyEvent >= 0 && qApp)
+    if (connection && qApp)
         qApp->removeNativeEventFilter(this);
 }
 
@@ -169,7 +171,6 @@ void X11WindowActivation::followCompositor()
                                           XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
                                           XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
     selectionNotifyEvent = extension->first_event + XCB_XFIXES_SELECTION_NOTIFY;
-    qApp->installNativeEventFilter(this);
 }
 
 bool X11WindowActivation::nativeEventFilter(const QByteArray& eventType, void* message, qintptr*)
@@ -177,13 +178,30 @@ bool X11WindowActivation::nativeEventFilter(const QByteArray& eventType, void* m
     if (eventType != "xcb_generic_event_t")
         return false;
     const auto* event = static_cast<const xcb_generic_event_t*>(message);
-    if ((event->response_type & 0x7f) != selectionNotifyEvent)
+    const int type = event->response_type & 0x7f;
+    if (type == XCB_FOCUS_IN) {
+        const auto* focus = reinterpret_cast<const xcb_focus_in_event_t*>(event);
+        if (focus->detail != XCB_NOTIFY_DETAIL_POINTER)
+            windowGotFocus(focus->event);
+    }
+    if (type != selectionNotifyEvent)
         return false;
     const auto* change = reinterpret_cast<const xcb_xfixes_selection_notify_event_t*>(event);
     if (change->selection == compositorSelection)
         QMetaObject::invokeMethod(this, &X11WindowActivation::updateCompositing,
                                   Qt::QueuedConnection);
     return false;
+}
+
+void X11WindowActivation::windowGotFocus(std::uint32_t window)
+{
+    QWindow* focused = QGuiApplication::focusWindow();
+    if (!focused || focused->winId() != window)
+        return;
+    // Behind Qt's own handling, which may be about to take the keyboard for gone.
+    QMetaObject::invokeMethod(
+        this, [this, back = QPointer(focused)] { Q_EMIT keyboardCameBack(back); },
+        Qt::QueuedConnection);
 }
 
 void X11WindowActivation::updateCompositing()

@@ -27,6 +27,7 @@ public:
 
 private:
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
+    void windowGotFocus(std::uint32_t window);
     void broadcast(const QByteArray& message);
     [[nodiscard]] std::uint32_t atom(const char* name) const;
     [[nodiscard]] bool hasWindowManager() const;
