@@ -89,8 +89,7 @@ class AccessibilityCase(DesktopCase):
 
     def start_program(self):
         program = self.start(Program, self.desktop, self.home, (), ())
-        program.wait_settled()
-        self.desktop.wait_focus(MAIN_WINDOW)
+        program.wait_main_window()
         return program
 
     def walk(self, *arguments):

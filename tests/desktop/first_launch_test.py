@@ -1,32 +1,31 @@
 """The first start: the questions about the library, and the first things that a person does."""
-from case import DesktopCase, main
-from program import MAIN_WINDOW, Program
+from case import main
+from person import BUTTON, PersonCase
 from waiting import wait_for, wait_until_stable
+from program import MAIN_WINDOW
+
+TITLE = "Snippet Title"
+DRAFTS = "There are 1 snippet draft(s) not saved."
 
 
-class FirstLaunchCase(DesktopCase):
+class StartFresh(PersonCase):
     collections = None
 
-    def start_program(self):
-        program = self.start(Program, self.desktop, self.home, (), ())
-        program.wait_main_window()
-        return program
-
-    def setUp(self):
-        super().setUp()
-        self.desktop.activate(MAIN_WINDOW)
-
     def settle(self):
-        """Waits until nothing moves in the window, which takes keys by then. A caret may blink."""
+        """Waits until nothing moves in the window, which takes keys by then."""
         area = self.desktop.geometry(self.desktop.window(MAIN_WINDOW))
         wait_until_stable("the window stands still", lambda: self.desktop.x.pixels(*area), 0.4)
 
-    def create_snippet(self):
-        """Makes a snippet, whose title is then to be typed."""
-        self.settle()
+    def create_snippet(self, title):
+        """Makes a snippet by the keyboard, and gives it a title, which is not saved."""
+        self.wait_seen("New Snippet", BUTTON)
+        self.wait_unseen("Setting up your data...")  # it takes the keys as long as it is there
         self.desktop.key("ctrl+n")
         wait_for("the new snippet is on the disk", lambda: "New Snippet" in self.library.snippets())
-        self.settle()
+        self.wait_focused(TITLE)
+        self.desktop.key("ctrl+a")
+        self.desktop.type_text(title)
+        wait_for("the title is typed", lambda: self.text_of(TITLE) == title)
 
     def start_fresh(self):
         """Both steps by the keyboard: the first card, then the folder that is offered."""
@@ -36,27 +35,21 @@ class FirstLaunchCase(DesktopCase):
         self.settle()
         self.desktop.key("Return")
         wait_for("the library is there", self.library.exists)
-        wait_for("its list is loaded", lambda: "VellumryApp: 默认数据已创建" in self.program.lines)
-
-
-class StartFresh(FirstLaunchCase):
 
     def test_makes_the_default_library(self):
         """The questions answered, the default library is on the disk, and they are not put again."""
         self.assertFalse(self.library.exists())
         self.start_fresh()
+        wait_for("it is whole", lambda: "VellumryApp: 默认数据已创建" in self.program.lines)
         self.assertGreater(len(self.library.snippets()), 10)
-        self.program.finish()
-        self.program = self.start_program()
+        self.start_again()
         self.desktop.activate(MAIN_WINDOW)
-        self.create_snippet()
+        self.create_snippet("zebra crossing")
 
     def test_write_a_snippet_and_find_it(self):
         """A snippet that is written, saved and found again by the palette."""
         self.start_fresh()
-        self.create_snippet()
-        self.desktop.type_text("zebra crossing")
-        self.settle()
+        self.create_snippet("zebra crossing")
         self.assertNotIn("zebra crossing", self.library.snippets())
         self.desktop.key("ctrl+s")
         wait_for("it is on the disk", lambda: "zebra crossing" in self.library.snippets())
@@ -69,19 +62,15 @@ class StartFresh(FirstLaunchCase):
     def test_the_end_asks_about_drafts(self):
         """What is not saved is asked about at the end; discarded, it is not on the disk."""
         self.start_fresh()
-        self.create_snippet()
-        self.desktop.type_text("draft of a zebra")
-        self.settle()
+        self.create_snippet("draft of a zebra")
         self.desktop.key("ctrl+q")
-        self.settle()
-        self.assertTrue(self.program.running())
+        self.wait_seen(DRAFTS)
         self.desktop.key("Escape")
-        self.settle()
+        self.wait_unseen(DRAFTS)
         self.assertTrue(self.program.running())
         self.desktop.key("ctrl+q")
-        self.settle()
-        self.desktop.key("Tab")
-        self.desktop.key("space")
+        self.wait_seen(DRAFTS)
+        self.desktop.key("Tab", "space")
         wait_for("the end", lambda: not self.program.running())
         self.assertNotIn("draft of a zebra", self.library.snippets())
 

@@ -48,11 +48,11 @@ class Library:
 
     def _save(self, file_name, record):
         """Writes the whole file atomically, as every program that shares the folder does."""
-        path = os.path.join(self.folder, file_name)
-        with open(path + ".part", "w", encoding="utf-8") as file:
+        part = self.folder + ".part"  # beside the folder, where nobody hears of it
+        with open(part, "w", encoding="utf-8") as file:
             json.dump({**record, "lastModified": date_text(now()), "deviceId": DEVICE}, file,
                       indent=2, sort_keys=True, ensure_ascii=False)
-        os.replace(path + ".part", path)
+        os.replace(part, os.path.join(self.folder, file_name))
 
     def file_bytes(self, name):
         with open(os.path.join(self.folder, f"{name}.json"), "rb") as file:

@@ -1,6 +1,6 @@
 """The keys of the palette, in the real program under a real window manager."""
 from case import LETTER_TEXT, DesktopCase, main
-from program import FOUND, HIDING, HOTKEY, MAIN_WINDOW, PALETTE
+from program import HIDING, HOTKEY, MAIN_WINDOW, PALETTE, RAISED_WHEN_MADE
 from waiting import wait_for
 
 
@@ -21,7 +21,7 @@ class PaletteKeys(DesktopCase):
             self.program.open_palette()
             self.desktop.key("alt+t")
             self.program.wait_palette_gone()
-            self.assertEqual(self.program.count(HIDING), number)
+            wait_for("its line", lambda: self.program.count(HIDING) == number)
             self.desktop.wait_focus("Recorder")
         self.assert_nothing_leaked()
 
@@ -90,9 +90,7 @@ class PaletteKeys(DesktopCase):
         self.program.open_palette()
         self.program.wait_searched()
         self.desktop.key("Return")
-        self.desktop.wait_focus(MAIN_WINDOW)
-        # A window that has just been made is raised once more.
-        wait_for("the window is adopted", lambda: self.program.count(FOUND) == 1)
+        self.program.wait_raised(RAISED_WHEN_MADE)
         self.desktop.command("xdotool", "windowminimize", self.desktop.window(MAIN_WINDOW))
         self.desktop.wait_gone(MAIN_WINDOW)
         self.program.open_palette()

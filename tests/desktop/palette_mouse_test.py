@@ -62,7 +62,7 @@ class PaletteMouse(DesktopCase):
             self.program.wait_palette()
             self.desktop.click(100, 80)
             self.program.wait_palette_gone()
-            self.assertEqual(self.program.count(LOST_FOCUS), number)
+            wait_for("its line", lambda: self.program.count(LOST_FOCUS) == number)
             self.desktop.wait_focus("Recorder")
         self.assert_nothing_leaked()
 
@@ -71,7 +71,7 @@ class PaletteMouse(DesktopCase):
         self.program.open_palette()
         self.desktop.click(100, 80)
         self.program.wait_palette_gone()
-        self.assertEqual(self.program.count(LOST_FOCUS), 1)
+        wait_for("its line", lambda: self.program.count(LOST_FOCUS) == 1)
         self.assert_nothing_leaked()
         self.assert_not_copied()
 

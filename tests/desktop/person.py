@@ -100,7 +100,9 @@ class PersonCase(DesktopCase):
         wait_for(f"{field!r} holds {text!r}", lambda: self.text_of(field) == text)
 
     def answer_file_dialog(self, title, path):
-        """Types the path into the file dialog of that title, which opens, and takes it."""
+        """Types the path into the file dialog of that title, which opens, and takes it; its window
+        has the keyboard again."""
+        back = self.program_windows()
         self.desktop.wait_focus(title)
         self.wait_seen("", FIELD, window=title)
         self.desktop.key("ctrl+a")
@@ -108,6 +110,8 @@ class PersonCase(DesktopCase):
         wait_for("the path is typed", lambda: self.text_of("", title) == path)
         self.desktop.key("Return")
         self.desktop.wait_gone(title)
+        wait_for("one of the windows behind has the keyboard", lambda: self.desktop.command(
+            "xdotool", "getwindowfocus", check=False).strip() in back)
 
     def wait_focused(self, field):
         wait_for(f"{field!r} has the keyboard", lambda: any(

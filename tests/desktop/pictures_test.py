@@ -91,8 +91,7 @@ class WindowPictures(PictureCase):
 
     def start_program(self):
         program = self.start(Program, self.desktop, self.home, (), ())
-        program.wait_settled()
-        self.desktop.wait_focus(MAIN_WINDOW)
+        program.wait_main_window()
         return program
 
     def setUp(self):

@@ -11,7 +11,6 @@ SHOWN = "AppDelegate: palette shown, isPalettePresented = true"
 HIDING = "AppDelegate: hiding palette"
 LOST_FOCUS = "AppDelegate: palette lost focus, hiding"
 ADOPTED = "Main window delegate set: "
-FOUND = "Window found after waiting: vellumry::AppKitWindow"
 SILENT = "SessionBus: the session bus takes connections but does not answer, so Vellumry does " \
          "without it"
 NO_MAIN_WINDOW = "setupMainWindowWithRetry: All attempts exhausted, no main window found"
@@ -27,8 +26,8 @@ START = 3 * TIMEOUT
 ENDS_IN = 5.0
 
 TOAST_SIZE = (300, 90)
-# A start by hand shows the main window, brings it up again once it is there, and adopts it.
-RAISED_AT_START = 3
+# A main window is shown, brought up again once it is there, and adopted or found.
+RAISED_WHEN_MADE = 3
 
 # A query is searched 50 ms after its last letter; rows that stand still for this long are final.
 SEARCHED = 0.25
@@ -70,9 +69,13 @@ class Program(LoggedProcess):
         """Waits until the main window of a start by hand has the keyboard and is raised no more,
         which would take the keyboard away from another window."""
         self.wait_settled()
+        self.wait_raised(RAISED_WHEN_MADE)
+
+    def wait_raised(self, times):
+        """Waits until the main window was raised that many times, and has the keyboard."""
         window = int(self.desktop.window(MAIN_WINDOW))
-        wait_for("the main window is raised for the last time",
-                 lambda: self.desktop.recording.activations(window) >= RAISED_AT_START)
+        wait_for(f"the main window is raised {times} times",
+                 lambda: self.desktop.recording.activations(window) >= times)
         self.desktop.wait_focus(MAIN_WINDOW)
 
     def shown_count(self):

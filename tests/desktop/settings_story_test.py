@@ -66,10 +66,12 @@ class HotKey(PersonCase):
         self.record("ctrl+c")
         self.wait_seen(re.compile(".*conflict.*|.*used by.*|.*reserved.*", re.IGNORECASE),
                        window=SETTINGS_WINDOW)
+        resumed = self.program.count(f"{RESUMED}⌥T")
         self.record("Escape")
         self.wait_seen("Quick Search, Alt+T", BUTTON, window=SETTINGS_WINDOW)
         self.leave_settings()
-        wait_for("it is in force again", lambda: f"{RESUMED}⌥T" in self.program.lines[-2:])
+        wait_for("it is in force again",
+                 lambda: self.program.count(f"{RESUMED}⌥T") > resumed)
         self.program.open_palette()
 
 

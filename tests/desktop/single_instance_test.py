@@ -6,7 +6,8 @@ import time
 
 from case import DesktopCase, main
 from processes import LoggedProcess
-from program import MAIN_WINDOW, PALETTE, READY, SETTINGS_WINDOW, Program
+from program import (MAIN_WINDOW, PALETTE, RAISED_WHEN_MADE, READY, SETTINGS_WINDOW,
+                     Program)
 from waiting import wait_for
 
 # From the second start to its end. The desktop under test shares the machine.
@@ -28,7 +29,7 @@ class SingleInstance(DesktopCase):
         self.assertEqual(status, 0, text)
         self.assertLess(seconds, HANDED_OVER_IN)
         self.assertIn("SingleInstance: Vellumry is running already and has been told", text)
-        self.desktop.wait_focus(MAIN_WINDOW)
+        self.program.wait_raised(RAISED_WHEN_MADE)
         self.assertIn("applicationShouldHandleReopen called, hasVisibleWindows: false",
                       self.program.lines)
         self.recorder.focus()
@@ -69,7 +70,7 @@ class SingleInstance(DesktopCase):
         self.program.wait_settled()
         self.assertEqual(self.run_again("--new-snippet")[0], 0)
         self.desktop.wait_focus(MAIN_WINDOW)
-        self.assertIn("MenuBarService.openMainWindow called", self.program.lines)
+        wait_for("its command", lambda: "MenuBarService.openMainWindow called" in self.program.lines)
 
     def test_settings(self):
         """The settings pause the hot key; it works again when they have gone."""

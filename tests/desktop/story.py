@@ -35,13 +35,11 @@ class StoryCase(DesktopCase):
         """The hot key moves with the keyboard map a moment after the change: press until it does.
         Presses that came too early are forgotten in the other program."""
         def pressed():
-            shown = self.program.shown_count()
+            shown, typed = self.program.shown_count(), len(self.recorder.keys())
             self.desktop.key(HOTKEY)
-            try:
-                wait_for("palette", lambda: self.program.shown_count() > shown, timeout=1)
-            except AssertionError:
-                return False
-            return True
+            wait_for("the press has arrived", lambda: self.program.shown_count() > shown
+                     or len(self.recorder.keys()) > typed)
+            return self.program.shown_count() > shown
         wait_for("the hot key follows the keyboard map", pressed)
         self.program.wait_palette()
         self.desktop.key("Escape")

@@ -259,7 +259,10 @@ class Display(SurroundingsCase):
         library = Library(home["HOME"])
         library.write(self.collections)
         program = self.start(Program, desktop, home, (), arguments)
-        program.wait_settled()
+        if arguments:
+            program.wait_settled()
+        else:
+            program.wait_main_window()
         program.open_palette()
         program.search("letter")
         desktop.key("Return")

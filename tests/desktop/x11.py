@@ -138,6 +138,9 @@ class Recording(Connection):
             if event.type in (_CREATE_NOTIFY, _CONFIGURE_NOTIFY):
                 change = event.configure
                 self._sizes[change.window] = (change.width, change.height)
+                # The server gives the numbers of those that are gone to new ones.
+                if event.type == _CREATE_NOTIFY and change.window in self._activated:
+                    self._activated = [each for each in self._activated if each != change.window]
             elif event.type == _MAP_NOTIFY and event.map.override:
                 self._popups.append(self._sizes.get(event.map.window))
             elif event.type == _CLIENT_MESSAGE:
