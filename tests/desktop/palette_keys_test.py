@@ -15,6 +15,20 @@ class PaletteKeys(DesktopCase):
         self.assert_nothing_leaked()
         self.assert_not_copied()
 
+    def test_two_returns_at_once_are_one_use(self):
+        """What is pressed behind the Return that closes the palette does nothing more in it."""
+        self.program.open_palette()
+        self.program.search("letter")
+        self.desktop.key("Return", "Return", delay=0)
+        self.program.wait_palette_gone()
+        self.assert_nothing_leaked()
+        self.program.open_palette()
+        self.program.search("alpha")
+        self.desktop.key("Return")
+        wait_for("the later use is on the disk",
+                 lambda: self.library.snippets()["alpha note"]["usageCount"] == 1)
+        self.assertEqual(self.library.snippets()["letter"]["usageCount"], 1)
+
     def test_second_press_of_the_hot_key_closes(self):
         """The hot key closes the palette that it has opened, and opens it again."""
         for number in (1, 2, 3):

@@ -25,6 +25,7 @@ protected:
     {
         window.resize(680, 60);
         view.setGeometry(0, 0, 680, 60);
+        window.show();
     }
 
     void showActive()
@@ -52,6 +53,15 @@ protected:
                              &window};
 };
 
+TEST_F(DarkSearchFieldViewTest, keysOnTheirWayWhenThePaletteClosesDoNothing)
+{
+    window.hide();
+    QTest::keyClick(&field(), Qt::Key_Return);
+    QTest::keyClick(&field(), Qt::Key_A);
+    EXPECT_TRUE(calls.isEmpty());
+    EXPECT_TRUE(texts.isEmpty());
+}
+
 TEST_F(DarkSearchFieldViewTest, keysRunTheirCallbacks)
 {
     for (const Qt::Key key :
@@ -72,6 +82,7 @@ TEST_F(DarkSearchFieldViewTest, eachKeyRunsItsCallbackOnceInTheActiveWindow)
 TEST_F(DarkSearchFieldViewTest, keysToAnyWidgetOfTheActiveWindowAreCaught)
 {
     QLineEdit other(&window);
+    other.show();
     showActive();
     other.setFocus();
     QTest::keyClick(&other, Qt::Key_Escape);
@@ -219,6 +230,7 @@ TEST_F(DarkSearchFieldViewTest, aTextOfTheModelIsNotCut)
 TEST_F(DarkSearchFieldViewTest, takesTheFocusATenthOfASecondAfterCreation)
 {
     QLineEdit other(&window);
+    other.show();
     showActive();
     other.setFocus();
     scheduler.advance(99ms);
@@ -230,6 +242,7 @@ TEST_F(DarkSearchFieldViewTest, takesTheFocusATenthOfASecondAfterCreation)
 TEST_F(DarkSearchFieldViewTest, takesTheFocusFiftyMillisecondsAfterAnUpdate)
 {
     QLineEdit other(&window);
+    other.show();
     showActive();
     scheduler.advance(1s);
     other.setFocus();

@@ -15,8 +15,10 @@ namespace vellumry {
 
 namespace {
 
-/// Tells the window manager that the person, not the program, asks for the window.
+// Of the Extended Window Manager Hints: who asks, and what is to be done with the states.
+constexpr std::uint32_t sourceIsProgram = 1;
 constexpr std::uint32_t sourceIsPerson = 2;
+constexpr std::uint32_t addState = 1;
 
 xcb_connection_t* connectionOfQt()
 {
@@ -34,7 +36,7 @@ X11WindowActivation::X11WindowActivation() : connection(connectionOfQt())
     if (!connection)
         return;
     root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
-    compositorSelection = atom("_NET_WM_CM_S0");
+    atoms = internAtoms();
     compositing = hasCompositor();
     followCompositor();
     qApp->installNativeEventFilter(this);
@@ -52,10 +54,9 @@ void X11WindowActivation::prepareToShow(QWindow& window)
         return;
     const auto id = static_cast<xcb_window_t>(window.winId());
     // Qt keeps what it finds here and adds its own states when it shows the window.
-    const std::uint32_t states[] = {atom("_NET_WM_STATE_SKIP_TASKBAR"),
-                                    atom("_NET_WM_STATE_SKIP_PAGER")};
-    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, id, atom("_NET_WM_STATE"), XCB_ATOM_ATOM,
-                        32, 2, states);
+    const std::uint32_t states[] = {atoms.skipTaskbar, atoms.skipPager};
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, id, atoms.state, XCB_ATOM_ATOM, 32, 2,
+                        states);
 }
 
 void X11WindowActivation::activate(QWindow& window)
@@ -66,23 +67,35 @@ void X11WindowActivation::activate(QWindow& window)
     }
     const auto id = static_cast<xcb_window_t>(window.winId());
     if (hasWindowManager()) {
-        xcb_client_message_event_t message{};
-        message.response_type = XCB_CLIENT_MESSAGE;
-        message.format = 32;
-        message.window = id;
-        message.type = atom("_NET_ACTIVE_WINDOW");
-        message.data.data32[0] = sourceIsPerson;
+        // Panels: a window manager that is late takes the states off again as it comes to the
+        // hiding before this showing.
+        if (window.type() == Qt::Tool) {
+            askWindowManager(id, atoms.state,
+                             {addState, atoms.skipTaskbar, atoms.skipPager, sourceIsProgram});
+            askWindowManager(id, atoms.state, {addState, atoms.above, 0, sourceIsProgram});
+        }
         // Not the time of the press: a window manager that has given the keyboard to another window
         // since, as when the main window was hidden or when it came late to what was asked before,
         // turns down a wish that is older than that.
-        message.data.data32[1] = XCB_CURRENT_TIME;
-        xcb_send_event(connection, 0, root,
-                       XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
-                       reinterpret_cast<const char*>(&message));
+        askWindowManager(id, atoms.activeWindow, {sourceIsPerson, XCB_CURRENT_TIME});
     } else {
         xcb_set_input_focus(connection, XCB_INPUT_FOCUS_POINTER_ROOT, id, XCB_CURRENT_TIME);
     }
     xcb_flush(connection);
+}
+
+void X11WindowActivation::askWindowManager(std::uint32_t window, std::uint32_t wish,
+                                           const std::array<std::uint32_t, 5>& details)
+{
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = wish;
+    std::ranges::copy(details, message.data.data32);
+    xcb_send_event(connection, 0, root,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                   reinterpret_cast<const char*>(&message));
 }
 
 void X11WindowActivation::offerToken(const QByteArray& token)
@@ -103,8 +116,7 @@ void X11WindowActivation::broadcast(const QByteArray& message)
     piece.response_type = XCB_CLIENT_MESSAGE;
     piece.format = 8;
     piece.window = sender;
-    piece.type = atom("_NET_STARTUP_INFO_BEGIN");
-    const xcb_atom_t nextType = atom("_NET_STARTUP_INFO");
+    piece.type = atoms.startupInfoBegin;
     constexpr qsizetype pieceSize = sizeof piece.data.data8;
     // The zero behind the text is part of it.
     for (qsizetype sent = 0; sent <= message.size(); sent += pieceSize) {
@@ -113,27 +125,47 @@ void X11WindowActivation::broadcast(const QByteArray& message)
                     static_cast<std::size_t>(std::min(pieceSize, message.size() + 1 - sent)));
         xcb_send_event(connection, 0, root, XCB_EVENT_MASK_PROPERTY_CHANGE,
                        reinterpret_cast<const char*>(&piece));
-        piece.type = nextType;
+        piece.type = atoms.startupInfo;
     }
     xcb_destroy_window(connection, sender);
     xcb_flush(connection);
 }
 
-std::uint32_t X11WindowActivation::atom(const char* name) const
+/// All in one round trip.
+X11WindowActivation::Atoms X11WindowActivation::internAtoms() const
 {
-    const auto cookie =
-        xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(std::strlen(name)), name);
-    const XcbReply<xcb_intern_atom_reply_t> reply(
-        xcb_intern_atom_reply(connection, cookie, nullptr));
-    return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
+    struct Name {
+        const char* text;
+        std::uint32_t Atoms::*atom;
+        xcb_intern_atom_cookie_t cookie;
+    };
+    Name names[] = {{"_NET_WM_STATE", &Atoms::state, {}},
+                    {"_NET_WM_STATE_SKIP_TASKBAR", &Atoms::skipTaskbar, {}},
+                    {"_NET_WM_STATE_SKIP_PAGER", &Atoms::skipPager, {}},
+                    {"_NET_WM_STATE_ABOVE", &Atoms::above, {}},
+                    {"_NET_ACTIVE_WINDOW", &Atoms::activeWindow, {}},
+                    {"_NET_SUPPORTING_WM_CHECK", &Atoms::windowManagerCheck, {}},
+                    {"_NET_WM_CM_S0", &Atoms::compositorSelection, {}},
+                    {"_NET_STARTUP_INFO_BEGIN", &Atoms::startupInfoBegin, {}},
+                    {"_NET_STARTUP_INFO", &Atoms::startupInfo, {}}};
+    for (Name& name : names)
+        name.cookie = xcb_intern_atom(
+            connection, 0, static_cast<std::uint16_t>(std::strlen(name.text)), name.text);
+    Atoms result;
+    for (const Name& name : names) {
+        const XcbReply<xcb_intern_atom_reply_t> reply(
+            xcb_intern_atom_reply(connection, name.cookie, nullptr));
+        if (reply)
+            result.*name.atom = reply->atom;
+    }
+    return result;
 }
 
 bool X11WindowActivation::hasWindowManager() const
 {
-    const auto property = atom("_NET_SUPPORTING_WM_CHECK");
-    const auto check = [this, property](xcb_window_t window) -> xcb_window_t {
-        const auto cookie =
-            xcb_get_property(connection, 0, window, property, XCB_ATOM_WINDOW, 0, 1);
+    const auto check = [this](xcb_window_t window) -> xcb_window_t {
+        const auto cookie = xcb_get_property(connection, 0, window, atoms.windowManagerCheck,
+                                             XCB_ATOM_WINDOW, 0, 1);
         const XcbReply<xcb_get_property_reply_t> reply(
             xcb_get_property_reply(connection, cookie, nullptr));
         if (!reply || reply->format != 32 || xcb_get_property_value_length(reply.get()) < 4)
@@ -149,7 +181,7 @@ bool X11WindowActivation::hasWindowManager() const
 
 bool X11WindowActivation::hasCompositor() const
 {
-    const auto cookie = xcb_get_selection_owner(connection, compositorSelection);
+    const auto cookie = xcb_get_selection_owner(connection, atoms.compositorSelection);
     const XcbReply<xcb_get_selection_owner_reply_t> reply(
         xcb_get_selection_owner_reply(connection, cookie, nullptr));
     return reply && reply->owner != XCB_WINDOW_NONE;
@@ -166,7 +198,7 @@ void X11WindowActivation::followCompositor()
         nullptr));
     if (!version)
         return;
-    xcb_xfixes_select_selection_input(connection, root, compositorSelection,
+    xcb_xfixes_select_selection_input(connection, root, atoms.compositorSelection,
                                       XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
                                           XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
                                           XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
@@ -187,7 +219,7 @@ bool X11WindowActivation::nativeEventFilter(const QByteArray& eventType, void* m
     if (type != selectionNotifyEvent)
         return false;
     const auto* change = reinterpret_cast<const xcb_xfixes_selection_notify_event_t*>(event);
-    if (change->selection == compositorSelection)
+    if (change->selection == atoms.compositorSelection)
         QMetaObject::invokeMethod(this, &X11WindowActivation::updateCompositing,
                                   Qt::QueuedConnection);
     return false;

@@ -4,6 +4,7 @@
 
 #include <QAbstractNativeEventFilter>
 
+#include <array>
 #include <cstdint>
 
 struct xcb_connection_t;
@@ -26,10 +27,26 @@ public:
     void offerToken(const QByteArray& token) override;
 
 private:
+    /// Zero where the server did not answer.
+    struct Atoms {
+        std::uint32_t state = 0;
+        std::uint32_t skipTaskbar = 0;
+        std::uint32_t skipPager = 0;
+        std::uint32_t above = 0;
+        std::uint32_t activeWindow = 0;
+        std::uint32_t windowManagerCheck = 0;
+        std::uint32_t compositorSelection = 0;
+        std::uint32_t startupInfoBegin = 0;
+        std::uint32_t startupInfo = 0;
+    };
+
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
+    /// A client message to the root window, with what that wish wants told.
+    void askWindowManager(std::uint32_t window, std::uint32_t wish,
+                          const std::array<std::uint32_t, 5>& details);
     void windowGotFocus(std::uint32_t window);
     void broadcast(const QByteArray& message);
-    [[nodiscard]] std::uint32_t atom(const char* name) const;
+    [[nodiscard]] Atoms internAtoms() const;
     [[nodiscard]] bool hasWindowManager() const;
     [[nodiscard]] bool hasCompositor() const;
     void followCompositor();
@@ -37,7 +54,7 @@ private:
 
     xcb_connection_t* connection = nullptr; ///< Qt's; null where Qt does not draw on X11
     std::uint32_t root = 0;
-    std::uint32_t compositorSelection = 0;
+    Atoms atoms;
     int selectionNotifyEvent = -1;
     bool compositing = true;
 };

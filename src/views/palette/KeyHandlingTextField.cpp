@@ -33,6 +33,9 @@ bool KeyHandlingTextField::eventFilter(QObject* watched, QEvent* event)
 
 void KeyHandlingTextField::keyPressEvent(QKeyEvent* event)
 {
+    // On its way when the palette closed: a second Return would copy, and count, a second time.
+    if (!isVisible())
+        return;
     if (!keyHandler(*event))
         CaretLineEdit::keyPressEvent(event);
 }
