@@ -30,7 +30,7 @@ TOAST_SIZE = (300, 90)
 RAISED_WHEN_MADE = 3
 
 # A query is searched 50 ms after its last letter; rows that stand still for this long are final.
-SEARCHED = 0.25
+SEARCHED = 0.4
 # Where the toast, which stands in the middle of the palette, does not cover the rows.
 UNCOVERED_WIDTH, FIELD_HEIGHT = 180, 62
 # The grounds of rows: white levels 0.18 and 0.15.
