@@ -191,7 +191,7 @@ void MainContents::openExternally(const QUrl& url)
 void MainContents::toggleSidebar()
 {
     if (view)
-        view->sidebar().setVisible(!view->sidebar().isVisible());
+        view->toggleSidebar();
 }
 
 std::optional<qsizetype> MainContents::ask(const QuitQuestion& question)

@@ -131,6 +131,12 @@ QList<QWidget*> otherWindows(const QList<QPointer<QWidget>>& mainWindows)
 QtApplicationWindows::QtApplicationWindows(Dependencies dependencies, QObject* parent)
     : ApplicationWindows(parent), with(std::move(dependencies))
 {
+    connect(&with.activation, &PanelActivation::keyboardCameBack, this, [](const QWindow* window) {
+        for (QWidget* each : QApplication::topLevelWidgets()) {
+            if (each->windowHandle() == window && each->isVisible())
+                QApplication::setActiveWindow(each);
+        }
+    });
 }
 
 QtApplicationWindows::~QtApplicationWindows()

@@ -23,8 +23,8 @@ namespace vellumry::hotkey {
 /// held. Belongs to one thread at a time.
 ///
 /// The server freezes the keyboard at a press and keeps what is typed from then on, until thaw() or
-/// for `holdLimit`. Nothing that is typed goes to the window that had the focus before, or gets
-/// lost.
+/// for `holdLimit`; behind a press that closes a window, for as long again. Nothing that is typed
+/// goes to the window that had the focus before, or gets lost.
 class X11HotKeyConnection {
 public:
     using Clock = std::chrono::steady_clock;

@@ -33,8 +33,8 @@ public:
 
 Q_SIGNALS:
     void compositingChanged(bool isCompositing);
-    /// The keyboard has come back to the window before Qt took it for gone, as when the window is
-    /// hidden and shown again at once. Qt holds such a window for inactive and tells nobody.
+    /// The keyboard has come back to the window before Qt took it for gone. Where the window was
+    /// hidden and shown again meanwhile, Qt holds it for inactive from then on, and tells nobody.
     void keyboardCameBack(QWindow* window);
 };
 

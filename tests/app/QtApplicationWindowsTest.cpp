@@ -114,6 +114,29 @@ TEST_F(QtApplicationWindowsTest, nothingIsBuiltBeforeItIsNeeded)
     EXPECT_EQ(contentsMade, 0);
 }
 
+TEST_F(QtApplicationWindowsTest, aWindowIsActiveAlsoWhenTheKeyboardComesBackUnnoticed)
+{
+    KeyablePanel panel(activation);
+    const QSignalSpy gained(&panel, &KeyablePanel::gainedKeyStatus);
+    panel.orderFront();
+    ASSERT_TRUE(eventually([&] { return panel.isKey(); }));
+    Q_EMIT activation.keyboardCameBack(panel.windowHandle());
+    EXPECT_EQ(gained.size(), 1);
+    panel.orderOut();
+    ASSERT_FALSE(panel.isKey());
+    Q_EMIT activation.keyboardCameBack(panel.windowHandle());
+    EXPECT_FALSE(panel.isKey()) << "it is hidden again by now";
+    panel.show();
+    QApplication::setActiveWindow(nullptr);
+    QWidget other;
+    other.winId();
+    Q_EMIT activation.keyboardCameBack(other.windowHandle());
+    EXPECT_FALSE(panel.isKey());
+    Q_EMIT activation.keyboardCameBack(panel.windowHandle());
+    EXPECT_TRUE(panel.isKey());
+    EXPECT_EQ(gained.size(), 2);
+}
+
 TEST_F(QtApplicationWindowsTest, theGroupsWindowIsAMainWindowAndAnnouncesItselfOnce)
 {
     const QSignalSpy appearances(&windows, &ApplicationWindows::mainWindowDidAppear);

@@ -21,7 +21,7 @@ class PaletteKeys(DesktopCase):
         self.program.search("letter")
         self.desktop.key("Return", "Return", delay=0)
         self.program.wait_palette_gone()
-        self.assert_nothing_leaked()
+        self.desktop.wait_focus("Recorder")
         self.program.open_palette()
         self.program.search("alpha")
         self.desktop.key("Return")

@@ -54,7 +54,7 @@ class PaletteMouse(DesktopCase):
 
     def test_click_outside_closes_one_that_was_raised_again_at_once(self):
         """So it does when the palette was closed and raised again in a moment."""
-        for number, delay in enumerate((5, 20, 50), 1):
+        for number, delay in enumerate((20, 35, 50), 1):
             self.program.open_palette()
             shown = self.program.shown_count()
             self.desktop.key("Escape", HOTKEY, delay=delay)

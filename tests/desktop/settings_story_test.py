@@ -60,8 +60,7 @@ class HotKey(PersonCase):
         self.desktop.set_clipboard("untouched")
 
     def test_refused_and_cancelled(self):
-        """Keys that are not to be had are refused in words, and Escape leaves all as it was: the
-        old hot key works as soon as the settings are closed."""
+        """Keys that are not to be had are refused in words, and Escape leaves all as it was."""
         self.open_settings()
         self.record("ctrl+c")
         self.wait_seen(re.compile(".*conflict.*|.*used by.*|.*reserved.*", re.IGNORECASE),
@@ -69,9 +68,9 @@ class HotKey(PersonCase):
         resumed = self.program.count(f"{RESUMED}⌥T")
         self.record("Escape")
         self.wait_seen("Quick Search, Alt+T", BUTTON, window=SETTINGS_WINDOW)
-        self.leave_settings()
         wait_for("it is in force again",
                  lambda: self.program.count(f"{RESUMED}⌥T") > resumed)
+        self.leave_settings()
         self.program.open_palette()
 
 

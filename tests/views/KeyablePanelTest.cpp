@@ -92,30 +92,6 @@ TEST_F(KeyablePanelTest, tellsOfGainedAndLostKeyStatus)
     EXPECT_EQ(resigned, 1);
 }
 
-TEST_F(KeyablePanelTest, hasKeyStatusAlsoWhenTheKeyboardComesBackUnnoticed)
-{
-    int gained = 0;
-    QObject::connect(&panel, &KeyablePanel::gainedKeyStatus, &panel, [&] { ++gained; });
-    panel.orderFront();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&panel));
-    Q_EMIT activation.keyboardCameBack(panel.windowHandle());
-    EXPECT_EQ(gained, 1);
-    panel.orderOut();
-    ASSERT_FALSE(panel.isKey());
-    Q_EMIT activation.keyboardCameBack(panel.windowHandle());
-    EXPECT_FALSE(panel.isKey()) << "it is hidden again by now";
-    panel.show();
-    QApplication::setActiveWindow(nullptr);
-    QWidget other;
-    other.winId();
-    Q_EMIT activation.keyboardCameBack(other.windowHandle());
-    Q_EMIT activation.keyboardCameBack(nullptr);
-    EXPECT_FALSE(panel.isKey());
-    Q_EMIT activation.keyboardCameBack(panel.windowHandle());
-    EXPECT_TRUE(panel.isKey());
-    EXPECT_EQ(gained, 2);
-}
-
 TEST_F(KeyablePanelTest, standsInTheMiddleOfTheScreen)
 {
     panel.move(3, 4);

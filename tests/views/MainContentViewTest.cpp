@@ -270,6 +270,24 @@ TEST_F(MainContentViewTest, TheWelcomesButtonIsNotPressedByAKeyForWhatWasThere)
     EXPECT_TRUE(content().isWelcoming());
 }
 
+TEST_F(MainContentViewTest, AHiddenSidebarHandsItsKeysToTheList)
+{
+    loadFour();
+    open();
+    model.setSelectedSnippetID(u"id-One"_s);
+    clickRow(sidebar().collectionRow(u"Work"_s));
+    content().toggleSidebar();
+    EXPECT_FALSE(sidebar().isVisible());
+    EXPECT_FALSE(sidebar().allowKeyboardNav());
+    EXPECT_TRUE(list().allowKeyboardNav());
+    EXPECT_TRUE(cards().hasFocus());
+    content().toggleSidebar();
+    EXPECT_TRUE(sidebar().isVisible());
+    editor()->setFocus();
+    content().toggleSidebar();
+    EXPECT_TRUE(editor()->hasFocus());
+}
+
 // Delete alert
 
 TEST_F(MainContentViewTest, DeletingASnippetAsks)

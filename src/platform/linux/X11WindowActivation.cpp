@@ -232,7 +232,11 @@ void X11WindowActivation::windowGotFocus(std::uint32_t window)
         return;
     // Behind Qt's own handling, which may be about to take the keyboard for gone.
     QMetaObject::invokeMethod(
-        this, [this, back = QPointer(focused)] { Q_EMIT keyboardCameBack(back); },
+        this,
+        [this, back = QPointer(focused)] {
+            if (back && back == QGuiApplication::focusWindow())
+                Q_EMIT keyboardCameBack(back);
+        },
         Qt::QueuedConnection);
 }
 

@@ -5,8 +5,8 @@
 #include "views/common/RoundedMask.h"
 #include "views/palette/QuickSearchStyle.h"
 
-#include <QApplication>
 #include <QEvent>
+#include <QGuiApplication>
 #include <QMouseEvent>
 #include <QScreen>
 #include <QWindow>
@@ -22,10 +22,6 @@ KeyablePanel::KeyablePanel(PanelActivation& activation, QWidget* parent)
     setAttribute(Qt::WA_TranslucentBackground);
     setFixedSize(QuickSearchStyle::width, QuickSearchStyle::height);
     connect(&desktop, &PanelActivation::compositingChanged, this, &KeyablePanel::updateMask);
-    connect(&desktop, &PanelActivation::keyboardCameBack, this, [this](const QWindow* window) {
-        if (window && window == windowHandle() && isVisible())
-            QApplication::setActiveWindow(this);
-    });
     updateMask();
 }
 

@@ -173,7 +173,9 @@ void PaletteListView::mouseReleaseEvent(QMouseEvent* event)
     const QString pressed = std::exchange(pressedRowId, QString());
     const int line = lineAt(event->position().toPoint());
     event->setAccepted(!pressed.isEmpty());
-    if (event->button() != Qt::LeftButton || line < 0 || lines->line(line).id != pressed)
+    // On its way when the palette closed, as the second click of two, it copies nothing more.
+    if (event->button() != Qt::LeftButton || !isVisible() || line < 0 ||
+        lines->line(line).id != pressed)
         return;
     const PaletteRow row = lines->line(line);
     Q_EMIT rowClicked(row);

@@ -98,9 +98,6 @@ void MainContentView::layOut()
     row->setSpacing(0);
     row->addWidget(sidebarView);
     row->addWidget(splitter, 1);
-    // From left to right, other than the order in which the columns came to be.
-    setTabOrder(sidebarView, listPanel);
-    setTabOrder(listPanel, editorColumn);
 
     stack->addWidget(columns);
     stack->addWidget(emptyState);
@@ -258,6 +255,14 @@ void MainContentView::resignTextInputs()
     QWidget* focus = window()->focusWidget();
     if (focus && columns->isAncestorOf(focus) && textInputOf(focus))
         setFocus(Qt::OtherFocusReason);
+}
+
+void MainContentView::toggleSidebar()
+{
+    const bool isShown = sidebarView->isVisible();
+    if (isShown && (inheritFocus(*sidebarView, *this) || sidebarView->allowKeyboardNav()))
+        Q_EMIT services.notifications.focusSnippetList();
+    sidebarView->setVisible(!isShown);
 }
 
 void MainContentView::focusMoved(QWidget* now)

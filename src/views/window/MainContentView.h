@@ -59,8 +59,11 @@ public:
     void showImportResult(const QString& symbol, const QString& text);
     void hideImportResult();
 
-    /// Ends the editing of a text, if there is any: its field loses the focus.
+    /// Ends the editing of a text in the columns, if there is any: its field loses the focus.
     void resignTextInputs();
+
+    /// Hides the sidebar, whose keys go to the list, or shows it.
+    void toggleSidebar();
 
     /// Where sheets are shown over these contents.
     [[nodiscard]] SheetHost& sheets() const { return *sheetHost; }
