@@ -76,6 +76,10 @@ public:
     }
     void makeContentViewFirstResponder() override
     {
+        // Wayland tells of the click that activates a window before it tells of the activation.
+        const QWidget* focused = widget.focusWidget();
+        if (QGuiApplication::mouseButtons() != Qt::NoButton && focused && focused->underMouse())
+            return;
         const auto* main = qobject_cast<const QMainWindow*>(&widget);
         QWidget* contents = main ? main->centralWidget() : &widget;
         // A sheet keeps what it has.

@@ -235,12 +235,11 @@ VellumryApp::VellumryApp()
             &MainWindowKeeper::activateMainWindow);
     connect(&windows, &QtApplicationWindows::settingsWindowDidDisappear, &container.hotkeyService(),
             &HotkeyService::resumeHotkey);
-    // In this very turn: the click that has activated the window comes next, as a rule, and what it
-    // turns to keeps the keyboard; also where the click has come first.
+    // In this very turn: the click that has activated the window comes next, and what it turns to
+    // keeps the keyboard.
     connect(qApp, &QGuiApplication::focusWindowChanged, this,
             [this, wasActive = false](const QWindow* window) mutable {
-                if (!std::exchange(wasActive, window != nullptr) && window &&
-                    QGuiApplication::mouseButtons() == Qt::NoButton)
+                if (!std::exchange(wasActive, window != nullptr) && window)
                     appDelegate.applicationDidBecomeActive();
             });
     // Answered before the session goes on.

@@ -26,6 +26,7 @@
 #include <QMenuBar>
 #include <QScreen>
 #include <QSignalSpy>
+#include <QTest>
 #include <QWindow>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -135,6 +136,26 @@ TEST_F(QtApplicationWindowsTest, aWindowIsActiveAlsoWhenTheKeyboardComesBackUnno
     Q_EMIT activation.keyboardCameBack(panel.windowHandle());
     EXPECT_TRUE(panel.isKey());
     EXPECT_EQ(gained.size(), 2);
+}
+
+TEST_F(QtApplicationWindowsTest, whatAClickHasChosenKeepsTheKeyboard)
+{
+    windows.openWindowOfGroup();
+    ApplicationWindow& handle = *mainWindows().first();
+    MainWindow& window = widgetOf(handle);
+    ASSERT_TRUE(eventually([&] { return window.isActiveWindow(); }));
+    QLineEdit field(window.centralWidget());
+    field.setGeometry(10, 10, 100, 30);
+    field.show();
+    const QPoint place = field.mapTo(&window, field.rect().center());
+    QTest::mouseMove(window.windowHandle(), place);
+    QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, place);
+    ASSERT_TRUE(field.hasFocus());
+    handle.makeContentViewFirstResponder();
+    EXPECT_TRUE(field.hasFocus());
+    QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {}, place);
+    handle.makeContentViewFirstResponder();
+    EXPECT_FALSE(field.hasFocus());
 }
 
 TEST_F(QtApplicationWindowsTest, theGroupsWindowIsAMainWindowAndAnnouncesItselfOnce)

@@ -270,7 +270,45 @@ TEST_F(MainContentViewTest, TheWelcomesButtonIsNotPressedByAKeyForWhatWasThere)
     EXPECT_TRUE(content().isWelcoming());
 }
 
-TEST_F(MainContentViewTest, AHiddenSidebarHandsItsKeysToTheList)
+TEST_F(MainContentViewTest, AnEditorThatAnnouncesADraftAsItGoesLeavesOneEditor)
+{
+    struct Composing : QPlainTextEdit {
+        std::function<void()> onFocusOut;
+        void focusOutEvent(QFocusEvent*) override { onFocusOut(); }
+    };
+    loadFour();
+    makeEditor = [this](const SnippetEditorRequest& request, QWidget* parent) {
+        auto* editor = new Composing;
+        editor->setParent(parent);
+        editor->setObjectName(request.snippet.id());
+        editor->onFocusOut = [this] { editTitle(u"One"_s, u"composed %1"_s.arg(editors)); };
+        ++editors;
+        return editor;
+    };
+    open();
+    const auto shownEditors = [this] {
+        QStringList names;
+        for (const auto* each : content().findChildren<QPlainTextEdit*>())
+            if (each->isVisible())
+                names.append(each->objectName());
+        return names;
+    };
+    model.setSelectedSnippetID(u"id-One"_s);
+    QApplication::processEvents();
+    content().findChild<QPlainTextEdit*>(u"id-One"_s)->setFocus();
+    model.setSelectedSnippetID(u"id-Two"_s);
+    QApplication::processEvents();
+    EXPECT_EQ(shownEditors(), QStringList{u"id-Two"_s});
+    EXPECT_EQ(editors, 2);
+    EXPECT_EQ(model.effectiveSnippet(u"id-One"_s)->title(), u"composed 1"_s);
+
+    content().findChild<QPlainTextEdit*>(u"id-Two"_s)->setFocus();
+    model.setSelectedSnippetID(std::nullopt);
+    EXPECT_EQ(shownEditors(), QStringList());
+    EXPECT_EQ(model.effectiveSnippet(u"id-One"_s)->title(), u"composed 2"_s);
+}
+
+TEST_F(MainContentViewTest, AHiddenSidebarHasTheKeysNoLonger)
 {
     loadFour();
     open();
@@ -279,8 +317,8 @@ TEST_F(MainContentViewTest, AHiddenSidebarHandsItsKeysToTheList)
     content().toggleSidebar();
     EXPECT_FALSE(sidebar().isVisible());
     EXPECT_FALSE(sidebar().allowKeyboardNav());
-    EXPECT_TRUE(list().allowKeyboardNav());
-    EXPECT_TRUE(cards().hasFocus());
+    EXPECT_EQ(content().focusWidget(), &content());
+    EXPECT_EQ(selected(), u"One"_s);
     content().toggleSidebar();
     EXPECT_TRUE(sidebar().isVisible());
     editor()->setFocus();

@@ -245,6 +245,21 @@ TEST_F(SheetHostTest, WhereOneSheetTakesThePlaceOfAnotherTheFocusGoesBackBehindB
     EXPECT_TRUE(behind->hasFocus());
 }
 
+TEST_F(SheetHostTest, ALowerSheetHasTheKeysAlsoWhenWhatOpenedTheUpperOneIsGone)
+{
+    Sheet* first = present();
+    first->accept->setFocus(Qt::TabFocusReason);
+    QApplication::processEvents();
+    Sheet* second = present();
+    first->accept->hide();
+    QApplication::processEvents();
+    host->dismiss(second);
+    QApplication::processEvents();
+    EXPECT_TRUE(first->isAncestorOf(window.focusWidget()));
+    host->dismiss(first);
+    EXPECT_TRUE(behind->hasFocus());
+}
+
 TEST_F(SheetHostTest, InAWindowThatIsYetToComeASheetHasTheFocusAsWell)
 {
     window.hide();

@@ -104,8 +104,6 @@ public:
         frozenCard = last;
         if (hadFocus && focusBefore && focusBefore->isVisible())
             focusBefore->setFocus(Qt::OtherFocusReason);
-        else
-            inheritFocus(*this, *parentWidget()->parentWidget());
         start(leaveTime, QEasingCurve::InCubic, 1, 0, std::move(whenGone));
     }
 
@@ -308,8 +306,12 @@ void SheetHost::dismiss(QWidget* contents)
         layer->deleteLater();
         layerGone();
     });
-    if (!layers.empty())
+    if (!layers.empty()) {
+        if (layer->holds(window()->focusWidget()))
+            layers.back()->takeFocus();
         return;
+    }
+    inheritFocus(*layer, *parentWidget());
     // What is behind takes input again, while the last sheet is still to be seen.
     setAttribute(Qt::WA_TransparentForMouseEvents);
     Q_EMIT presentingChanged();

@@ -178,11 +178,13 @@ void MainContentView::showEditor()
     const auto snippet = id ? services.viewModel.effectiveSnippet(*id) : std::nullopt;
     if (panel && snippet && panel->snippetID() == *id)
         return;
-    if (panel) {
-        inheritFocus(*panel, *this);
-        panel->hide();
-        panel->deleteLater();
-        panel = nullptr;
+    if (SnippetEditorPanel* gone = std::exchange(panel, nullptr)) {
+        inheritFocus(*gone, *this);
+        gone->hide();
+        gone->deleteLater();
+        // A text that loses the focus can announce what an input method had begun.
+        if (panel)
+            return;
     }
     if (snippet) {
         panel = new SnippetEditorPanel(
@@ -260,8 +262,10 @@ void MainContentView::resignTextInputs()
 void MainContentView::toggleSidebar()
 {
     const bool isShown = sidebarView->isVisible();
-    if (isShown && (inheritFocus(*sidebarView, *this) || sidebarView->allowKeyboardNav()))
-        Q_EMIT services.notifications.focusSnippetList();
+    if (isShown) {
+        inheritFocus(*sidebarView, *this);
+        sidebarView->stopKeyboardNav();
+    }
     sidebarView->setVisible(!isShown);
 }
 

@@ -62,7 +62,7 @@ public:
     /// Ends the editing of a text in the columns, if there is any: its field loses the focus.
     void resignTextInputs();
 
-    /// Hides the sidebar, whose keys go to the list, or shows it.
+    /// Hides the sidebar, which has the keys no longer, or shows it.
     void toggleSidebar();
 
     /// Where sheets are shown over these contents.
