@@ -1,10 +1,9 @@
 """The first start: the questions about the library, and the first things that a person does."""
 from case import main
 from person import BUTTON, PersonCase
-from waiting import wait_for, wait_until_stable
 from program import MAIN_WINDOW
+from waiting import wait_for, wait_until_stable
 
-TITLE = "Snippet Title"
 DRAFTS = "There are 1 snippet draft(s) not saved."
 
 
@@ -17,15 +16,10 @@ class StartFresh(PersonCase):
         wait_until_stable("the window stands still", lambda: self.desktop.x.pixels(*area), 0.4)
 
     def create_snippet(self, title):
-        """Makes a snippet by the keyboard, and gives it a title, which is not saved."""
+        """Makes a snippet by the keyboard as soon as the window takes the keys."""
         self.wait_seen("New Snippet", BUTTON)
         self.wait_unseen("Setting up your data...")  # it takes the keys as long as it is there
-        self.desktop.key("ctrl+n")
-        wait_for("the new snippet is on the disk", lambda: "New Snippet" in self.library.snippets())
-        self.wait_focused(TITLE)
-        self.desktop.key("ctrl+a")
-        self.desktop.type_text(title)
-        wait_for("the title is typed", lambda: self.text_of(TITLE) == title)
+        self.create(title)
 
     def start_fresh(self):
         """Both steps by the keyboard: the first card, then the folder that is offered."""

@@ -4,11 +4,11 @@ import re
 
 from case import SAMPLE, main
 from library import snippet
-from person import BUTTON, FIELD, ROW, PersonCase
+from person import BUTTON, FIELD, ROW, TITLE, PersonCase
 from program import MAIN_WINDOW
 from waiting import NotReached, wait_for, wait_until_stable
 
-TITLE, SUBTITLE, CONTENT = "Snippet Title", "Add a subtitle (optional)", "Snippet content"
+SUBTITLE, CONTENT = "Add a subtitle (optional)", "Snippet content"
 KEYWORDS, FILTER = "Related terms", "Filter list"
 CARDS, SIDEBAR = "Snippets", "Collections"
 # Positions in the menus.
@@ -32,15 +32,6 @@ class MainWindowCase(PersonCase):
             with contextlib.suppress(NotReached):
                 return wait_for("the title", lambda: self.text_of(TITLE) == title, timeout=3)
         wait_for(f"{title!r} is in the editor", selected)
-
-    def create(self, title):
-        """Makes a snippet with the key for it, and gives it a title, which is not saved."""
-        self.desktop.key("ctrl+n")
-        wait_for("the new snippet is on the disk", lambda: "New Snippet" in self.library.snippets())
-        self.wait_focused(TITLE)
-        self.desktop.key("ctrl+a")
-        self.desktop.type_text(title)
-        wait_for("the title is typed", lambda: self.text_of(TITLE) == title)
 
     def save(self, title):
         self.desktop.key("ctrl+s")

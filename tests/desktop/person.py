@@ -6,6 +6,8 @@ from waiting import NotReached, wait_for
 
 # What screen readers call things.
 BUTTON, ROW, FIELD = "push button", "list item", "text"
+# The field of a snippet's title in the editor.
+TITLE = "Snippet Title"
 
 
 class PersonCase(DesktopCase):
@@ -90,6 +92,15 @@ class PersonCase(DesktopCase):
 
     def program_windows(self):
         return set(self.desktop.windows_of(WINDOW_CLASS))
+
+    def create(self, title):
+        """Makes a snippet with the key for it, and gives it a title, which is not saved."""
+        self.desktop.key("ctrl+n")
+        wait_for("the new snippet is on the disk", lambda: "New Snippet" in self.library.snippets())
+        self.wait_focused(TITLE)
+        self.desktop.key("ctrl+a")
+        self.desktop.type_text(title)
+        wait_for("the title is typed", lambda: self.text_of(TITLE) == title)
 
     def enter(self, text, field):
         """Clicks into the field of that name and types the text in the place of what it holds."""

@@ -10,6 +10,7 @@
 #include <QShortcut>
 #include <QTest>
 #include <QVBoxLayout>
+#include <QVariantAnimation>
 #include <QWindow>
 #include <gtest/gtest.h>
 
@@ -310,6 +311,13 @@ TEST(SheetHostMotionTest, KeysThatComeWhileItEntersArrive)
     EXPECT_TRUE(eventually([&] { return window.rect().contains(field->geometry()); }));
 }
 
+/// Lets what moves stop where it is, however long the test takes.
+void stayOnTheWay(const SheetHost& host)
+{
+    for (auto* motion : host.findChildren<QVariantAnimation*>())
+        motion->pause();
+}
+
 TEST(SheetHostMotionTest, CommandsThatComeWhileItLeavesArriveAlsoWhereNothingHadTheKeys)
 {
     const Theme theme(ColorScheme::light, 1);
@@ -327,6 +335,7 @@ TEST(SheetHostMotionTest, CommandsThatComeWhileItLeavesArriveAlsoWhereNothingHad
     QTest::keyClick(window.windowHandle(), Qt::Key_N, Qt::ControlModifier);
     EXPECT_EQ(commands, 0);
     host.dismiss(field);
+    stayOnTheWay(host);
     QTest::keyClick(window.windowHandle(), Qt::Key_N, Qt::ControlModifier);
     EXPECT_TRUE(host.isVisible()) << "it is still on its way";
     EXPECT_EQ(commands, 1);
@@ -352,6 +361,7 @@ TEST(SheetHostMotionTest, ClicksThatComeWhileItLeavesArriveBehindIt)
     click();
     EXPECT_EQ(clicks, 0);
     host.dismiss(field);
+    stayOnTheWay(host);
     click();
     EXPECT_TRUE(host.isVisible()) << "it is still on its way";
     behind.setFocus();

@@ -601,7 +601,7 @@ TEST_F(SnippetListPanelViewTest, ADragWhoseReleaseWentElsewhereEndsWithTheNextMo
     drag(u"One"_s, u"Two"_s);
     QContextMenuEvent menu(QContextMenuEvent::Mouse, middleOf(u"Two"_s),
                            cards().viewport()->mapToGlobal(middleOf(u"Two"_s)));
-    QApplication::sendEvent(&cards(), &menu);
+    QApplication::sendEvent(cards().viewport(), &menu);
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr) << "a menu would take the release";
     const qsizetype saves = world.storage.saves();
     moveWithoutButton(middleOf(u"Three"_s));
